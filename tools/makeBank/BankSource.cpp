@@ -1,9 +1,10 @@
 #include "tools/makeBank/BankSource.h"
 
+#include "tools/makeBank/ParameterUnits.h"
+
 #include <algorithm>
 #include <bit>
 #include <charconv>
-#include <cstdint>
 #include <set>
 
 namespace makeBank
@@ -81,12 +82,12 @@ private:
         if (number != programs.size ())
             fail ("program " + std::to_string (programs.size ()) + " comes next");
         const std::string name (trimmed (text.substr (blank)));
-        if (name.empty () || name.size () > nameBytes)
+        if (name.empty () || name.size () > ProgramRecord::nameBytes)
             fail ("a name has 1 to 24 characters");
         if (!names.insert (name).second)
             fail ("the name \"" + name + "\" is already taken");
         current = defaults;
-        current.name = name;
+        current.record.setName (name);
         inProgram = true;
         hasKind = false;
     }
@@ -118,13 +119,13 @@ private:
 
     void readParameter (SourceProgram& target, std::string_view key, std::string_view value)
     {
-        const auto index = parameterIndex (key);
-        if (!index)
+        const auto parameter = parameterNamed (key);
+        if (!parameter)
             fail ("there is no parameter \"" + std::string (key) + "\"");
-        const auto position = knobPosition (*index, value);
+        const auto position = knobPosition (*parameter, value);
         if (!position)
             fail (std::string (key) + " cannot be \"" + std::string (value) + "\"");
-        target.values.at (static_cast<std::size_t> (*index)) = *position;
+        target.record.values[static_cast<std::size_t> (*parameter)] = *position;
     }
 
     void finishProgram ()
@@ -132,7 +133,7 @@ private:
         if (!inProgram)
             return;
         if (!hasKind || current.about.empty ())
-            fail ("\"" + current.name + "\" lacks its kind or its description");
+            fail ("\"" + current.name () + "\" lacks its kind or its description");
         programs.push_back (current);
         inProgram = false;
     }
@@ -160,19 +161,13 @@ std::vector<SourceProgram> readBankSource (std::istream& source)
 
 std::vector<char> bankBytes (const std::vector<SourceProgram>& programs)
 {
+    // A record in memory is a record of the file: its values are stored as this machine holds them.
+    static_assert (std::endian::native == std::endian::little);
     std::vector<char> bytes;
-    bytes.reserve (programs.size () * recordBytes);
     for (const SourceProgram& program : programs)
     {
-        std::string name = program.name;
-        name.resize (nameBytes, '\0');
-        bytes.insert (bytes.end (), name.begin (), name.end ());
-        for (const float value : program.values)
-        {
-            const auto bits = std::bit_cast<std::uint32_t> (value);
-            for (unsigned shift = 0; shift < 32; shift += 8)
-                bytes.push_back (static_cast<char> ((bits >> shift) & 0xFF));
-        }
+        const auto* first = reinterpret_cast<const char*> (&program.record);
+        bytes.insert (bytes.end (), first, first + sizeof (program.record));
     }
     return bytes;
 }

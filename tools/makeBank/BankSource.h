@@ -2,9 +2,8 @@
 // bytes that the library carries.
 #pragma once
 
-#include "tools/makeBank/ParameterUnits.h"
+#include "presets/Bank.h"
 
-#include <array>
 #include <istream>
 #include <stdexcept>
 #include <string>
@@ -12,10 +11,6 @@
 
 namespace makeBank
 {
-inline constexpr int programCount = 128;
-inline constexpr int nameBytes = 24; // the name field of a record; a shorter name is padded with zeros
-inline constexpr int recordBytes = nameBytes + parameterCount * 4;
-
 // What a program is for; also picks the phrase that it is auditioned with.
 enum class Kind
 {
@@ -32,10 +27,12 @@ std::string_view kindName (Kind kind);
 
 struct SourceProgram
 {
-    std::string name;
+    ProgramRecord record; // name and values
     Kind kind = Kind::bass;
-    std::string about; // one sentence for the sound list
-    std::array<float, parameterCount> values{};
+    std::string about; // a sentence or two for the sound list
+
+    std::string name () const { return std::string (record.nameView ()); }
+    float value (Param parameter) const { return record.values[static_cast<std::size_t> (parameter)]; }
 };
 
 // Told to the user as it stands: one sentence with the line number.

@@ -1,11 +1,9 @@
 #include "tools/makeBank/ParameterUnits.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <span>
-#include <string>
 
 namespace makeBank
 {
@@ -102,19 +100,6 @@ constexpr Choice lfoWaves[] = { { "triangle", 0.1f }, { "rising", 0.3f }, { "fal
                                 { "square", 0.7f },   { "noise", 0.9f },  { "random", 1.0f } };
 constexpr Choice switches[] = { { "off", 0.0f }, { "on", 1.0f } };
 
-constexpr float division (int row)
-{
-    return (static_cast<float> (row) + 0.5f) / 17.0f;
-}
-constexpr Choice divisions[] = {
-    { "32/4", division (0) },  { "16/4", division (1) },  { "8/4", division (2) },
-    { "7/4", division (3) },   { "6/4", division (4) },   { "5/4", division (5) },
-    { "4/4", division (6) },   { "7/8", division (7) },   { "3/4", division (8) },
-    { "2/4", division (9) },   { "1/4", division (10) },  { "1/8", division (11) },
-    { "1/10", division (12) }, { "1/12", division (13) }, { "1/16", division (14) },
-    { "1/24", division (15) }, { "1/32", division (16) }, { "1/36", 1.0f },
-};
-
 enum class Unit
 {
     none,
@@ -125,54 +110,48 @@ enum class Unit
     octaves,
 };
 
-struct Row
+// How a parameter may be written.
+struct Writing
 {
-    std::string_view name;
+    Param parameter;
     Unit unit = Unit::none;
     double (*position) (double) = asWritten;
     std::span<const Choice> choices = {};
 };
 
-const std::array<Row, parameterCount> rows = { {
-    { "Volume", Unit::percent, fromPercent },
-    { "Osc1-Vol", Unit::percent, fromPercent },
-    { "Osc1-Wave", Unit::none, asWritten, waves },
-    { "Osc1-PW", Unit::percent, fromPercent },
-    { "Osc1-Range", Unit::octaves, fromOctaves },
-    { "Osc2-Vol", Unit::percent, fromPercent },
-    { "Osc2-Wave", Unit::none, asWritten, waves },
-    { "Osc2-Fine", Unit::cents, fromDetuneCents },
-    { "Osc2-Range", Unit::octaves, fromOctaves },
-    { "MasterP" },
-    { "Noise", Unit::percent, fromPercent },
-    { "1-Attack", Unit::seconds, fromAttackSeconds },
-    { "1-Sustain", Unit::percent, fromSustainPercent },
-    { "1-Decay", Unit::seconds, fromDecaySeconds },
-    { "2-Attack", Unit::seconds, fromFilterSeconds },
-    { "2-Decay", Unit::seconds, fromFilterSeconds },
-    { "2-Delay", Unit::seconds, asWritten },
-    { "2-ToFilter", Unit::percent, fromBipolarPercent },
-    { "FilterFreq", Unit::hertz, fromCutoffHz },
-    { "FilterRez", Unit::percent, fromPercent },
-    { "FilterType", Unit::none, asWritten, filterTypes },
-    { "LfoRate", Unit::hertz, fromLfoHz, divisions },
-    { "LfoWave", Unit::none, asWritten, lfoWaves },
-    { "LfoPitch", Unit::cents, fromVibratoCents },
-    { "LfoFilter", Unit::percent, fromBipolarPercent },
-    { "Glide-Mono", Unit::seconds, fromGlideSeconds },
-    { "Glide-Auto" },
-    { "Voices" },
-    { "VolType" },
-    { "PitchBend" },
-    { "ShowKeys" },
-    { "VelocityAmp", Unit::percent, fromPercent },
-    { "VelocityFilter", Unit::percent, fromPercent },
-    { "SmothFilt", Unit::none, asWritten, switches },
-    { "HighQuality" },
-    { "FilterKeyTrak", Unit::none, asWritten, switches },
-    { "LfoBmpSync", Unit::none, asWritten, switches },
-    { "NonUsed" },
-} };
+// Parameters without a row are written as knob positions.
+constexpr Writing writings[] = {
+    { paramVolume, Unit::percent, fromPercent },
+    { paramOsc1Vol, Unit::percent, fromPercent },
+    { paramOsc1Wave, Unit::none, asWritten, waves },
+    { paramOsc1PW, Unit::percent, fromPercent },
+    { paramOsc1Range, Unit::octaves, fromOctaves },
+    { paramOsc2Vol, Unit::percent, fromPercent },
+    { paramOsc2Wave, Unit::none, asWritten, waves },
+    { paramOsc2Fine, Unit::cents, fromDetuneCents },
+    { paramOsc2Range, Unit::octaves, fromOctaves },
+    { paramNoise, Unit::percent, fromPercent },
+    { param1Attack, Unit::seconds, fromAttackSeconds },
+    { param1Sustain, Unit::percent, fromSustainPercent },
+    { param1Decay, Unit::seconds, fromDecaySeconds },
+    { param2Attack, Unit::seconds, fromFilterSeconds },
+    { param2Decay, Unit::seconds, fromFilterSeconds },
+    { param2Delay, Unit::seconds, asWritten },
+    { param2ToFilter, Unit::percent, fromBipolarPercent },
+    { paramFilterFreq, Unit::hertz, fromCutoffHz },
+    { paramFilterRez, Unit::percent, fromPercent },
+    { paramFilterType, Unit::none, asWritten, filterTypes },
+    { paramLfoRate, Unit::hertz, fromLfoHz },
+    { paramLfoWave, Unit::none, asWritten, lfoWaves },
+    { paramLfoPitch, Unit::cents, fromVibratoCents },
+    { paramLfoFilter, Unit::percent, fromBipolarPercent },
+    { paramGlideMono, Unit::seconds, fromGlideSeconds },
+    { paramVelocityAmp, Unit::percent, fromPercent },
+    { paramVelocityFilter, Unit::percent, fromPercent },
+    { paramSmothFilt, Unit::none, asWritten, switches },
+    { paramFilterKeyTrak, Unit::none, asWritten, switches },
+    { paramLfoBmpSync, Unit::none, asWritten, switches },
+};
 
 struct Suffix
 {
@@ -184,42 +163,54 @@ constexpr Suffix suffixes[] = { { "", Unit::none, 1.0 },      { "ms", Unit::seco
                                 { "s", Unit::seconds, 1.0 },  { "%", Unit::percent, 1.0 },
                                 { "Hz", Unit::hertz, 1.0 },   { "ct", Unit::cents, 1.0 },
                                 { "oct", Unit::octaves, 1.0 } };
+
+std::string_view withoutBlanks (std::string_view name)
+{
+    return name.substr (0, name.find_last_not_of (' ') + 1);
 }
 
-std::optional<int> parameterIndex (std::string_view name)
+// The middle of the knob's travel that a division covers; the last one is only at the very end.
+std::optional<float> divisionPosition (std::string_view label)
 {
-    const auto found = std::ranges::find (rows, name, &Row::name);
-    if (found == rows.end ())
+    const auto row = std::ranges::find (syncDivisions, label, &SyncDivision::label);
+    if (row == syncDivisions.end ())
         return std::nullopt;
-    return static_cast<int> (found - rows.begin ());
+    const float middle = static_cast<float> (row - syncDivisions.begin ()) + 0.5f;
+    return std::min (middle / syncDivisionSteps, 1.0f);
+}
 }
 
-std::string_view parameterName (int index)
+std::optional<Param> parameterNamed (std::string_view name)
 {
-    return rows.at (static_cast<std::size_t> (index)).name;
+    const auto found = std::ranges::find_if (paramTable, [name] (const ParamRow& row)
+                                             { return withoutBlanks (row.name) == name; });
+    if (found == paramTable.end ())
+        return std::nullopt;
+    return found->index;
 }
 
-std::optional<float> knobPosition (int index, std::string_view written)
+std::optional<float> knobPosition (Param parameter, std::string_view written)
 {
-    const Row& row = rows.at (static_cast<std::size_t> (index));
-    const auto choice = std::ranges::find (row.choices, written, &Choice::name);
-    if (choice != row.choices.end ())
+    const auto found = std::ranges::find (writings, parameter, &Writing::parameter);
+    const Writing writing = found == std::end (writings) ? Writing{ parameter } : *found;
+    const auto choice = std::ranges::find (writing.choices, written, &Choice::name);
+    if (choice != writing.choices.end ())
         return choice->position;
+    if (parameter == paramLfoRate && written.find ('/') != std::string_view::npos)
+        return divisionPosition (written);
 
     if (written.starts_with ('+'))
         written.remove_prefix (1);
     double number = 0.0;
-    const auto [rest, error] = std::from_chars (written.data (), written.data () + written.size (), number);
-    if (error != std::errc ())
-        return std::nullopt;
-    const std::string_view unit (rest, static_cast<std::size_t> (written.data () + written.size () - rest));
-    const auto suffix = std::ranges::find (suffixes, unit, &Suffix::text);
-    if (suffix == std::end (suffixes))
+    const char* const end = written.data () + written.size ();
+    const auto [rest, error] = std::from_chars (written.data (), end, number);
+    const auto suffix = std::ranges::find (suffixes, std::string_view (rest, end), &Suffix::text);
+    if (error != std::errc () || suffix == std::end (suffixes))
         return std::nullopt;
     const bool bare = suffix->unit == Unit::none;
-    if (!bare && suffix->unit != row.unit)
+    if (!bare && suffix->unit != writing.unit)
         return std::nullopt;
-    const auto position = static_cast<float> (bare ? number : row.position (number * suffix->factor));
+    const auto position = static_cast<float> (bare ? number : writing.position (number * suffix->factor));
     if (!(position >= 0.0f && position <= 1.0f))
         return std::nullopt;
     return position;

@@ -1,20 +1,18 @@
-// The 38 parameters as the bank source names them, and the way from a value in the units of a
-// musician (ms, Hz, cents, octaves, names of waves) to the knob position 0..1 that a program stores.
+// The parameters as the bank source writes them: names without their trailing blanks, and values in
+// the units of a musician (ms, Hz, cents, octaves, names of waves) or as knob positions.
 #pragma once
+
+#include "plugin/Parameters.h"
 
 #include <optional>
 #include <string_view>
 
 namespace makeBank
 {
-inline constexpr int parameterCount = 38;
+// The parameter of this name, as a host shows it.
+std::optional<Param> parameterNamed (std::string_view name);
 
-// Index 0..37 of a parameter by its name without the trailing blanks, as a host shows it.
-std::optional<int> parameterIndex (std::string_view name);
-
-std::string_view parameterName (int index);
-
-// The knob position for a written value; nothing if the parameter cannot be written that way or the
+// The knob position 0..1 for a written value; nothing if the parameter cannot be written that way or the
 // knob does not reach it. A bare number is a knob position. Otherwise:
 //   Osc1-Wave, Osc2-Wave    off, saw, pulse
 //   Osc1-Range, Osc2-Range  -2oct, -1oct, +0oct, +1oct, +2oct
@@ -28,5 +26,5 @@ std::string_view parameterName (int index);
 //   LfoWave                 triangle, rising, falling, square, noise, random (sample and hold)
 //   LfoRate                 "5Hz", or a length in bars ("1/16") when LfoBmpSync is on
 //   SmothFilt, FilterKeyTrak, LfoBmpSync  on, off
-std::optional<float> knobPosition (int index, std::string_view written);
+std::optional<float> knobPosition (Param parameter, std::string_view written);
 }
