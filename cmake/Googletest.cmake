@@ -8,3 +8,6 @@ endif()
 set(INSTALL_GTEST OFF)
 set(BUILD_GMOCK ON)
 add_subdirectory(${BRIMVALE_GOOGLETEST_DIR} ${CMAKE_BINARY_DIR}/outside/googletest EXCLUDE_FROM_ALL SYSTEM)
+foreach(target IN ITEMS gtest gtest_main gmock gmock_main)
+    target_compile_options(${target} PRIVATE -w) # not ours to mend
+endforeach()

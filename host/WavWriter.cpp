@@ -1,5 +1,7 @@
 #include "host/WavWriter.h"
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 #include <miniaudio.h>
 #include <stdexcept>
@@ -23,6 +25,22 @@ ma_format encoderFormat (SampleFormat format)
         break;
     }
     return ma_format_f32;
+}
+
+// Rounds to the nearest step of a signed integer of so many bits and stores it with the low byte first.
+void toIntegers (std::span<const float> samples, int bits, std::vector<std::uint8_t>& bytes)
+{
+    const long fullScale = 1L << (bits - 1);
+    bytes.clear ();
+    for (const float sample : samples)
+    {
+        // A sample that is no number becomes 0; the level meter counts those.
+        const double finite = std::isfinite (sample) ? sample : 0.0;
+        const double limited = std::clamp (finite, -1.0, 1.0) * static_cast<double> (fullScale);
+        const long value = std::min (std::lround (limited), fullScale - 1);
+        for (int shift = 0; shift < bits; shift += 8)
+            bytes.push_back (static_cast<std::uint8_t> (value >> shift));
+    }
 }
 
 ma_result writeBytes (ma_encoder* encoder, const void* bytes, size_t count, size_t* written)
@@ -82,13 +100,15 @@ WavWriter::~WavWriter ()
 
 void WavWriter::add (std::span<const float> stereo)
 {
-    const ma_format to = encoderFormat (format);
-    converted.resize (stereo.size () * ma_get_bytes_per_sample (to));
-    ma_pcm_convert (converted.data (), to, stereo.data (), ma_format_f32, stereo.size (),
-                    format == SampleFormat::int16 ? ma_dither_mode_triangle : ma_dither_mode_none);
+    const void* samples = stereo.data ();
+    if (format != SampleFormat::float32)
+    {
+        toIntegers (stereo, format == SampleFormat::int16 ? 16 : 24, converted);
+        samples = converted.data ();
+    }
     const ma_uint64 frames = stereo.size () / channels;
     ma_uint64 written = 0;
-    if (ma_encoder_write_pcm_frames (encoder.get (), converted.data (), frames, &written) != MA_SUCCESS ||
+    if (ma_encoder_write_pcm_frames (encoder.get (), samples, frames, &written) != MA_SUCCESS ||
         written != frames)
         fail ();
 }

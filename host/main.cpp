@@ -140,9 +140,7 @@ void renderSong (const Options& options)
     const TempoMap tempos (song);
     const Sequence sequence = makeSequence (song, tempos, options.sampleRate, options.program.empty ());
     checkLength (sequence, options);
-    for (const std::string& title : programsHeard (sequence, plugin->currentProgram (), programs))
-        std::printf ("Program:   %s\n", title.c_str ());
-    std::fflush (stdout);
+    const std::vector<std::string> heard = programsHeard (sequence, plugin->currentProgram (), programs);
 
     LevelMeter meter (options.sampleRate);
     const RenderReport report =
@@ -164,6 +162,8 @@ void renderSong (const Options& options)
                     wav.finish ();
                     return result;
                 });
+    for (const std::string& title : heard)
+        std::printf ("Program:   %s\n", title.c_str ());
     print (sequence, meter, report, options.sampleRate);
     std::printf ("Written:   %s\n", utf8 (options.output).c_str ());
 }
