@@ -19,8 +19,8 @@ public:
     // The MIDI bindings changed.
     virtual void refreshLearnMenus () = 0;
 
-    // Names of programs changed.
-    virtual void refreshProgramList () = 0;
+    // The text of one program menu entry, 0..127, changed ("001 Init").
+    virtual void setProgramEntry (std::int32_t program, const char* text) = 0;
 
     // Another program is current.
     virtual void markCurrentProgram () = 0;
