@@ -3,6 +3,7 @@
 // views, the generator that draws the art and the tests that compare the two.
 #pragma once
 
+#include <array>
 #include <span>
 
 namespace panel
@@ -136,6 +137,21 @@ inline constexpr Rect programDisplayRect{ 184, 46, 184, 24 };
 inline constexpr Rect previousProgramRect{ 376, 48, 20, 20 };
 inline constexpr Rect nextProgramRect{ 400, 48, 20, 20 };
 inline constexpr Rect menuButtonRect{ 576, 48, 20, 20 };
+
+// What is drawn over a button, one filled polygon per row, in pixels from the button's top left. A
+// pressed button moves it down by one.
+struct GlyphPoint
+{
+    float x, y;
+};
+
+struct ButtonGlyph
+{
+    Rect button;
+    std::array<GlyphPoint, 4> points;
+};
+
+std::span<const ButtonGlyph> buttonGlyphs ();
 
 // The about picture covers the sections; a click anywhere on it closes it.
 inline constexpr Rect aboutRect{ 0, 26, 612, 244 };
