@@ -115,6 +115,7 @@ inline constexpr const char* fontFamily = "Liberation Sans";
 inline constexpr const char* fontFamilyFallback = "Arial";
 inline constexpr int valueFontSize = 9;    // pixels, the LFO rate's display
 inline constexpr int programFontSize = 15; // pixels, the program display
+inline constexpr int versionFontSize = 11; // pixels, on the about picture
 
 std::span<const Bitmap> bitmaps ();
 const Bitmap* findBitmap (int id);
@@ -171,7 +172,7 @@ inline constexpr int sliderHandleOffsetY = -1;
 
 // Travel of the pointers, half of it on either side of straight up; positive angles are clockwise.
 inline constexpr double sweepDegrees = 270.0;        // continuous knobs, voices, velocity
-inline constexpr double steppedSweepDegrees = 180.0; // five and six positions: names beside and above
+inline constexpr double steppedSweepDegrees = 240.0; // five and six positions: names beside and above
 inline constexpr double switchSweepDegrees = 90.0;   // three positions: all names above
 // Angle of a frame's pointer; `frames` above 1.
 double pointerDegrees (Scale scale, int frame, int frames);

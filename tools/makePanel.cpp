@@ -20,7 +20,7 @@ void writeFile (const std::filesystem::path& path, const std::vector<std::uint8_
 
 int main (int argc, char** argv)
 {
-    CLI::App app { "Draws the bitmaps of the panel." };
+    CLI::App app{ "Draws the bitmaps of the panel." };
     std::string folder, preview;
     app.add_option ("folder", folder, "Where the .bmp files go")->check (CLI::ExistingDirectory);
     app.add_option ("--preview", preview, "PNG file for the assembled panel");

@@ -19,6 +19,9 @@ struct PrintedText
 // All lettering of the background: control labels, free labels, position names.
 std::vector<PrintedText> printedTexts ();
 
+// How far the ticks reach beyond the knob's frame, in pixels.
+inline constexpr double tickReach = 2.3;
+
 // Ticks of a scale around a knob's centre; `knobSize` is the width of its frame. Drawn into the
 // background and into every frame alike, so that both agree where the square frame covers ticks.
 void drawTicks (Canvas& canvas, panel::Scale scale, double centreX, double centreY, int knobSize);

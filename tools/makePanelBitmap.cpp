@@ -54,7 +54,7 @@ std::uint32_t packed (Colour colour)
 
 int channel (Colour colour, int index)
 {
-    const std::array<int, 3> channels { colour.red, colour.green, colour.blue };
+    const std::array<int, 3> channels{ colour.red, colour.green, colour.blue };
     return channels[static_cast<std::size_t> (index)];
 }
 
@@ -74,7 +74,7 @@ struct Spread
 
 Spread widestChannel (const Box& box)
 {
-    Spread widest { 0, -1 };
+    Spread widest{ 0, -1 };
     for (int index = 0; index < 3; ++index)
     {
         const auto [low, high] = std::ranges::minmax (
@@ -88,7 +88,7 @@ Spread widestChannel (const Box& box)
 
 Colour mean (const Box& box)
 {
-    std::array<std::size_t, 4> sums {};
+    std::array<std::size_t, 4> sums{};
     for (const auto& [colour, count] : box)
     {
         sums[0] += colour.red * count;
@@ -96,9 +96,8 @@ Colour mean (const Box& box)
         sums[2] += colour.blue * count;
         sums[3] += count;
     }
-    const auto average = [&sums] (std::size_t index) {
-        return static_cast<unsigned char> ((sums[index] + sums[3] / 2) / sums[3]);
-    };
+    const auto average = [&sums] (std::size_t index)
+    { return static_cast<unsigned char> ((sums[index] + sums[3] / 2) / sums[3]); };
     return { average (0), average (1), average (2) };
 }
 
@@ -108,7 +107,7 @@ std::vector<Colour> reducedPalette (const Image& image, Colour keptColour)
     std::map<std::uint32_t, WeightedColour> histogram;
     for (const Colour& pixel : image.pixels)
         if (packed (pixel) != packed (keptColour))
-            ++histogram.try_emplace (packed (pixel), WeightedColour { pixel, 0 }).first->second.count;
+            ++histogram.try_emplace (packed (pixel), WeightedColour{ pixel, 0 }).first->second.count;
 
     Box all;
     for (const auto& entry : histogram)
@@ -118,20 +117,21 @@ std::vector<Colour> reducedPalette (const Image& image, Colour keptColour)
         boxes.push_back (std::move (all));
     while (!boxes.empty () && boxes.size () < paletteSize - 1)
     {
-        const auto widest = std::ranges::max_element (
-            boxes, {}, [] (const Box& box) { return widestChannel (box).width; });
+        const auto widest =
+            std::ranges::max_element (boxes, {}, [] (const Box& box) { return widestChannel (box).width; });
         const auto [index, width] = widestChannel (*widest);
         if (width == 0)
             break;
-        std::ranges::stable_sort (
-            *widest, {}, [index = index] (const WeightedColour& entry) { return channel (entry.colour, index); });
+        std::ranges::stable_sort (*widest, {},
+                                  [index = index] (const WeightedColour& entry)
+                                  { return channel (entry.colour, index); });
         const auto middle = widest->begin () + static_cast<std::ptrdiff_t> (widest->size () / 2);
         Box upper (middle, widest->end ());
         widest->erase (middle, widest->end ());
         boxes.push_back (std::move (upper));
     }
 
-    std::vector<Colour> palette { keptColour };
+    std::vector<Colour> palette{ keptColour };
     std::ranges::transform (boxes, std::back_inserter (palette), mean);
     palette.resize (paletteSize, keptColour);
     return palette;
@@ -139,7 +139,8 @@ std::vector<Colour> reducedPalette (const Image& image, Colour keptColour)
 
 std::size_t nearestIndex (const std::vector<Colour>& palette, Colour colour)
 {
-    const auto distance = [colour] (Colour entry) {
+    const auto distance = [colour] (Colour entry)
+    {
         int sum = 0;
         for (int index = 0; index < 3; ++index)
         {
@@ -240,14 +241,14 @@ Image decodeBmp (std::span<const std::uint8_t> file)
         throw std::runtime_error ("bitmap file is cut short");
 
     const auto bytesPerPixel = static_cast<std::size_t> (format.bitsPerPixel / 8);
-    Image image { format.width, format.height, {} };
+    Image image{ format.width, format.height, {} };
     for (int y = 0; y < format.height; ++y)
         for (int x = 0; x < format.width; ++x)
         {
             std::size_t at = offset + static_cast<std::size_t> (format.height - 1 - y) * bytesPerRow +
                              static_cast<std::size_t> (x) * bytesPerPixel;
             if (bytesPerPixel == 1)
-                at = fileHeaderBytes + infoHeaderBytes + file[at] * std::size_t { 4 };
+                at = fileHeaderBytes + infoHeaderBytes + file[at] * std::size_t{ 4 };
             image.pixels.push_back ({ file[at + 2], file[at + 1], file[at] });
         }
     return image;

@@ -10,9 +10,9 @@ using namespace panel;
 
 namespace
 {
-constexpr Colour black { 0x05, 0x08, 0x09 };
-constexpr Colour white { 0xff, 0xff, 0xff };
-constexpr Colour ivory { 0xf0, 0xeb, 0xdf };
+constexpr Colour black{ 0x05, 0x08, 0x09 };
+constexpr Colour white{ 0xff, 0xff, 0xff };
+constexpr Colour ivory{ 0xf0, 0xeb, 0xdf };
 
 struct Point
 {
@@ -30,10 +30,11 @@ Point onCircle (Point centre, double radius, double degrees)
 void shadedDisc (Canvas& canvas, Point centre, double radius, Colour lit, Colour shaded)
 {
     const double reach = radius * std::numbers::sqrt2 / 2;
-    cairo_pattern_t* shade = cairo_pattern_create_linear (centre.x - reach, centre.y - reach, centre.x + reach,
-                                                          centre.y + reach);
+    cairo_pattern_t* shade =
+        cairo_pattern_create_linear (centre.x - reach, centre.y - reach, centre.x + reach, centre.y + reach);
     cairo_pattern_add_color_stop_rgb (shade, 0, lit.red / 255.0, lit.green / 255.0, lit.blue / 255.0);
-    cairo_pattern_add_color_stop_rgb (shade, 1, shaded.red / 255.0, shaded.green / 255.0, shaded.blue / 255.0);
+    cairo_pattern_add_color_stop_rgb (shade, 1, shaded.red / 255.0, shaded.green / 255.0,
+                                      shaded.blue / 255.0);
     cairo_set_source (canvas.context (), shade);
     cairo_arc (canvas.context (), centre.x, centre.y, radius, 0, 2 * std::numbers::pi);
     cairo_fill (canvas.context ());
@@ -68,7 +69,7 @@ void drawKnobStrip (Canvas& canvas, const Bitmap& bitmap)
     const Scale scale = scaleOf (bitmap.id);
     for (int frame = 0; frame < bitmap.frames; ++frame)
     {
-        const Point centre { bitmap.width / 2.0, (frame + 0.5) * bitmap.frameHeight () };
+        const Point centre{ bitmap.width / 2.0, (frame + 0.5) * bitmap.frameHeight () };
         cairo_save (canvas.context ());
         cairo_rectangle (canvas.context (), 0, frame * bitmap.frameHeight (), bitmap.width,
                          bitmap.frameHeight ());
@@ -96,8 +97,9 @@ void drawSwitch (Canvas& canvas, int y, bool on)
 // Off: a dark hollow ring. On: filled and bright to the rim.
 void drawLamp (Canvas& canvas, int y, bool on)
 {
-    const Point centre { 3, y + 3.0 };
-    canvas.fillCircle (centre.x, centre.y, 3, on ? mix (accentColour, black, 0.35) : mix (plateColour, white, 0.3));
+    const Point centre{ 3, y + 3.0 };
+    canvas.fillCircle (centre.x, centre.y, 3,
+                       on ? mix (accentColour, black, 0.35) : mix (plateColour, white, 0.3));
     canvas.fillCircle (centre.x, centre.y, on ? 2.4 : 2, on ? accentColour : black);
     if (on)
         canvas.fillCircle (centre.x - 0.6, centre.y - 0.6, 1, white, 0.85);
@@ -142,7 +144,11 @@ void drawWhiteKey (Canvas& canvas, bool down)
     canvas.fillRect (1, 0, 1, height - frontHeight - 4, white, down ? 0.15 : 0.7);
     canvas.fillRect (width - 2, 0, 1, height - frontHeight - 4, caseColour, 0.16);
     if (down)
-        canvas.fillRect (0, height - 16, width, 3, accentColour);
+    {
+        canvas.setColour (accentColour);
+        canvas.roundedRect (width / 2.0 - 7, height - 18, 14, 5, 2.5);
+        cairo_fill (canvas.context ());
+    }
     for (int row = 0; row < 5; ++row)
         canvas.fillRect (0, row, width, 1, black, (down ? 0.5 : 0.3) * (5 - row) / 5);
 }
@@ -160,13 +166,17 @@ void drawBlackKey (Canvas& canvas, bool down)
     cairo_fill (canvas.context ());
     canvas.fillRect (2, 0, 1, height - frontHeight - 3, white, down ? 0.1 : 0.3);
     if (down)
-        canvas.fillRect (4, height - 12, width - 8, 3, accentColour);
+    {
+        canvas.setColour (accentColour);
+        canvas.roundedRect (width / 2.0 - 5, height - 15, 10, 5, 2.5);
+        cairo_fill (canvas.context ());
+    }
 }
 }
 
 void drawTicks (Canvas& canvas, Scale scale, double centreX, double centreY, int knobSize)
 {
-    const Point centre { centreX, centreY };
+    const Point centre{ centreX, centreY };
     int count = 0;
     switch (scale)
     {
@@ -193,7 +203,7 @@ void drawTicks (Canvas& canvas, Scale scale, double centreX, double centreY, int
         count = 10;
         break;
     }
-    const double inner = knobSize / 2.0 + 1;
+    const double inner = knobSize / 2.0 + tickReach - 2;
     for (int tick = 0; tick < count; ++tick)
     {
         const double degrees = pointerDegrees (scale, tick, count);

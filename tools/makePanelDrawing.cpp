@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace panelart
@@ -11,9 +12,14 @@ namespace panelart
 using panel::Align;
 using panel::Colour;
 
-const TextStyle labelStyle { "Liberation Sans Narrow", true, panel::labelCapHeight, 0.35, panel::letterColour };
-const TextStyle titleStyle { "Liberation Sans", true, panel::titleCapHeight, 0.9, panel::letterColour };
-const TextStyle scaleStyle { "Liberation Sans Narrow", false, panel::labelCapHeight, 0.3, panel::scaleColour };
+namespace
+{
+constexpr const char* narrowFamily = "Liberation Sans Narrow";
+}
+
+const TextStyle labelStyle{ narrowFamily, true, panel::labelCapHeight, 0.3, panel::letterColour };
+const TextStyle titleStyle{ narrowFamily, true, panel::titleCapHeight, 1.3, panel::letterColour };
+const TextStyle scaleStyle{ narrowFamily, true, panel::labelCapHeight, -0.1, panel::scaleColour };
 
 namespace
 {
@@ -47,15 +53,15 @@ void pinFontOptions (cairo_t* cr)
 
 Colour mix (Colour first, Colour second, double amount)
 {
-    const auto blend = [amount] (unsigned char a, unsigned char b) {
-        return static_cast<unsigned char> (std::lround (a + (b - a) * amount));
-    };
-    return { blend (first.red, second.red), blend (first.green, second.green), blend (first.blue, second.blue) };
+    const auto blend = [amount] (unsigned char a, unsigned char b)
+    { return static_cast<unsigned char> (std::lround (a + (b - a) * amount)); };
+    return { blend (first.red, second.red), blend (first.green, second.green),
+             blend (first.blue, second.blue) };
 }
 
 Canvas::Canvas (int width, int height, Colour ground)
-: surface (cairo_image_surface_create (CAIRO_FORMAT_RGB24, width, height), cairo_surface_destroy)
-, cr (cairo_create (surface.get ()), cairo_destroy)
+    : surface (cairo_image_surface_create (CAIRO_FORMAT_RGB24, width, height), cairo_surface_destroy),
+      cr (cairo_create (surface.get ()), cairo_destroy)
 {
     if (cairo_status (cr.get ()) != CAIRO_STATUS_SUCCESS)
         throw std::runtime_error ("no memory for a picture");
@@ -114,33 +120,61 @@ void Canvas::selectFont (const TextStyle& style) const
     cairo_set_font_size (cr.get (), style.capHeight * probeSize / capital.height);
 }
 
+namespace
+{
+cairo_text_extents_t extentsOf (cairo_t* cr, const std::string& letter)
+{
+    cairo_text_extents_t extents;
+    cairo_text_extents (cr, letter.c_str (), &extents);
+    return extents;
+}
+
+// Whole pixels from one letter to the next: the same letter then looks the same everywhere. Spaces,
+// which have no ink, get the larger whole number.
+double advance (const cairo_text_extents_t& extents, const TextStyle& style)
+{
+    const double exact = extents.x_advance + style.tracking;
+    return extents.width > 0 ? std::round (exact) : std::ceil (exact);
+}
+}
+
 double Canvas::textWidth (std::string_view text, const TextStyle& style) const
 {
     selectFont (style);
-    double width = 0;
+    double pen = 0, inkEnd = 0;
+    bool isFirst = true;
     for (const std::string& letter : letters (text))
     {
-        cairo_text_extents_t extents;
-        cairo_text_extents (cr.get (), letter.c_str (), &extents);
-        width += extents.x_advance + style.tracking;
+        const cairo_text_extents_t extents = extentsOf (cr.get (), letter);
+        if (std::exchange (isFirst, false))
+            pen -= std::round (extents.x_bearing);
+        inkEnd = pen + std::round (extents.x_bearing) + extents.width;
+        pen += advance (extents, style);
     }
-    return text.empty () ? 0 : width - style.tracking;
+    return std::ceil (inkEnd);
 }
 
 void Canvas::text (std::string_view text, double x, double capTop, Align align, const TextStyle& style)
 {
     const double width = textWidth (text, style);
-    const double start = align == Align::left ? x : align == Align::right ? x - width : x - width / 2;
+    const double inkStart = std::round (align == Align::left    ? x
+                                        : align == Align::right ? x - width
+                                                                : x - width / 2);
     selectFont (style);
     setColour (style.colour);
-    double pen = start;
+    double pen = inkStart;
+    bool isFirst = true;
     for (const std::string& letter : letters (text))
     {
-        cairo_text_extents_t extents;
-        cairo_text_extents (cr.get (), letter.c_str (), &extents);
-        cairo_move_to (cr.get (), pen, capTop + style.capHeight);
-        cairo_show_text (cr.get (), letter.c_str ());
-        pen += extents.x_advance + style.tracking;
+        // The ink's left edge is put on a pixel's edge, which keeps upright strokes sharp.
+        const cairo_text_extents_t extents = extentsOf (cr.get (), letter);
+        if (std::exchange (isFirst, false))
+            pen -= std::round (extents.x_bearing);
+        const double ontoPixel = std::round (extents.x_bearing) - extents.x_bearing;
+        cairo_move_to (cr.get (), pen + ontoPixel, capTop + style.capHeight);
+        cairo_text_path (cr.get (), letter.c_str ());
+        cairo_fill (cr.get ());
+        pen += advance (extents, style);
     }
 }
 
@@ -149,9 +183,9 @@ Image Canvas::image () const
     cairo_surface_flush (surface.get ());
     const unsigned char* data = cairo_image_surface_get_data (surface.get ());
     const int stride = cairo_image_surface_get_stride (surface.get ());
-    Image result { cairo_image_surface_get_width (surface.get ()),
-                   cairo_image_surface_get_height (surface.get ()),
-                   {} };
+    Image result{ cairo_image_surface_get_width (surface.get ()),
+                  cairo_image_surface_get_height (surface.get ()),
+                  {} };
     for (int y = 0; y < result.height; ++y)
         for (int x = 0; x < result.width; ++x)
         {

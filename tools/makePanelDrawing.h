@@ -30,7 +30,8 @@ public:
     cairo_t* context () const { return cr.get (); }
 
     void setColour (panel::Colour colour, double opacity = 1.0);
-    void fillRect (double x, double y, double width, double height, panel::Colour colour, double opacity = 1.0);
+    void fillRect (double x, double y, double width, double height, panel::Colour colour,
+                   double opacity = 1.0);
     void fillCircle (double x, double y, double radius, panel::Colour colour, double opacity = 1.0);
     // A path of a rectangle with round corners; the caller fills or strokes it.
     void roundedRect (double x, double y, double width, double height, double radius);
