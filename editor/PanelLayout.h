@@ -135,12 +135,14 @@ inline constexpr int heightWithoutKeys = 295;
 
 // Beside the controls. The three buttons show bitmap 195; the editor draws the glyph over it.
 inline constexpr Rect programDisplayRect{ 184, 46, 184, 24 };
+inline constexpr Rect programTextRect{ 192, 46, 156, 24 }; // in the display, text from the left
 inline constexpr Rect previousProgramRect{ 376, 48, 20, 20 };
 inline constexpr Rect nextProgramRect{ 400, 48, 20, 20 };
 inline constexpr Rect menuButtonRect{ 576, 48, 20, 20 };
 
-// What is drawn over a button, one filled polygon per row, in pixels from the button's top left. A
-// pressed button moves it down by one.
+// What the editor draws over a button or over the program display's right end (a sign that it opens a
+// list), in the letter colour: one filled polygon per row, in pixels from the top left of `button`. A
+// pressed button moves its polygons down by one.
 struct GlyphPoint
 {
     float x, y;
@@ -156,7 +158,7 @@ std::span<const ButtonGlyph> buttonGlyphs ();
 
 // The about picture covers the sections; a click anywhere on it closes it.
 inline constexpr Rect aboutRect{ 0, 26, 612, 244 };
-inline constexpr Rect aboutVersionRect{ 40, 190, 220, 20 }; // in the panel's pixels, text from the left
+inline constexpr Rect aboutVersionRect{ 42, 248, 200, 16 }; // in the panel's pixels, text from the left
 
 // Keys: the white ones, 35 pixels wide, in a row from the keyboard's left edge, C to C.
 inline constexpr int firstKey = 48;

@@ -1,6 +1,6 @@
 // The bitmap files: their format, and that the generator still draws exactly them.
 #include "tests/panel/PanelFiles.h"
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <array>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // Lettering: readable, complete, and not covered by anything.
 #include "tests/panel/PanelFiles.h"
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // The committed bitmap files, as the tests read them.
 #pragma once
 
-#include "tools/makePanelBitmap.h"
+#include "tools/makePanel/BmpFile.h"
 
 #include <filesystem>
 #include <fstream>

@@ -1,4 +1,4 @@
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <algorithm>
 #include <cmath>
@@ -148,27 +148,18 @@ void drawHorizon (Canvas& canvas)
     cairo_stroke (cr);
 }
 
-// A sun behind the valley, in a ring.
+// A sun behind two hills, in a ring.
 void drawBadge (Canvas& canvas, double x, double y)
 {
+    constexpr double radius = 16;
     cairo_t* cr = canvas.context ();
-    constexpr double radius = 15;
+    canvas.fillCircle (x, y, radius, caseColour);
     cairo_save (cr);
     cairo_arc (cr, x, y, radius, 0, 2 * std::numbers::pi);
     cairo_clip (cr);
-    canvas.fillRect (x - radius, y - radius, 2 * radius, 2 * radius, caseColour);
-    canvas.fillCircle (x, y - 1, 6.5, accentColour);
-    canvas.setColour (mix (plateColour, highlightColour, 0.3));
-    cairo_move_to (cr, x - radius, y - 3);
-    cairo_curve_to (cr, x - 6, y - 3, x - 4, y + 7, x + 4, y + 9);
-    cairo_line_to (cr, x - radius, y + radius);
-    cairo_fill (cr);
-    canvas.setColour (mix (plateColour, highlightColour, 0.16));
-    cairo_move_to (cr, x + radius, y - 1);
-    cairo_curve_to (cr, x + 7, y - 1, x + 5, y + 8, x - radius, y + 9);
-    cairo_line_to (cr, x - radius, y + radius);
-    cairo_line_to (cr, x + radius, y + radius);
-    cairo_fill (cr);
+    canvas.fillCircle (x, y - 2, 7, accentColour);
+    canvas.fillCircle (x - 11, y + 15, 16, mix (plateColour, highlightColour, 0.26));
+    canvas.fillCircle (x + 10, y + 19, 18, mix (plateColour, highlightColour, 0.1));
     cairo_restore (cr);
     canvas.setColour (scaleColour);
     cairo_set_line_width (cr, 1);

@@ -1,4 +1,4 @@
-#include "tools/makePanelDrawing.h"
+#include "tools/makePanel/Canvas.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,7 +18,7 @@ constexpr const char* narrowFamily = "Liberation Sans Narrow";
 }
 
 const TextStyle labelStyle{ narrowFamily, true, panel::labelCapHeight, 0.3, panel::letterColour };
-const TextStyle titleStyle{ narrowFamily, true, panel::titleCapHeight, 1.0, panel::letterColour };
+const TextStyle titleStyle{ narrowFamily, true, panel::titleCapHeight, 0.8, panel::letterColour };
 const TextStyle scaleStyle{ narrowFamily, true, panel::labelCapHeight, 0.1, panel::scaleColour };
 
 namespace
@@ -125,25 +125,75 @@ void Canvas::selectFont (const TextStyle& style) const
     cairo_set_font_size (cr.get (), style.capHeight * probeSize / capital.height);
 }
 
+namespace
+{
+struct Glyph
+{
+    std::string letter;
+    double inkStart, inkWidth, bearing; // inkStart: where the font's own spacing would put the ink
+};
+
+// How uneven the gaps become when every letter's ink is moved to the nearest whole pixel.
+double unevenness (const std::vector<Glyph>& glyphs, double phase, double extraTracking)
+{
+    double sum = 0, lastShift = 0;
+    for (std::size_t index = 0; index < glyphs.size (); ++index)
+    {
+        const double ideal = glyphs[index].inkStart + phase + extraTracking * static_cast<double> (index);
+        const double shift = std::round (ideal) - ideal;
+        if (index > 0)
+            sum += (shift - lastShift) * (shift - lastShift);
+        lastShift = shift;
+    }
+    return sum;
+}
+
+// Puts every letter's ink on a pixel's edge, which keeps upright strokes sharp. The phase and a small
+// change of the tracking are chosen so that the gaps stay as even as they can.
+void snapToPixels (std::vector<Glyph>& glyphs)
+{
+    constexpr double trackingStep = 0.05, phaseStep = 0.1;
+    constexpr int trackingSteps = 5, phaseSteps = 10;
+    constexpr double changeCost = 0.02; // per step away from the style's tracking
+    double best = 1e9, bestPhase = 0, bestTracking = 0;
+    for (int change = -trackingSteps; change <= trackingSteps; ++change)
+        for (int step = 0; step < phaseSteps; ++step)
+        {
+            const double phase = step * phaseStep, tracking = change * trackingStep;
+            const double cost = unevenness (glyphs, phase, tracking) + changeCost * std::abs (change);
+            if (cost < best)
+            {
+                best = cost;
+                bestPhase = phase;
+                bestTracking = tracking;
+            }
+        }
+    const double first = glyphs.empty () ? 0 : std::round (glyphs.front ().inkStart + bestPhase);
+    for (std::size_t index = 0; index < glyphs.size (); ++index)
+        glyphs[index].inkStart =
+            std::round (glyphs[index].inkStart + bestPhase + bestTracking * static_cast<double> (index)) -
+            first;
+}
+}
+
 double Canvas::layOut (std::string_view text, const TextStyle& style,
                        const std::function<void (const std::string&, double)>& place) const
 {
     selectFont (style);
-    double pen = 0, inkEnd = 0;
-    bool isFirst = true;
+    std::vector<Glyph> glyphs;
+    double pen = 0;
     for (const std::string& letter : letters (text))
     {
         cairo_text_extents_t extents;
         cairo_text_extents (cr.get (), letter.c_str (), &extents);
-        if (std::exchange (isFirst, false))
-            pen = -extents.x_bearing;
-        // The ink's left edge is put on a pixel's edge, which keeps upright strokes sharp.
-        const double inkStart = std::round (pen + extents.x_bearing);
-        place (letter, inkStart - extents.x_bearing);
-        inkEnd = inkStart + extents.width;
+        if (extents.width > 0)
+            glyphs.push_back ({ letter, pen + extents.x_bearing, extents.width, extents.x_bearing });
         pen += extents.x_advance + style.tracking;
     }
-    return std::ceil (inkEnd);
+    snapToPixels (glyphs);
+    for (const Glyph& glyph : glyphs)
+        place (glyph.letter, glyph.inkStart - glyph.bearing);
+    return glyphs.empty () ? 0 : std::ceil (glyphs.back ().inkStart + glyphs.back ().inkWidth);
 }
 
 double Canvas::measure (std::string_view text, const TextStyle& style) const

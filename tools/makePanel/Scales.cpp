@@ -1,5 +1,5 @@
 // The marks around knobs: ticks, position names, small wave drawings.
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <algorithm>
 #include <array>
