@@ -60,7 +60,7 @@ enum class Scale
     unipolar,   // eleven ticks
     bipolar,    // the same with a strong centre tick
     range,      // -24 -12 0 +12 +24 semitones
-    oscWave,    // off, saw, pulse as drawings
+    oscWave,    // off, saw and pulse
     lfoWave,    // six drawings
     filterType, // LP BP HP
     voices,     // 2 4 ... 16
@@ -78,7 +78,8 @@ struct Control
     const char* secondLabel; // a second line below the first, or null
     const char* help;        // one line for the hover text
 
-    constexpr int centreX () const { return rect.x + rect.width / 2; }
+    constexpr double centreX () const { return rect.x + rect.width / 2.0; }
+    constexpr double centreY () const { return rect.y + rect.height / 2.0; }
 };
 
 enum class LabelStyle
@@ -138,7 +139,7 @@ inline constexpr Rect programDisplayRect{ 184, 46, 184, 24 };
 inline constexpr Rect programTextRect{ 192, 46, 156, 24 }; // in the display, text from the left
 inline constexpr Rect previousProgramRect{ 376, 48, 20, 20 };
 inline constexpr Rect nextProgramRect{ 400, 48, 20, 20 };
-inline constexpr Rect menuButtonRect{ 576, 48, 20, 20 };
+inline constexpr Rect menuButtonRect{ 575, 48, 20, 20 };
 
 // What the editor draws over a button or over the program display's right end (a sign that it opens a
 // list), in the letter colour: one filled polygon per row, in pixels from the top left of `button`. A

@@ -130,12 +130,13 @@ TEST (PanelLettering, labelsStandCentredAtOneDistanceBelowTheirControls)
     {
         if (control.label == nullptr)
             continue;
-        const double centre = control.rect.x + control.rect.width / 2.0;
         const auto& candidates = boxes.at (control.label);
         EXPECT_TRUE (std::ranges::any_of (candidates,
-                                          [&] (const Box& box) {
+                                          [&] (const Box& box)
+                                          {
                                               return box.y == control.rect.bottom () + 6 &&
-                                                     std::abs (box.x + box.width / 2 - centre) <= 0.5;
+                                                     std::abs (box.x + box.width / 2 - control.centreX ()) <=
+                                                         0.5;
                                           }))
             << control.label;
     }

@@ -179,8 +179,7 @@ std::vector<PrintedText> printedTexts ()
         for (const char* line : { control.label, control.secondLabel })
         {
             if (line != nullptr)
-                texts.push_back (printed (line, control.rect.x + control.rect.width / 2.0, top, Align::centre,
-                                          labelStyle));
+                texts.push_back (printed (line, control.centreX (), top, Align::centre, labelStyle));
             top += labelLinePitch;
         }
         std::ranges::move (printedPositionNames (control), std::back_inserter (texts));
@@ -199,8 +198,7 @@ Image drawBackground ()
     drawSliderTicks (canvas);
     for (const Control& control : controls ())
     {
-        drawTicks (canvas, control.scale, control.rect.x + control.rect.width / 2.0,
-                   control.rect.y + control.rect.height / 2.0, control.rect.width);
+        drawTicks (canvas, control.scale, control.centreX (), control.centreY (), control.rect.width);
         drawPositionDrawings (canvas, control);
         if (control.kind == ControlKind::slider)
             drawSliderGroove (canvas, control);
