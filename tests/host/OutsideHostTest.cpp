@@ -23,7 +23,6 @@ constexpr int programBytes = 176; // name of 24 characters, 38 values
 constexpr int bankBytes = 23896;
 constexpr int firstProgramByte = bankBytes - programs * programBytes; // behind the parameters' descriptors
 constexpr int blockSize = 512;
-constexpr float inaudible = 1.0e-9f; // -180 dBFS; idle voices keep a trace below it
 
 // What the library asked its host, and what the host answers.
 struct HostSide
@@ -352,33 +351,34 @@ TEST_F (OutsideHost, ChunksHoldNamesAndValuesAndBringThemBack)
     }
 }
 
+// Quirk: a stamp above 0 acts one sample before its place, so that stamps 0 and 1 fall together. Songs
+// rendered before sound the same only if this stays.
 TEST_F (OutsideHost, ANoteSoundsFromItsOwnSampleOnBothOutputs)
 {
-    const auto noteAt = [] (int frame)
+    const auto noteAt = [] (int stamp)
     {
         Instance instance (entry ());
         instance.start (48000.0f);
         EXPECT_EQ (hostSide.wantMidi, 1) << "asked for MIDI when it was switched on";
         hostSide.wantMidi = 0;
         Events events;
-        events.add (frame, { 0x90, 60, 100 });
+        events.add (stamp, { 0x90, 60, 100 });
         instance.call (effProcessEvents, 0, 0, events.record ());
-        return instance.render (8);
+        Stereo sound = instance.render (8);
+        EXPECT_EQ (sound.left, sound.right);
+        return sound.left;
     };
-    constexpr int late = 100;
-    const Stereo first = noteAt (0);
-    const Stereo second = noteAt (late);
-    EXPECT_EQ (first.left, first.right);
-    EXPECT_EQ (second.left, second.right);
-    EXPECT_GT (peak (first.left, 0, first.left.size ()), 0.01f);
-    EXPECT_LT (peak (second.left, 0, late), inaudible) << "silent before its note";
-    const auto onset = [] (const Stereo& sound)
+    const std::vector<float> atOnce = noteAt (0);
+    EXPECT_NE (atOnce[0], 0.0f);
+    EXPECT_GT (peak (atOnce, 0, atOnce.size ()), 0.01f);
+    for (const int stamp : { 1, 2, 100, blockSize - 1 })
     {
-        const auto audible = [] (float sample) { return std::abs (sample) > inaudible; };
-        return std::find_if (sound.left.begin (), sound.left.end (), audible) - sound.left.begin ();
-    };
-    EXPECT_EQ (onset (second) - onset (first), late);
-    EXPECT_LE (onset (first), 2);
+        const std::vector<float> later = noteAt (stamp);
+        const auto start = later.begin () + (stamp - 1);
+        EXPECT_TRUE (std::all_of (later.begin (), start, [] (float sample) { return sample == 0.0f; }))
+            << stamp;
+        EXPECT_TRUE (std::equal (start, later.end (), atOnce.begin ())) << stamp;
+    }
 }
 
 TEST_F (OutsideHost, ANoteEndsAfterItsRelease)
