@@ -79,7 +79,7 @@ Image drawAbout ()
 
     const TextStyle name{ fontFamily, true, 34, -1, letterColour };
     const TextStyle line{ fontFamily, false, 8, 0.4, letterColour };
-    canvas.text ("Brimvale", 40, 40, Align::left, name);
+    canvas.text ("Brimvale", 42, 40, Align::left, name);
     canvas.text ("Two-oscillator subtractive synthesizer", 42, 90, Align::left, line);
 
     canvas.text ("Click to close", aboutRect.width - 40, aboutVersionRect.y - aboutRect.y + 4, Align::right,
