@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -158,13 +159,16 @@ float peak (const std::vector<float>& samples, std::size_t first, std::size_t la
     return largest;
 }
 
-// The library is loaded from a folder of its own, where no bank of the user's lies beside it.
+// The library is loaded from a folder of its own, where no bank of the user's lies beside it. It finds none
+// of the user's settings, and no screen for a message box that would wait for somebody.
 class OutsideHost : public testing::Test
 {
 protected:
     static void SetUpTestSuite ()
     {
         folder = std::make_unique<TemporaryFolder> ();
+        setenv ("XDG_CONFIG_HOME", folder->folder ().c_str (), 1);
+        unsetenv ("DISPLAY");
         const auto copy = *folder / "Brimvale.so";
         std::filesystem::copy_file (BRIMVALE_LIBRARY, copy);
         library = dlopen (copy.c_str (), RTLD_NOW | RTLD_LOCAL);
