@@ -207,3 +207,28 @@ TEST (DispatcherTest, MissingBuffersAndListsAreLeftOut)
     synth.effect->processDoubleReplacing (synth.effect, nullptr, outputs, 10);
     EXPECT_EQ (doubles, std::vector<double> (10, 7.0)); // not announced, not served
 }
+
+TEST (DispatcherTest, KeysReachTheEditor)
+{
+    class KeyEditor final : public AEffEditor
+    {
+    public:
+        bool onKeyDown (VstKeyCode& keyCode) override
+        {
+            down = keyCode;
+            return true;
+        }
+        VstKeyCode down = {};
+    };
+    KeyEditor editor;
+    HostedSynth synth;
+    synth.object ().setEditor (&editor);
+    EXPECT_EQ (synth.call (effEditKeyDown, 'a', 7, nullptr, 3.0f), 1);
+    EXPECT_EQ (editor.down.character, 'a');
+    EXPECT_EQ (editor.down.virt, 7);
+    EXPECT_EQ (editor.down.modifier, 3);
+    for (const float modifiers : { notANumber, 1e30f, -1e30f, -1.0f }) // none that a host could mean
+        EXPECT_EQ (synth.call (effEditKeyDown, 'a', 0, nullptr, modifiers), 1);
+    synth.object ().setEditor (nullptr);
+    EXPECT_EQ (synth.call (effEditKeyDown, 'a'), 0);
+}

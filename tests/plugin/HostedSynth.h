@@ -42,6 +42,8 @@ public:
         return left;
     }
 
+    VstSynth& object () { return *static_cast<VstSynth*> (static_cast<AudioEffect*> (effect->object)); }
+
     FakeHost host;
     AEffect* effect;
 };
