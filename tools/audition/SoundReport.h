@@ -1,0 +1,45 @@
+// Measures the whole bank and says what is wrong with it.
+#pragma once
+
+#include "tools/audition/Measures.h"
+
+#include <string>
+#include <vector>
+
+namespace audition
+{
+// The limits that a sound of the bank keeps.
+inline constexpr double loudnessTolerance = 4.0; // LU around the bank's median
+inline constexpr double chordPeakLimit = 0.0;    // dBFS, true peak of a four-note chord
+inline constexpr double answerLimit = 0.030;     // seconds until a note is within 20 dB of its loudest
+inline constexpr double dcLimit = 0.01;          // of the peak
+inline constexpr double leastDistance = 6.0;     // dB between any two sounds, see distance()
+inline constexpr double answerDecibels = 20.0;
+inline constexpr double attackDecibels = 6.0;
+
+struct SoundFigures
+{
+    double loudness;   // LUFS of a chord, of a note where the program is a bass or mono
+    double chordPeak;  // dBFS, true peak
+    double answer;     // seconds until the note is heard: within 20 dB of its loudest 10 ms
+    double attack;     // seconds until it is within 6 dB
+    double brightness; // Hz
+    double dc;         // share of the peak
+    double nearest;    // distance to the most similar other program
+    int nearestProgram;
+    Audio phrase;
+};
+
+// Renders and measures every program.
+std::vector<SoundFigures> measureBank (const std::vector<makeBank::SourceProgram>& programs);
+
+double medianLoudness (const std::vector<SoundFigures>& figures);
+
+// One sentence for each limit that a program breaks.
+std::vector<std::string> complaints (const std::vector<makeBank::SourceProgram>& programs,
+                                     const std::vector<SoundFigures>& figures);
+
+// The sound list as a document.
+std::string soundTable (const std::vector<makeBank::SourceProgram>& programs,
+                        const std::vector<SoundFigures>& figures);
+}
