@@ -21,8 +21,8 @@ target_link_libraries(makeDemos PRIVATE brimvale_demos brimvale_bank)
 
 pkg_check_modules(auditionMeasures REQUIRED IMPORTED_TARGET kissfft-float libebur128)
 pkg_check_modules(auditionFiles REQUIRED IMPORTED_TARGET sndfile cairo)
-add_library(brimvale_audition STATIC audition/Measures.cpp audition/Phrases.cpp audition/Player.cpp
+add_library(brimvale_audition STATIC audition/Measures.cpp audition/Phrases.cpp audition/Player.cpp audition/PulseWidth.cpp
                                      audition/SoundReport.cpp)
 target_link_libraries(brimvale_audition PUBLIC brimvale_bank brimvale_demos PkgConfig::auditionMeasures)
-add_executable(audition audition/main.cpp)
+add_executable(audition audition/main.cpp audition/Pictures.cpp)
 target_link_libraries(audition PRIVATE brimvale_audition brimvale_resources PkgConfig::auditionFiles)

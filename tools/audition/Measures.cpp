@@ -166,6 +166,44 @@ std::vector<double> powerSpectrum (Samples audio, std::size_t start, int size)
     return power;
 }
 
+std::vector<double> partialLevels (Samples audio, double hz, int count)
+{
+    constexpr int size = 65536;
+    constexpr std::size_t halfWidth = 5; // bins on either side: the window's own width and some mistuning
+    const std::vector<double> power = powerSpectrum (audio, 0, size);
+    std::vector<double> levels;
+    for (int partial = 1; partial <= count; ++partial)
+    {
+        const auto centre = static_cast<std::size_t> (std::lround (partial * hz * size / sampleRate));
+        double sum = 0.0;
+        for (std::size_t bin = centre - halfWidth; bin <= centre + halfWidth; ++bin)
+            sum += power[bin];
+        levels.push_back (decibelsOfPower (sum));
+    }
+    return levels;
+}
+
+double sharpestClick (Samples audio)
+{
+    constexpr double leastStep = 0.01;
+    constexpr std::size_t around = sampleRate / 100;
+    constexpr std::size_t near = 4; // samples that belong to the step itself
+    std::vector<double> steps;
+    for (std::size_t n = 1; n < audio.size (); ++n)
+        steps.push_back (std::abs (static_cast<double> (audio[n]) - static_cast<double> (audio[n - 1])));
+    double sharpest = 0.0;
+    for (std::size_t n = around; n + around < steps.size (); ++n)
+    {
+        if (steps[n] < leastStep)
+            continue;
+        const auto at = steps.begin () + static_cast<std::ptrdiff_t> (n);
+        const double before = *std::max_element (at - around, at - near);
+        const double after = *std::max_element (at + near + 1, at + around + 1);
+        sharpest = std::max (sharpest, steps[n] / std::max ({ before, after, 1e-4 }));
+    }
+    return sharpest;
+}
+
 double brightness (Samples audio)
 {
     double weighted = 0.0;

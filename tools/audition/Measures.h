@@ -30,6 +30,13 @@ double brightness (Samples audio);
 inline constexpr int spectrumSize = 2048;
 std::vector<double> powerSpectrum (Samples audio, std::size_t start, int size = spectrumSize);
 
+// Levels in dB of a steady tone's first partials, from its first 1.5 s.
+std::vector<double> partialLevels (Samples audio, double hz, int count);
+
+// The sharpest lone step: how many times the difference between two neighbouring samples exceeds every other
+// within 10 ms around it. Steps below 0.01 of full scale do not count. Music stays below 5.
+double sharpestClick (Samples audio);
+
 // How a sound looks: level in bands spaced evenly in pitch, by time, and its overall level by time. In dB
 // below its own loudest value, so that volume does not count.
 struct Fingerprint

@@ -110,12 +110,29 @@ std::vector<std::string> complaints (const std::vector<makeBank::SourceProgram>&
     return result;
 }
 
-std::string soundTable (const std::vector<makeBank::SourceProgram>& programs,
-                        const std::vector<SoundFigures>& figures)
+std::string soundList (const std::vector<makeBank::SourceProgram>& programs,
+                       const std::vector<SoundFigures>& figures)
 {
-    std::string text =
-        "| | Name | Kind | What it is for | LUFS | Peak dBFS | Brightness Hz | Attack ms | Nearest dB |\n"
-        "|--:|---|---|---|--:|--:|--:|--:|--:|\n";
+    std::string text = "# The sounds\n\n"
+                       "The 128 programs of the factory bank with what `audition` measured. Each is played "
+                       "at velocity 100:\n"
+                       "a held chord (keys 60 64 67 72), for the basses and the mono sounds one held note "
+                       "(60, basses 48).\n\n"
+                       "![Spectrograms of all sounds](sounds.png)\n\n"
+                       "- **LUFS**: the loudest 400 ms. All lie within 4 LU of the median, ";
+    text += formatted ("%.1f.\n", medianLoudness (figures));
+    text += "- **Peak**: true peak of the four-note chord in dBFS, below 0.\n"
+            "- **Centroid**: of the note's power spectrum, in Hz.\n"
+            "- **Attack**: until a note is within 6 dB of its loudest, in ms. Within 30 ms every note is at "
+            "least within\n"
+            "  20 dB of it, unless the name promises a swell.\n";
+    text += formatted ("- **Distance**: to the most similar other sound, in dB; none is below %.0f. It is "
+                       "the root mean square\n",
+                       leastDistance);
+    text += "  difference of the notes' mel spectra by time plus that of their levels by time, volume left "
+            "out.\n\n"
+            "| | Name | Kind | What it is for | LUFS | Peak | Centroid | Attack | Distance |\n"
+            "|--:|---|---|---|--:|--:|--:|--:|--:|\n";
     for (std::size_t n = 0; n < programs.size (); ++n)
     {
         const SoundFigures& sound = figures[n];
@@ -125,5 +142,51 @@ std::string soundTable (const std::vector<makeBank::SourceProgram>& programs,
                            sound.brightness, sound.attack * 1000.0, sound.nearest);
     }
     return text;
+}
+
+PieceFigures measurePiece (const std::vector<makeBank::SourceProgram>& programs,
+                           const makeDemos::Piece& piece)
+{
+    const Audio audio = Player (programs).play (piece, tailSeconds);
+    double loudestAtChange = -std::numeric_limits<double>::infinity ();
+    for (const makeDemos::ProgramChange& change : piece.programChanges ())
+    {
+        const std::size_t end = samplesOf (change.start * 60.0 / piece.beatsPerMinute ());
+        const std::size_t length = std::min (end, samplesOf (0.02));
+        for (const float sample : Samples (audio).subspan (end - length, length))
+            loudestAtChange = std::max (loudestAtChange,
+                                        20.0 * std::log10 (std::abs (static_cast<double> (sample)) + 1e-9));
+    }
+    return { .seconds = static_cast<double> (audio.size ()) / sampleRate,
+             .loudness = loudness (audio),
+             .peak = truePeak (audio),
+             .dc = dcShare (audio),
+             .click = sharpestClick (audio),
+             .loudestAtChange = loudestAtChange };
+}
+
+std::vector<std::string> complaints (const makeDemos::Piece& piece, const PieceFigures& figures)
+{
+    std::vector<std::string> result;
+    const std::string name = piece.title () + ": ";
+    if (!(figures.peak < chordPeakLimit))
+        result.push_back (name + formatted ("peaks at %+.1f dBFS", figures.peak));
+    if (!(std::abs (figures.dc) <= dcLimit))
+        result.push_back (name + formatted ("%.2f %% DC", figures.dc * 100.0));
+    if (!(figures.click <= clickLimit))
+        result.push_back (name +
+                          formatted ("a click, %.1f times sharper than what is around it", figures.click));
+    if (!(figures.loudestAtChange <= restBeforeChange))
+        result.push_back (name + formatted ("a program change cuts off %.0f dBFS", figures.loudestAtChange));
+    return result;
+}
+
+std::string describe (const PieceFigures& figures)
+{
+    return formatted (
+        "%.1f s, %.1f LUFS at its loudest, peak %.1f dBFS, DC %.2f %%, sharpest step %.1f, at most %.0f dBFS "
+        "before a program change",
+        figures.seconds, figures.loudness, figures.peak, figures.dc * 100.0, figures.click,
+        figures.loudestAtChange);
 }
 }

@@ -39,7 +39,25 @@ double medianLoudness (const std::vector<SoundFigures>& figures);
 std::vector<std::string> complaints (const std::vector<makeBank::SourceProgram>& programs,
                                      const std::vector<SoundFigures>& figures);
 
-// The sound list as a document.
-std::string soundTable (const std::vector<makeBank::SourceProgram>& programs,
-                        const std::vector<SoundFigures>& figures);
+// The list of sounds as a document, with their figures and the limits that they keep.
+std::string soundList (const std::vector<makeBank::SourceProgram>& programs,
+                       const std::vector<SoundFigures>& figures);
+
+inline constexpr double clickLimit = 5.0;         // see sharpestClick()
+inline constexpr double restBeforeChange = -50.0; // dBFS: a program change cuts nothing off that is louder
+
+struct PieceFigures
+{
+    double seconds;
+    double loudness;        // LUFS, loudest 400 ms
+    double peak;            // dBFS, true peak
+    double dc;              // share of the peak
+    double click;           // sharpest lone step
+    double loudestAtChange; // dBFS, the 20 ms before a program change
+};
+
+PieceFigures measurePiece (const std::vector<makeBank::SourceProgram>& programs,
+                           const makeDemos::Piece& piece);
+std::vector<std::string> complaints (const makeDemos::Piece& piece, const PieceFigures& figures);
+std::string describe (const PieceFigures& figures);
 }

@@ -155,4 +155,9 @@ Piece nightTrain ()
                 "F3+C4+Ab4+C5 - - - C3+G3+C4+E4+G4 - - -");
     return piece;
 }
+
+std::vector<Piece> allPieces ()
+{
+    return { demo (), lowRoads (), harbourLights (), nightTrain () };
+}
 }
