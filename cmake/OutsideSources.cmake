@@ -15,6 +15,7 @@ function(brimvale_outside_source variable folder file what)
     endif()
 endfunction()
 
+brimvale_outside_source(BRIMVALE_VSTGUI_DIR vstgui vstgui/vstgui.h "VSTGUI 4 source folder, the one that holds vstgui/")
 brimvale_outside_source(BRIMVALE_MINIAUDIO_DIR miniaudio miniaudio.h "miniaudio 0.11 source folder")
 brimvale_outside_source(BRIMVALE_EBUR128_DIR libebur128 ebur128/ebur128.c "libebur128 1.2 source folder")
 
@@ -33,13 +34,15 @@ target_compile_definitions(
            MA_NO_NODE_GRAPH
            MA_NO_RESOURCE_MANAGER
            MA_NO_THREADING)
-target_compile_options(miniaudio PRIVATE -w)
+# Not ours to mend, to check or to make fast: sound is written far faster than it is rendered.
+set(plainly -w -O1 -g0 -fno-sanitize=all)
+target_compile_options(miniaudio PRIVATE ${plainly})
 
 # Loudness.
 add_library(ebur128 STATIC EXCLUDE_FROM_ALL ${BRIMVALE_EBUR128_DIR}/ebur128/ebur128.c)
 target_include_directories(ebur128 SYSTEM PUBLIC ${BRIMVALE_EBUR128_DIR}/ebur128
                                    PRIVATE ${BRIMVALE_EBUR128_DIR}/ebur128/queue)
-target_compile_options(ebur128 PRIVATE -w)
+target_compile_options(ebur128 PRIVATE ${plainly})
 
 # CLI11 is a Debian package of headers alone. The cross compiler must not see the rest of the folder
 # that they lie in, so it gets a folder with nothing but them.

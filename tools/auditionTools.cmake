@@ -1,7 +1,5 @@
 # The makers of the wave tables, the factory bank and the example pieces, and the command that plays the bank and
 # measures it. The libraries are the tests' too.
-find_package(PkgConfig REQUIRED)
-
 add_library(brimvale_waves STATIC makeWaves/WaveTables.cpp)
 target_include_directories(brimvale_waves PUBLIC ${CMAKE_SOURCE_DIR})
 target_link_libraries(brimvale_waves PUBLIC brimvale_warnings)

@@ -23,6 +23,7 @@ constexpr int programBytes = 176; // name of 24 characters, 38 values
 constexpr int bankBytes = 23896;
 constexpr int firstProgramByte = bankBytes - programs * programBytes; // behind the parameters' descriptors
 constexpr int blockSize = 512;
+constexpr float inaudible = 1.0e-9f; // -180 dBFS; idle voices keep a trace below it
 
 // What the library asked its host, and what the host answers.
 struct HostSide
@@ -370,11 +371,11 @@ TEST_F (OutsideHost, ANoteSoundsFromItsOwnSampleOnBothOutputs)
     EXPECT_EQ (first.left, first.right);
     EXPECT_EQ (second.left, second.right);
     EXPECT_GT (peak (first.left, 0, first.left.size ()), 0.01f);
-    EXPECT_EQ (peak (second.left, 0, late), 0.0f) << "silent before its note";
+    EXPECT_LT (peak (second.left, 0, late), inaudible) << "silent before its note";
     const auto onset = [] (const Stereo& sound)
     {
-        return std::find_if (sound.left.begin (), sound.left.end (), [] (float s) { return s != 0.0f; }) -
-               sound.left.begin ();
+        const auto audible = [] (float sample) { return std::abs (sample) > inaudible; };
+        return std::find_if (sound.left.begin (), sound.left.end (), audible) - sound.left.begin ();
     };
     EXPECT_EQ (onset (second) - onset (first), late);
     EXPECT_LE (onset (first), 2);

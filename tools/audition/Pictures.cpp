@@ -128,7 +128,7 @@ void drawSpectrogram (Canvas& canvas, double x, double y, int width, int height,
 
 void drawContactSheet (const std::filesystem::path& file,
                        const std::vector<makeBank::SourceProgram>& programs,
-                       const std::vector<SoundFigures>& figures)
+                       const std::vector<Audio>& phrases)
 {
     constexpr int columns = 8;
     constexpr int pictureWidth = 164;
@@ -142,7 +142,7 @@ void drawContactSheet (const std::filesystem::path& file,
         const double x = static_cast<double> (n % columns) * cellWidth + 6.0;
         const double y = static_cast<double> (n / columns) * cellHeight + 18.0;
         canvas.text (x, y - 4.0, 11.0, ink, std::to_string (n) + "  " + programs[n].name ());
-        drawSpectrogram (canvas, x, y, pictureWidth, pictureHeight, figures[n].phrase);
+        drawSpectrogram (canvas, x, y, pictureWidth, pictureHeight, phrases[n]);
     }
     canvas.save (file);
 }

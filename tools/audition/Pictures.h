@@ -11,7 +11,7 @@ namespace audition
 // octaves, 60 dB from dark to bright.
 void drawContactSheet (const std::filesystem::path& file,
                        const std::vector<makeBank::SourceProgram>& programs,
-                       const std::vector<SoundFigures>& figures);
+                       const std::vector<Audio>& phrases);
 
 // A steady sound: two cycles of its wave beside the levels of its partials.
 struct Tone

@@ -13,10 +13,10 @@ Audio pulseTone (std::vector<makeBank::SourceProgram> programs, float pulseWidth
     };
     // The low-pass fully open, as a bright sound would use the knob.
     constexpr Setting settings[] = {
-        { paramVolume, "100%" },      { paramOsc1Vol, "100%" },  { paramOsc1Wave, "pulse" },
-        { paramOsc1Range, "+0oct" },  { paramOsc2Wave, "off" },  { paramMasterP, "0.5" },
-        { param1Sustain, "100%" },    { param1Attack, "2ms" },   { param1Decay, "20ms" },
-        { param2ToFilter, "+0%" },    { paramFilterRez, "30%" }, { paramFilterType, "lowpass" },
+        { paramVolume, "100%" },       { paramOsc1Vol, "100%" },  { paramOsc1Wave, "pulse" },
+        { paramOsc1Range, "+0oct" },   { paramOsc2Wave, "off" },  { paramMasterP, "0.5" },
+        { param1Sustain, "100%" },     { param1Attack, "2ms" },   { param1Decay, "20ms" },
+        { param2ToFilter, "+0%" },     { paramFilterRez, "30%" }, { paramFilterType, "lowpass" },
         { paramFilterFreq, "6560Hz" }, { paramLfoFilter, "+0%" },
     };
     ProgramRecord& record = programs.front ().record;

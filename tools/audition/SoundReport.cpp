@@ -40,6 +40,11 @@ std::string formatted (const char* pattern, Values... values)
 }
 }
 
+Audio playPhrase (const Player& player, const makeBank::SourceProgram& program)
+{
+    return musicOf (player, phrase (program));
+}
+
 std::vector<SoundFigures> measureBank (const std::vector<makeBank::SourceProgram>& programs)
 {
     const Player player (programs);
@@ -57,8 +62,7 @@ std::vector<SoundFigures> measureBank (const std::vector<makeBank::SourceProgram
                             .brightness = brightness (Samples (note).first (samplesOf (heldSeconds))),
                             .dc = dcShare (note),
                             .nearest = std::numeric_limits<double>::infinity (),
-                            .nearestProgram = -1,
-                            .phrase = musicOf (player, phrase (program)) });
+                            .nearestProgram = -1 });
         prints.push_back (fingerprint (note));
     }
     for (std::size_t a = 0; a < prints.size (); ++a)

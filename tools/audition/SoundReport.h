@@ -27,8 +27,10 @@ struct SoundFigures
     double dc;         // share of the peak
     double nearest;    // distance to the most similar other program
     int nearestProgram;
-    Audio phrase;
 };
+
+// The program's phrase, without the bars that warm it up.
+Audio playPhrase (const Player& player, const makeBank::SourceProgram& program);
 
 // Renders and measures every program.
 std::vector<SoundFigures> measureBank (const std::vector<makeBank::SourceProgram>& programs);

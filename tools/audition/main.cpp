@@ -67,6 +67,20 @@ void drawPulseWidths (const Options& options, const std::vector<makeBank::Source
     audition::drawTones (options.pulseWidth, tones);
 }
 
+void playPhrases (const Options& options, const std::vector<makeBank::SourceProgram>& programs)
+{
+    const audition::Player player (programs);
+    std::vector<Audio> phrases;
+    for (const makeBank::SourceProgram& program : programs)
+    {
+        phrases.push_back (audition::playPhrase (player, program));
+        if (!options.wavFolder.empty ())
+            writeWav (options.wavFolder / wavName (phrases.size () - 1, program.name ()), phrases.back ());
+    }
+    if (!options.sheet.empty ())
+        audition::drawContactSheet (options.sheet, programs, phrases);
+}
+
 int run (const Options& options)
 {
     std::ifstream source (options.source);
@@ -74,13 +88,12 @@ int run (const Options& options)
     if (!options.pulseWidth.empty ())
         drawPulseWidths (options, programs);
 
+    if (!options.wavFolder.empty () || !options.sheet.empty ())
+        playPhrases (options, programs);
+
     const std::vector<audition::SoundFigures> figures = audition::measureBank (programs);
-    for (std::size_t n = 0; n < programs.size () && !options.wavFolder.empty (); ++n)
-        writeWav (options.wavFolder / wavName (n, programs[n].name ()), figures[n].phrase);
     if (!options.table.empty ())
         writeText (options.table, audition::soundList (programs, figures));
-    if (!options.sheet.empty ())
-        audition::drawContactSheet (options.sheet, programs, figures);
 
     std::vector<std::string> wrong = audition::complaints (programs, figures);
     for (const makeDemos::Piece& piece : makeDemos::allPieces ())

@@ -1,4 +1,4 @@
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <algorithm>
 #include <array>
@@ -101,8 +101,7 @@ void savePreview (const std::string& pngPath)
     const TextStyle value{ fontFamily, false, 6, 0, accentColour };
     const TextStyle program{ fontFamily, false, 10, 0, accentColour };
     canvas.text ("1/16", 234.5, 193, Align::centre, value);
-    canvas.text ("000  Warm Valley Bass", programDisplayRect.x + 8, programDisplayRect.y + 7, Align::left,
-                 program);
+    canvas.text ("000  Warm Valley Bass", programTextRect.x, programTextRect.y + 7, Align::left, program);
     canvas.savePng (pngPath);
 }
 }

@@ -1,4 +1,4 @@
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <cmath>
 #include <numbers>
@@ -10,8 +10,6 @@ using namespace panel;
 
 namespace
 {
-constexpr Colour black{ 0x05, 0x08, 0x09 };
-constexpr Colour white{ 0xff, 0xff, 0xff };
 constexpr Colour ivory{ 0xf0, 0xeb, 0xdf };
 
 struct Point
@@ -43,10 +41,12 @@ void shadedDisc (Canvas& canvas, Point centre, double radius, Colour lit, Colour
 
 void drawKnob (Canvas& canvas, Point centre, double radius, double degrees)
 {
-    canvas.fillCircle (centre.x + 0.7, centre.y + 1.1, radius + 0.4, black, 0.55);
-    shadedDisc (canvas, centre, radius, mix (plateColour, white, 0.42), mix (plateColour, black, 0.5));
-    canvas.fillCircle (centre.x, centre.y, radius - 1, mix (caseColour, black, 0.35));
-    shadedDisc (canvas, centre, radius - 3, mix (plateColour, white, 0.25), mix (plateColour, white, 0.06));
+    canvas.fillCircle (centre.x + 0.7, centre.y + 1.1, radius + 0.4, shadowColour, 0.55);
+    shadedDisc (canvas, centre, radius, mix (plateColour, highlightColour, 0.42),
+                mix (plateColour, shadowColour, 0.5));
+    canvas.fillCircle (centre.x, centre.y, radius - 1, mix (caseColour, shadowColour, 0.35));
+    shadedDisc (canvas, centre, radius - 3, mix (plateColour, highlightColour, 0.25),
+                mix (plateColour, highlightColour, 0.06));
 
     cairo_set_line_cap (canvas.context (), CAIRO_LINE_CAP_ROUND);
     const Point inner = onCircle (centre, radius * 0.3, degrees);
@@ -85,7 +85,7 @@ void drawKnobStrip (Canvas& canvas, const Bitmap& bitmap)
 void drawSwitch (Canvas& canvas, int y, bool on)
 {
     constexpr int width = 31, height = 6, gripWidth = 12;
-    canvas.setColour (on ? accentColour : black);
+    canvas.setColour (on ? accentColour : shadowColour);
     canvas.roundedRect (0, y, width, height, 2);
     cairo_fill (canvas.context ());
     const int gripX = on ? width - gripWidth - 1 : 1;
@@ -99,119 +99,85 @@ void drawLamp (Canvas& canvas, int y, bool on)
 {
     const Point centre{ 3, y + 3.0 };
     canvas.fillCircle (centre.x, centre.y, 3,
-                       on ? mix (accentColour, black, 0.35) : mix (plateColour, white, 0.3));
-    canvas.fillCircle (centre.x, centre.y, on ? 2.4 : 2, on ? accentColour : black);
+                       on ? mix (accentColour, shadowColour, 0.35) : mix (plateColour, highlightColour, 0.3));
+    canvas.fillCircle (centre.x, centre.y, on ? 2.4 : 2, on ? accentColour : shadowColour);
     if (on)
-        canvas.fillCircle (centre.x - 0.6, centre.y - 0.6, 1, white, 0.85);
+        canvas.fillCircle (centre.x - 0.6, centre.y - 0.6, 1, highlightColour, 0.85);
 }
 
 void drawSliderHandle (Canvas& canvas)
 {
-    canvas.fillRect (0, 1, 6, 10, black);
-    canvas.fillRect (0, 1, 5, 9, mix (plateColour, white, 0.42));
-    canvas.fillRect (1, 2, 4, 8, mix (plateColour, white, 0.14));
+    canvas.fillRect (0, 1, 6, 10, shadowColour);
+    canvas.fillRect (0, 1, 5, 9, mix (plateColour, highlightColour, 0.42));
+    canvas.fillRect (1, 2, 4, 8, mix (plateColour, highlightColour, 0.14));
     canvas.fillRect (2, 2, 2, 8, ivory);
 }
 
 void drawSmallButton (Canvas& canvas, int y, bool pressed)
 {
     constexpr int size = 20;
-    canvas.setColour (black);
+    canvas.setColour (shadowColour);
     canvas.roundedRect (0, y, size, size, 3.5);
     cairo_fill (canvas.context ());
     const double drop = pressed ? 1 : 0;
-    canvas.setColour (pressed ? mix (plateColour, black, 0.35) : mix (plateColour, white, 0.34));
+    canvas.setColour (pressed ? mix (plateColour, shadowColour, 0.35)
+                              : mix (plateColour, highlightColour, 0.34));
     canvas.roundedRect (1, y + 1 + drop, size - 2, size - 3, 2.5);
     cairo_fill (canvas.context ());
-    canvas.setColour (pressed ? mix (plateColour, black, 0.15) : mix (plateColour, white, 0.14));
+    canvas.setColour (pressed ? mix (plateColour, shadowColour, 0.15)
+                              : mix (plateColour, highlightColour, 0.14));
     canvas.roundedRect (1, y + 2 + drop, size - 2, size - 4, 2.5);
     cairo_fill (canvas.context ());
 }
 
+// Shows a sounding key.
+void drawKeyMark (Canvas& canvas, double centreX, double centreY, double length)
+{
+    constexpr double thickness = 5;
+    canvas.setColour (accentColour);
+    canvas.roundedRect (centreX - length / 2, centreY - thickness / 2, length, thickness, thickness / 2);
+    cairo_fill (canvas.context ());
+}
+
+// A white key leaves one dark column at its right, the gap to its neighbour. Pressed, it sinks: its
+// front edge nearly goes, the shadow of the case reaches further down, and a mark lights up.
 void drawWhiteKey (Canvas& canvas, bool down)
 {
-    constexpr int width = 35, height = 98;
-    const Colour top = down ? mix (ivory, plateColour, 0.35) : mix (ivory, plateColour, 0.06);
-    const Colour front = mix (ivory, caseColour, down ? 0.5 : 0.28);
+    constexpr int width = 35, height = 98, body = width - 1;
+    const Colour top = mix (ivory, plateColour, down ? 0.35 : 0.04);
+    const Colour front = mix (ivory, caseColour, down ? 0.55 : 0.3);
     const int frontHeight = down ? 2 : 6;
-    canvas.fillRect (0, 0, width, height, black);
+    canvas.fillRect (0, 0, width, height, shadowColour);
     canvas.setColour (front);
-    canvas.roundedRect (0.5, -6, width - 1, height + 5, 3);
+    canvas.roundedRect (0, -6, body, height + 5, 2.5);
     cairo_fill (canvas.context ());
     canvas.setColour (top);
-    canvas.roundedRect (0.5, -6, width - 1, height + 5 - frontHeight, 3);
+    canvas.roundedRect (0, -6, body, height + 5 - frontHeight, 2.5);
     cairo_fill (canvas.context ());
-    canvas.fillRect (1, 0, 1, height - frontHeight - 4, white, down ? 0.15 : 0.7);
-    canvas.fillRect (width - 2, 0, 1, height - frontHeight - 4, caseColour, 0.16);
+    canvas.fillRect (0, 0, 1, height - frontHeight - 4, highlightColour, down ? 0.15 : 0.6);
+    canvas.fillRect (body - 1, 0, 1, height - frontHeight - 4, caseColour, 0.15);
+    const int shadowRows = down ? 9 : 5;
+    for (int row = 0; row < shadowRows; ++row)
+        canvas.fillRect (0, row, body, 1, shadowColour, 0.4 * (shadowRows - row) / shadowRows);
     if (down)
-    {
-        canvas.setColour (accentColour);
-        canvas.roundedRect (width / 2.0 - 7, height - 18, 14, 5, 2.5);
-        cairo_fill (canvas.context ());
-    }
-    for (int row = 0; row < 5; ++row)
-        canvas.fillRect (0, row, width, 1, black, (down ? 0.5 : 0.3) * (5 - row) / 5);
+        drawKeyMark (canvas, body / 2.0, height - 16, 14);
 }
 
 void drawBlackKey (Canvas& canvas, bool down)
 {
     constexpr int width = 21, height = 59;
     const int frontHeight = down ? 3 : 8;
-    canvas.fillRect (0, 0, width, height, black);
-    canvas.setColour (mix (plateColour, white, down ? 0.02 : 0.08));
+    canvas.fillRect (0, 0, width, height, shadowColour);
+    canvas.setColour (mix (plateColour, highlightColour, down ? 0.02 : 0.08));
     canvas.roundedRect (1, -4, width - 2, height + 3, 2);
     cairo_fill (canvas.context ());
-    canvas.setColour (mix (plateColour, black, down ? 0.72 : 0.45));
+    canvas.setColour (mix (plateColour, shadowColour, down ? 0.72 : 0.45));
     canvas.roundedRect (3, -4, width - 6, height + 3 - frontHeight, 2);
     cairo_fill (canvas.context ());
-    canvas.fillRect (2, 0, 1, height - frontHeight - 3, white, down ? 0.1 : 0.3);
+    canvas.fillRect (2, 0, 1, height - frontHeight - 3, highlightColour, down ? 0.1 : 0.3);
     if (down)
-    {
-        canvas.setColour (accentColour);
-        canvas.roundedRect (width / 2.0 - 5, height - 15, 10, 5, 2.5);
-        cairo_fill (canvas.context ());
-    }
+        drawKeyMark (canvas, width / 2.0, height - 13, 9);
 }
-}
-
-void drawTicks (Canvas& canvas, Scale scale, double centreX, double centreY, int knobSize)
-{
-    const Point centre{ centreX, centreY };
-    int count = 0;
-    switch (scale)
-    {
-    case Scale::none:
-        return;
-    case Scale::unipolar:
-    case Scale::bipolar:
-        count = 11;
-        break;
-    case Scale::range:
-        count = 5;
-        break;
-    case Scale::oscWave:
-    case Scale::filterType:
-        count = 3;
-        break;
-    case Scale::lfoWave:
-        count = 6;
-        break;
-    case Scale::voices:
-        count = 8;
-        break;
-    case Scale::velocity:
-        count = 10;
-        break;
-    }
-    const double inner = knobSize / 2.0 + tickReach - 2;
-    for (int tick = 0; tick < count; ++tick)
-    {
-        const double degrees = pointerDegrees (scale, tick, count);
-        const bool strong = scale == Scale::bipolar && tick == count / 2;
-        const Point from = onCircle (centre, inner, degrees);
-        const Point to = onCircle (centre, inner + (strong ? 4 : 2), degrees);
-        canvas.line (from.x, from.y, to.x, to.y, strong ? 2 : 1, strong ? letterColour : scaleColour);
-    }
 }
 
 Image drawControlBitmap (const Bitmap& bitmap)

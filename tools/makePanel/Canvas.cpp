@@ -1,4 +1,4 @@
-#include "tools/makePanelDrawing.h"
+#include "tools/makePanel/Canvas.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,8 +18,8 @@ constexpr const char* narrowFamily = "Liberation Sans Narrow";
 }
 
 const TextStyle labelStyle{ narrowFamily, true, panel::labelCapHeight, 0.3, panel::letterColour };
-const TextStyle titleStyle{ narrowFamily, true, panel::titleCapHeight, 1.3, panel::letterColour };
-const TextStyle scaleStyle{ narrowFamily, true, panel::labelCapHeight, -0.1, panel::scaleColour };
+const TextStyle titleStyle{ narrowFamily, true, panel::titleCapHeight, 0.8, panel::letterColour };
+const TextStyle scaleStyle{ narrowFamily, true, panel::labelCapHeight, 0.1, panel::scaleColour };
 
 namespace
 {
@@ -57,6 +57,11 @@ Colour mix (Colour first, Colour second, double amount)
     { return static_cast<unsigned char> (std::lround (a + (b - a) * amount)); };
     return { blend (first.red, second.red), blend (first.green, second.green),
              blend (first.blue, second.blue) };
+}
+
+double textWidth (std::string_view text, const TextStyle& style)
+{
+    return Canvas (1, 1, style.colour).measure (text, style);
 }
 
 Canvas::Canvas (int width, int height, Colour ground)
@@ -122,60 +127,92 @@ void Canvas::selectFont (const TextStyle& style) const
 
 namespace
 {
-cairo_text_extents_t extentsOf (cairo_t* cr, const std::string& letter)
+struct Glyph
 {
-    cairo_text_extents_t extents;
-    cairo_text_extents (cr, letter.c_str (), &extents);
-    return extents;
+    std::string letter;
+    double inkStart, inkWidth, bearing; // inkStart: where the font's own spacing would put the ink
+};
+
+// How uneven the gaps become when every letter's ink is moved to the nearest whole pixel.
+double unevenness (const std::vector<Glyph>& glyphs, double phase, double extraTracking)
+{
+    double sum = 0, lastShift = 0;
+    for (std::size_t index = 0; index < glyphs.size (); ++index)
+    {
+        const double ideal = glyphs[index].inkStart + phase + extraTracking * static_cast<double> (index);
+        const double shift = std::round (ideal) - ideal;
+        if (index > 0)
+            sum += (shift - lastShift) * (shift - lastShift);
+        lastShift = shift;
+    }
+    return sum;
 }
 
-// Whole pixels from one letter to the next: the same letter then looks the same everywhere. Spaces,
-// which have no ink, get the larger whole number.
-double advance (const cairo_text_extents_t& extents, const TextStyle& style)
+// Puts every letter's ink on a pixel's edge, which keeps upright strokes sharp. The phase and a small
+// change of the tracking are chosen so that the gaps stay as even as they can.
+void snapToPixels (std::vector<Glyph>& glyphs)
 {
-    const double exact = extents.x_advance + style.tracking;
-    return extents.width > 0 ? std::round (exact) : std::ceil (exact);
+    constexpr double trackingStep = 0.05, phaseStep = 0.1;
+    constexpr int trackingSteps = 5, phaseSteps = 10;
+    constexpr double changeCost = 0.02; // per step away from the style's tracking
+    double best = 1e9, bestPhase = 0, bestTracking = 0;
+    for (int change = -trackingSteps; change <= trackingSteps; ++change)
+        for (int step = 0; step < phaseSteps; ++step)
+        {
+            const double phase = step * phaseStep, tracking = change * trackingStep;
+            const double cost = unevenness (glyphs, phase, tracking) + changeCost * std::abs (change);
+            if (cost < best)
+            {
+                best = cost;
+                bestPhase = phase;
+                bestTracking = tracking;
+            }
+        }
+    const double first = glyphs.empty () ? 0 : std::round (glyphs.front ().inkStart + bestPhase);
+    for (std::size_t index = 0; index < glyphs.size (); ++index)
+        glyphs[index].inkStart =
+            std::round (glyphs[index].inkStart + bestPhase + bestTracking * static_cast<double> (index)) -
+            first;
 }
 }
 
-double Canvas::textWidth (std::string_view text, const TextStyle& style) const
+double Canvas::layOut (std::string_view text, const TextStyle& style,
+                       const std::function<void (const std::string&, double)>& place) const
 {
     selectFont (style);
-    double pen = 0, inkEnd = 0;
-    bool isFirst = true;
+    std::vector<Glyph> glyphs;
+    double pen = 0;
     for (const std::string& letter : letters (text))
     {
-        const cairo_text_extents_t extents = extentsOf (cr.get (), letter);
-        if (std::exchange (isFirst, false))
-            pen -= std::round (extents.x_bearing);
-        inkEnd = pen + std::round (extents.x_bearing) + extents.width;
-        pen += advance (extents, style);
+        cairo_text_extents_t extents;
+        cairo_text_extents (cr.get (), letter.c_str (), &extents);
+        if (extents.width > 0)
+            glyphs.push_back ({ letter, pen + extents.x_bearing, extents.width, extents.x_bearing });
+        pen += extents.x_advance + style.tracking;
     }
-    return std::ceil (inkEnd);
+    snapToPixels (glyphs);
+    for (const Glyph& glyph : glyphs)
+        place (glyph.letter, glyph.inkStart - glyph.bearing);
+    return glyphs.empty () ? 0 : std::ceil (glyphs.back ().inkStart + glyphs.back ().inkWidth);
+}
+
+double Canvas::measure (std::string_view text, const TextStyle& style) const
+{
+    return layOut (text, style, [] (const std::string&, double) {});
 }
 
 void Canvas::text (std::string_view text, double x, double capTop, Align align, const TextStyle& style)
 {
-    const double width = textWidth (text, style);
-    const double inkStart = std::round (align == Align::left    ? x
-                                        : align == Align::right ? x - width
-                                                                : x - width / 2);
-    selectFont (style);
+    const double width = measure (text, style);
+    const double start = align == Align::left ? x : align == Align::right ? x - width : x - width / 2;
     setColour (style.colour);
-    double pen = inkStart;
-    bool isFirst = true;
-    for (const std::string& letter : letters (text))
-    {
-        // The ink's left edge is put on a pixel's edge, which keeps upright strokes sharp.
-        const cairo_text_extents_t extents = extentsOf (cr.get (), letter);
-        if (std::exchange (isFirst, false))
-            pen -= std::round (extents.x_bearing);
-        const double ontoPixel = std::round (extents.x_bearing) - extents.x_bearing;
-        cairo_move_to (cr.get (), pen + ontoPixel, capTop + style.capHeight);
-        cairo_text_path (cr.get (), letter.c_str ());
-        cairo_fill (cr.get ());
-        pen += advance (extents, style);
-    }
+    layOut (text, style,
+            [&] (const std::string& letter, double offset)
+            {
+                cairo_move_to (cr.get (), std::round (start) + offset, capTop + style.capHeight);
+                cairo_text_path (cr.get (), letter.c_str ());
+                cairo_fill (cr.get ());
+            });
 }
 
 Image Canvas::image () const

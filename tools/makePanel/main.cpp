@@ -1,6 +1,6 @@
 // Draws the panel's bitmaps into a folder: makePanel resources
 // With --preview it also writes the assembled panel as a PNG file to look at.
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "tools/makePanelBitmap.h"
+#include "tools/makePanel/BmpFile.h"
 
 #include <algorithm>
 #include <array>
