@@ -5,7 +5,7 @@
 
 namespace audition
 {
-inline constexpr double pulseToneHz = 130.8; // what middle C sounds
+inline constexpr double pulseToneHz = 130.748; // what middle C sounds
 
 // Oscillator 1's pulse at middle C with this Osc1-PW (0..1), everything else open and still; two seconds of
 // the steady tone. `programs` is any bank.

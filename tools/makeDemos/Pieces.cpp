@@ -94,7 +94,7 @@ Piece harbourLights ()
     piece.program (17, "Warm Blanket");
     piece.line (17, 2,
                 "D3+F3+A3+E4 - Bb2+D3+F3+A3 - "
-                "F3+A3+C4+G4 - C3+E3+G3+D4 . ");
+                "F3+A3+C4 - C3+E3+G3+D4 . ");
     piece.line (18, 0.5,
                 "A4 D5 F5 E5 - C5 . D5 - - - F5, E5, D5 . "
                 "C5 - A4 G4 A4 - - - E5 - D5 . . . . .");
