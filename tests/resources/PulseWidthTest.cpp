@@ -79,7 +79,8 @@ TEST (PulseWidth, ChangesTheTimbreOverMostOfItsTravel)
     EXPECT_GT (thin[1], thin[0] - 3.0);
 }
 
-// Hard steps land on whole samples, which costs a pulse some 25 dB; scattered steps in the table would cost far more.
+// Hard steps land on whole samples, which costs a pulse some 25 dB; scattered steps in the table would cost
+// far more.
 TEST (PulseWidth, MakesNoNoise)
 {
     for (const double width : { 1.0, 0.995, 0.9, 0.75, 0.5, 0.25, 0.0 })

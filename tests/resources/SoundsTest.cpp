@@ -68,7 +68,7 @@ TEST (Sounds, SubBassLivesBelow120Hz)
     }
 }
 
-// The strongest frequency between 3 and 20 Hz in the level of a sound.
+// The frequency between 3 and 20 Hz at which a sound's upper partials come and go the most.
 double modulationHz (const audition::Audio& audio)
 {
     constexpr std::size_t window = 441;
@@ -76,8 +76,11 @@ double modulationHz (const audition::Audio& audio)
     for (std::size_t start = 0; start + window <= audio.size (); start += window)
     {
         double sum = 0.0;
-        for (std::size_t n = start; n < start + window; ++n)
-            sum += static_cast<double> (audio[n]) * static_cast<double> (audio[n]);
+        for (std::size_t n = std::max<std::size_t> (start, 2); n < start + window; ++n)
+        {
+            const double bend = static_cast<double> (audio[n] - 2.0f * audio[n - 1] + audio[n - 2]);
+            sum += bend * bend;
+        }
         levels.push_back (std::sqrt (sum / window));
     }
     double best = 0.0;
@@ -86,7 +89,8 @@ double modulationHz (const audition::Audio& audio)
     {
         std::complex<double> sum;
         for (std::size_t n = 0; n < levels.size (); ++n)
-            sum += levels[n] * std::polar (1.0, -2.0 * 3.14159265358979 * hz * static_cast<double> (n) / 100.0);
+            sum +=
+                levels[n] * std::polar (1.0, -2.0 * 3.14159265358979 * hz * static_cast<double> (n) / 100.0);
         if (std::abs (sum) > most)
         {
             most = std::abs (sum);
