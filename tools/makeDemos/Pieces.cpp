@@ -147,9 +147,9 @@ Piece nightTrain ()
     piece.line (68, 1, "C2! - - Eb2_ F2_ - - - Ab2_ - - - G2_ - - .");
 
     piece.program (85, "Two Bar Sync Riser");
-    piece.line (85, 1, "G3+D4+F4+B4 - - - - - - .");
+    piece.line (85, 1, "G3+D4+F4+B4 - - - - - - - - - - - - .");
 
-    piece.program (94, "Sync Triplet Ripple");
+    piece.program (100, "Sync Triplet Ripple");
     piece.line (94, 1,
                 "C3+G3+Eb4+Bb4 - - - Ab2+Eb3+C4+G4 - - - "
                 "F3+C4+Ab4+C5 - - - C3+G3+C4+E4+G4 - - -");
