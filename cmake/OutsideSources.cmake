@@ -51,3 +51,6 @@ file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/outside/cli11)
 file(CREATE_LINK ${BRIMVALE_CLI11_DIR}/CLI ${CMAKE_BINARY_DIR}/outside/cli11/CLI SYMBOLIC)
 add_library(cli11 INTERFACE)
 target_include_directories(cli11 SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/outside/cli11)
+# Its templates take a compiler minutes to optimise, most of all with sanitizers, and a command line is
+# parsed once. So whatever links this must hold a program's main() or options and no work.
+target_compile_options(cli11 INTERFACE -O0)

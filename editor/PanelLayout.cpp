@@ -145,9 +145,13 @@ double pointerDegrees (Scale scale, int frame, int frames)
 {
     double sweep = sweepDegrees;
     if (scale == Scale::range || scale == Scale::lfoWave)
+    {
         sweep = steppedSweepDegrees;
+    }
     else if (scale == Scale::oscWave || scale == Scale::filterType)
+    {
         sweep = switchSweepDegrees;
+    }
     return sweep * (static_cast<double> (frame) / (frames - 1) - 0.5);
 }
 }

@@ -92,8 +92,10 @@ TEST (PanelBitmaps, fourthByteOfWidePixelsIsOpaque)
 TEST (PanelBitmaps, generatorDrawsTheCommittedBytes)
 {
     for (const panel::Bitmap& bitmap : panel::bitmaps ())
+    {
         EXPECT_TRUE (panelart::bmpFile (bitmap) == readResource (bitmap.file))
             << bitmap.file << " differs; run: makePanel resources";
+    }
 }
 
 TEST (PanelBitmaps, decoderReadsBackWhatWasDrawn)

@@ -22,8 +22,10 @@ TEST (PanelLayout, everyTagIsServedOnceButTheRateThatAlsoHasADisplay)
 {
     std::map<int, int> served;
     for (const Control& control : panel::controls ())
+    {
         if (control.kind != ControlKind::valueDisplay)
             ++served[control.tag];
+    }
     // Parameters that only menus reach: automatic glide, volume type, pitch bend, the keyboard's
     // visibility, quality, and the unused one.
     const std::set<int> withoutControl{ 26, 28, 29, 30, 34, 37 };
@@ -74,12 +76,16 @@ TEST (PanelLayout, nothingOverlapsOrLeavesThePanel)
 TEST (PanelLayout, wholeRectanglesOverlapOnlyBetweenLamps)
 {
     for (const Control& first : panel::controls ())
+    {
         for (const Control& second : panel::controls ())
+        {
             if (&first < &second && first.rect.overlaps (second.rect))
             {
                 EXPECT_EQ (first.kind, ControlKind::lamp) << first.tag;
                 EXPECT_EQ (second.kind, ControlKind::lamp) << second.tag;
             }
+        }
+    }
 }
 
 TEST (PanelLayout, shortPanelCutsOffTheKeyboardAndNothingElse)
@@ -95,11 +101,13 @@ TEST (PanelLayout, keysFillTheKeyboard)
 {
     const panel::Bitmap* white = panel::findBitmap (panel::whiteKeyUpId);
     for (const Control& control : panel::controls ())
+    {
         if (control.kind == ControlKind::keyboard)
         {
             EXPECT_LE (panel::whiteKeyCount * white->width, control.rect.width);
             EXPECT_GT ((panel::whiteKeyCount + 1) * white->width, control.rect.width);
         }
+    }
     EXPECT_EQ (panel::keyCount, 25); // two octaves and the C on top: 15 white keys, 10 black ones
 }
 
@@ -110,14 +118,19 @@ TEST (PanelLayout, pointersSweepEvenlyAndSymmetrically)
          { std::tuple (Scale::unipolar, 91, 135.0), std::tuple (Scale::range, 5, 120.0),
            std::tuple (Scale::lfoWave, 6, 120.0), std::tuple (Scale::oscWave, 3, 45.0),
            std::tuple (Scale::voices, 8, 135.0), std::tuple (Scale::velocity, 10, 135.0) })
+    {
         for (int frame = 0; frame < frames; ++frame)
+        {
             EXPECT_NEAR (panel::pointerDegrees (scale, frame, frames),
                          -last + 2 * last * frame / (frames - 1), 1e-9);
+        }
+    }
 }
 
 TEST (PanelLayout, glyphsStayInsideTheirButtons)
 {
     for (const panel::ButtonGlyph& glyph : panel::buttonGlyphs ())
+    {
         for (const panel::GlyphPoint& point : glyph.points)
         {
             EXPECT_GT (point.x, 3);
@@ -125,5 +138,6 @@ TEST (PanelLayout, glyphsStayInsideTheirButtons)
             EXPECT_LT (point.x, static_cast<float> (glyph.button.width - 3));
             EXPECT_LT (point.y + 1, static_cast<float> (glyph.button.height - 3)); // pressed: one lower
         }
+    }
 }
 }

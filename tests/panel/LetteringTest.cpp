@@ -36,6 +36,7 @@ Colour groundAround (const panelart::Image& image, const Box& box)
 {
     std::map<std::uint32_t, std::pair<int, Colour>> counts;
     for (int y = static_cast<int> (box.y) - 2; y < box.y + box.height + 2; ++y)
+    {
         for (int x = static_cast<int> (box.x) - 2; x < box.x + box.width + 2; ++x)
         {
             const Colour pixel = image.at (x, y);
@@ -44,6 +45,7 @@ Colour groundAround (const panelart::Image& image, const Box& box)
             ++count;
             colour = pixel;
         }
+    }
     return std::ranges::max_element (counts, {}, [] (const auto& entry) { return entry.second.first; })
         ->second.second;
 }
@@ -67,16 +69,20 @@ std::map<std::string, std::vector<Box>> printedBoxes ()
         boxes[text.text].push_back (text.box);
     panelart::Canvas scratch (panel::panelRect.width, panel::panelRect.height, panel::plateColour);
     for (const panel::Control& control : panel::controls ())
+    {
         for (const Box& box : panelart::drawPositionDrawings (scratch, control))
             boxes["drawing"].push_back (box);
+    }
     return boxes;
 }
 
 TEST (PanelLettering, coloursContrastWithTheirGrounds)
 {
     for (const Colour ground : { panel::plateColour, panel::caseColour, panel::glassColour })
+    {
         for (const Colour ink : { panel::letterColour, panel::scaleColour, panel::accentColour })
             EXPECT_GE (contrast (ink, ground), requiredContrast);
+    }
 }
 
 // Thin strokes never reach their full colour, so lettering is also measured as drawn. Whatever letter
@@ -86,6 +92,7 @@ TEST (PanelLettering, drawnPixelsContrastWithTheirGrounds)
     constexpr int bandWidth = 6;
     const panelart::Image image = readPicture (panel::panelBitmapId);
     for (const auto& [text, boxes] : printedBoxes ())
+    {
         for (const Box& box : boxes)
         {
             const Colour ground = groundAround (image, box);
@@ -94,12 +101,15 @@ TEST (PanelLettering, drawnPixelsContrastWithTheirGrounds)
             for (int x = left; x < right; ++x)
             {
                 for (int y = static_cast<int> (box.y); y < box.y + box.height; ++y)
+                {
                     if (contrast (image.at (x, y), ground) >= requiredContrast)
                         lastStrong = x;
+                }
                 ASSERT_LE (x - lastStrong, bandWidth) << text << " at " << x << ", " << box.y;
             }
             EXPECT_GE (lastStrong, left) << text;
         }
+    }
 }
 
 TEST (PanelLettering, standsInsideThePanelAndClearOfControlsAndOfEachOther)
@@ -112,6 +122,7 @@ TEST (PanelLettering, standsInsideThePanelAndClearOfControlsAndOfEachOther)
         taken.emplace_back ("display or button", boxOf (extra));
 
     for (const auto& [text, boxes] : printedBoxes ())
+    {
         for (const Box& box : boxes)
         {
             EXPECT_GE (box.x, 8) << text;
@@ -121,6 +132,7 @@ TEST (PanelLettering, standsInsideThePanelAndClearOfControlsAndOfEachOther)
                 EXPECT_FALSE (overlap (box, otherBox)) << text << " meets " << other;
             taken.emplace_back (text, box);
         }
+    }
 }
 
 TEST (PanelLettering, labelsStandCentredAtOneDistanceBelowTheirControls)

@@ -25,6 +25,7 @@ double measuredDegrees (const Image& strip, const panel::Bitmap& bitmap, int fra
     const double middle = (size - 1) / 2.0;
     double sumX = 0, sumY = 0;
     for (int y = 0; y < size; ++y)
+    {
         for (int x = 0; x < size; ++x)
         {
             const double brightness = grey (strip.at (x, frame * size + y)) - pointerGrey;
@@ -33,6 +34,7 @@ double measuredDegrees (const Image& strip, const panel::Bitmap& bitmap, int fra
             sumX += brightness * (x - middle);
             sumY += brightness * (y - middle);
         }
+    }
     return std::atan2 (sumX, -sumY) * 180 / std::numbers::pi;
 }
 
@@ -40,8 +42,10 @@ double greyDifference (const Image& image, int width, int height)
 {
     double sum = 0;
     for (int y = 0; y < height; ++y)
+    {
         for (int x = 0; x < width; ++x)
             sum += std::abs (grey (image.at (x, y)) - grey (image.at (x, y + height)));
+    }
     return sum / (width * height);
 }
 
@@ -49,8 +53,10 @@ double meanGrey (const Image& image, const panel::Rect& area)
 {
     double sum = 0;
     for (int y = area.y; y < area.bottom (); ++y)
+    {
         for (int x = area.x; x < area.right (); ++x)
             sum += grey (image.at (x, y));
+    }
     return sum / (area.width * area.height);
 }
 
@@ -63,9 +69,11 @@ TEST (PanelPictures, pointersStandAtTheirAngles)
         const panel::Bitmap& bitmap = *panel::findBitmap (control.bitmapId);
         const Image strip = readPicture (control.bitmapId);
         for (int frame = 0; frame < bitmap.frames; ++frame)
+        {
             EXPECT_NEAR (measuredDegrees (strip, bitmap, frame),
                          panel::pointerDegrees (control.scale, frame, bitmap.frames), 1.5)
                 << bitmap.file << " frame " << frame;
+        }
     }
 }
 
@@ -82,6 +90,7 @@ TEST (PanelPictures, knobFramesJoinTheBackgroundWithoutASeam)
         const int size = bitmap.frameHeight ();
         const double middle = (size - 1) / 2.0;
         for (int row = 0; row < strip.height; ++row)
+        {
             for (int x = 0; x < size; ++x)
             {
                 const int y = row % size;
@@ -91,6 +100,7 @@ TEST (PanelPictures, knobFramesJoinTheBackgroundWithoutASeam)
                 const Colour under = background.at (control.rect.x + x, control.rect.y + y);
                 ASSERT_NEAR (grey (inFrame), grey (under), 6) << bitmap.file << " at " << x << ", " << row;
             }
+        }
     }
 }
 

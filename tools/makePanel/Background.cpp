@@ -42,8 +42,10 @@ constexpr Plate plates[] = {
 void platePath (Canvas& canvas, const Plate& plate)
 {
     for (const Rect& part : { plate.first, plate.second })
+    {
         if (part.width > 0)
             canvas.roundedRect (part.x, part.y, part.width, part.height, plateRadius);
+    }
 }
 
 void drawPlate (Canvas& canvas, const Plate& plate)
@@ -64,8 +66,10 @@ void drawPlate (Canvas& canvas, const Plate& plate)
     platePath (canvas, { plate.titled, plate.first, {} });
     cairo_clip (cr);
     if (plate.titled)
+    {
         canvas.fillRect (plate.first.x, plate.first.y, plate.first.width, titleBand,
                          mix (plateColour, highlightColour, 0.09));
+    }
     canvas.fillRect (plate.first.x, plate.first.y, plate.first.width, 1,
                      mix (plateColour, highlightColour, 0.25));
     cairo_restore (cr);
@@ -185,8 +189,10 @@ std::vector<PrintedText> printedTexts ()
         std::ranges::move (printedPositionNames (control), std::back_inserter (texts));
     }
     for (const Label& label : labels ())
+    {
         texts.push_back (printed (label.text, label.x, label.capTop, label.align,
                                   label.style == LabelStyle::section ? titleStyle : labelStyle));
+    }
     return texts;
 }
 
@@ -201,11 +207,17 @@ Image drawBackground ()
         drawTicks (canvas, control.scale, control.centreX (), control.centreY (), control.rect.width);
         drawPositionDrawings (canvas, control);
         if (control.kind == ControlKind::slider)
+        {
             drawSliderGroove (canvas, control);
+        }
         else if (control.kind == ControlKind::valueDisplay)
+        {
             drawGlass (canvas, control.rect);
+        }
         else if (control.kind == ControlKind::keyboard)
+        {
             drawKeyBed (canvas, control);
+        }
     }
     drawGlass (canvas, programDisplayRect);
     drawHorizon (canvas);

@@ -1,7 +1,7 @@
 #include "tools/makePanel/Canvas.h"
 
-#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <numbers>
 #include <stdexcept>
 #include <utility>
@@ -31,9 +31,13 @@ std::vector<std::string> letters (std::string_view text)
     {
         const bool continues = (static_cast<unsigned char> (byte) & 0xc0) == 0x80;
         if (continues && !result.empty ())
+        {
             result.back () += byte;
+        }
         else
+        {
             result.emplace_back (1, byte);
+        }
     }
     return result;
 }
@@ -157,6 +161,7 @@ void snapToPixels (std::vector<Glyph>& glyphs)
     constexpr double changeCost = 0.02; // per step away from the style's tracking
     double best = 1e9, bestPhase = 0, bestTracking = 0;
     for (int change = -trackingSteps; change <= trackingSteps; ++change)
+    {
         for (int step = 0; step < phaseSteps; ++step)
         {
             const double phase = step * phaseStep, tracking = change * trackingStep;
@@ -168,11 +173,14 @@ void snapToPixels (std::vector<Glyph>& glyphs)
                 bestTracking = tracking;
             }
         }
+    }
     const double first = glyphs.empty () ? 0 : std::round (glyphs.front ().inkStart + bestPhase);
     for (std::size_t index = 0; index < glyphs.size (); ++index)
+    {
         glyphs[index].inkStart =
             std::round (glyphs[index].inkStart + bestPhase + bestTracking * static_cast<double> (index)) -
             first;
+    }
 }
 }
 
@@ -224,15 +232,17 @@ Image Canvas::image () const
                   cairo_image_surface_get_height (surface.get ()),
                   {} };
     for (int y = 0; y < result.height; ++y)
+    {
+        const unsigned char* row = data + static_cast<std::ptrdiff_t> (y) * stride;
         for (int x = 0; x < result.width; ++x)
         {
-            std::uint32_t pixel = 0;
-            std::copy_n (data + static_cast<std::ptrdiff_t> (y) * stride + x * 4, 4,
-                         reinterpret_cast<unsigned char*> (&pixel));
+            std::uint32_t pixel = 0; // 0x00RRGGBB in the machine's byte order
+            std::memcpy (&pixel, row + static_cast<std::ptrdiff_t> (x) * 4, sizeof (pixel));
             result.pixels.push_back ({ static_cast<unsigned char> (pixel >> 16),
                                        static_cast<unsigned char> (pixel >> 8),
                                        static_cast<unsigned char> (pixel) });
         }
+    }
     return result;
 }
 
@@ -246,8 +256,10 @@ void Canvas::paste (const Image& picture, const panel::Rect& part, int x, int y)
 {
     cairo_set_antialias (cr.get (), CAIRO_ANTIALIAS_NONE);
     for (int row = 0; row < part.height; ++row)
+    {
         for (int column = 0; column < part.width; ++column)
             fillRect (x + column, y + row, 1, 1, picture.at (part.x + column, part.y + row));
+    }
     cairo_set_antialias (cr.get (), CAIRO_ANTIALIAS_DEFAULT);
 }
 }

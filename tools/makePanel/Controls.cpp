@@ -59,8 +59,10 @@ void drawKnob (Canvas& canvas, Point centre, double radius, double degrees)
 Scale scaleOf (int bitmapId)
 {
     for (const Control& control : controls ())
+    {
         if (control.bitmapId == bitmapId)
             return control.scale == Scale::bipolar ? Scale::unipolar : control.scale;
+    }
     return Scale::none;
 }
 
