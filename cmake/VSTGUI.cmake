@@ -1,22 +1,15 @@
 # The graphics toolkit, as the static library `vstgui`: one translation unit per platform and the
 # binding to the plug-in interface. Its sources are not part of this repository; BRIMVALE_VSTGUI_DIR
 # names a VSTGUI 4 source tree (the folder that holds vstgui/vstgui.h).
-if(DEFINED ENV{XDG_CACHE_HOME})
-    set(brimvaleCache $ENV{XDG_CACHE_HOME}/brimvale)
+if(DEFINED ENV{XDG_CACHE_HOME} AND NOT "$ENV{XDG_CACHE_HOME}" STREQUAL "")
+    set(vstguiDefault $ENV{XDG_CACHE_HOME}/brimvale/vstgui)
 else()
-    set(brimvaleCache $ENV{HOME}/.cache/brimvale)
+    set(vstguiDefault $ENV{HOME}/.cache/brimvale/vstgui)
 endif()
-file(GLOB vstguiTrees ${brimvaleCache} ${brimvaleCache}/*)
-find_path(
-    BRIMVALE_VSTGUI_DIR vstgui/vstgui.h
-    PATHS ${vstguiTrees}
-    NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH
-    DOC "A VSTGUI 4 source tree, the folder that holds vstgui/vstgui.h")
+set(BRIMVALE_VSTGUI_DIR ${vstguiDefault} CACHE PATH "VSTGUI 4 source tree, the folder that holds vstgui/vstgui.h")
 if(NOT EXISTS ${BRIMVALE_VSTGUI_DIR}/vstgui/vstgui.h)
-    message(
-        FATAL_ERROR
-            "VSTGUI 4 was not found under ${brimvaleCache}. Set BRIMVALE_VSTGUI_DIR to the folder that holds vstgui/vstgui.h."
-    )
+    message(FATAL_ERROR "The VSTGUI 4 sources: no vstgui/vstgui.h in ${BRIMVALE_VSTGUI_DIR}. "
+                        "Run tools/fetchSources.sh, or name a folder that has it with -DBRIMVALE_VSTGUI_DIR=...")
 endif()
 
 set(vstguiSources ${BRIMVALE_VSTGUI_DIR}/vstgui)
@@ -31,7 +24,10 @@ target_include_directories(vstgui SYSTEM PUBLIC ${BRIMVALE_VSTGUI_DIR})
 # The binding finds the dispatch layer under the name that it expects.
 target_include_directories(vstgui PUBLIC ${CMAKE_SOURCE_DIR}/plugin/sdk PRIVATE ${CMAKE_SOURCE_DIR})
 # With its assertions off in every build: they abort on states that the library itself recovers from.
-target_compile_definitions(vstgui PUBLIC VSTGUI_ENABLE_DEPRECATED_METHODS=1 NDEBUG RELEASE)
+target_compile_definitions(
+    vstgui
+    PUBLIC VSTGUI_ENABLE_DEPRECATED_METHODS=1
+    PRIVATE NDEBUG RELEASE)
 target_compile_options(vstgui PRIVATE -w)
 
 if(WIN32)

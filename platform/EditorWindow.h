@@ -1,0 +1,24 @@
+#pragma once
+
+namespace VSTGUI
+{
+class CFrame;
+}
+
+// What the editor's window needs of the system. User-interface thread only.
+namespace platform
+{
+// What the toolkit wants to know about this library when it starts; null where it wants nothing.
+void* toolkitInstance ();
+
+// Opens the frame inside the host's window (an HWND or an X11 window id); false when there is no display or
+// the system refused.
+bool openFrame (VSTGUI::CFrame& frame, void* parentWindow);
+
+// Takes the frame's window away and gives up the caller's reference to the frame.
+void closeFrame (VSTGUI::CFrame& frame);
+
+// Hands waiting window events and due timers to the toolkit, where the system has no message loop that
+// does so by itself. To be called at every idle of an open editor.
+void handleWindowEvents ();
+}

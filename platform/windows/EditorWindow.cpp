@@ -1,0 +1,25 @@
+#include "platform/EditorWindow.h"
+
+#include "platform/LibraryPath.h"
+#include "vstgui/lib/cframe.h"
+
+namespace platform
+{
+void* toolkitInstance ()
+{
+    return ownModuleHandle ();
+}
+
+bool openFrame (VSTGUI::CFrame& frame, void* parentWindow)
+{
+    return frame.open (parentWindow, VSTGUI::PlatformType::kHWND);
+}
+
+void closeFrame (VSTGUI::CFrame& frame)
+{
+    frame.close ();
+}
+
+// The host's message loop serves the windows of this library as it serves its own.
+void handleWindowEvents () {}
+}
