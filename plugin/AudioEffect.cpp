@@ -2,7 +2,10 @@
 
 namespace
 {
-AudioEffect& objectOf (AEffect* effect) { return *static_cast<AudioEffect*> (effect->object); }
+AudioEffect& objectOf (AEffect* effect)
+{
+    return *static_cast<AudioEffect*> (effect->object);
+}
 
 // The functions that the record points at. A host that passes a foreign or closed record gets nothing.
 
@@ -39,11 +42,16 @@ void setParameterEntry (AEffect* effect, VstInt32 index, float value)
     objectOf (effect).setParameter (index, value);
 }
 
-float getParameterEntry (AEffect* effect, VstInt32 index) { return objectOf (effect).getParameter (index); }
+float getParameterEntry (AEffect* effect, VstInt32 index)
+{
+    return objectOf (effect).getParameter (index);
+}
 }
 
 AudioEffect::AudioEffect (AudioMasterCallback host, VstInt32 programCount, VstInt32 parameterCount)
-    : audioMaster (host), numPrograms (programCount), numParams (parameterCount)
+    : audioMaster (host),
+      numPrograms (programCount),
+      numParams (parameterCount)
 {
     record.magic = kEffectMagic;
     record.dispatcher = dispatchEntry;

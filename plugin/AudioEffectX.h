@@ -13,7 +13,8 @@ public:
 
     virtual bool canParameterBeAutomated (VstInt32 /*index*/) { return true; }
 
-    // Copies at most kVstMaxProgNameLen characters of the program's name; false when there is no such program.
+    // Copies at most kVstMaxProgNameLen characters of the program's name; false when there is no such
+    // program.
     virtual bool getProgramNameIndexed (VstInt32 /*category*/, VstInt32 /*index*/, char* /*text*/)
     {
         return false;

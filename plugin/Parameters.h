@@ -142,7 +142,10 @@ constexpr bool rowsInIndexOrder ()
 }
 static_assert (parameterCount == 38 && rowsInIndexOrder ());
 
-constexpr bool isParameter (std::int32_t index) { return index >= 0 && index < parameterCount; }
+constexpr bool isParameter (std::int32_t index)
+{
+    return index >= 0 && index < parameterCount;
+}
 
 // A value as the engine may use it: finite (a damaged bank can hold anything; 0 stands in), and within
 // 0..1 unless the parameter is unclamped. `index` must be a parameter.
@@ -155,7 +158,10 @@ float storableValue (std::int32_t index, float value, bool unclamped);
 // value x positions, truncated towards zero: how switch-like parameters are decoded. Saturates at the
 // ends of the integer range; NaN gives 0.
 std::int32_t truncateToInt (float value);
-inline std::int32_t positionOf (float value, float positions) { return truncateToInt (value * positions); }
+inline std::int32_t positionOf (float value, float positions)
+{
+    return truncateToInt (value * positions);
+}
 
 // One position of the tempo-synced LFO rate.
 struct SyncDivision
@@ -167,11 +173,24 @@ struct SyncDivision
 // The divisions by LfoRate x 17, truncated.
 inline constexpr float syncDivisionSteps = 17.0f;
 inline constexpr std::array<SyncDivision, 18> syncDivisions = { {
-    { 1920.0f, "32/4" }, { 960.0f, "16/4" }, { 480.0f, "8/4" }, { 420.0f, "7/4" },
-    { 360.0f, "6/4" },   { 300.0f, "5/4" },  { 240.0f, "4/4" }, { 210.0f, "7/8" },
-    { 180.0f, "3/4" },   { 120.0f, "2/4" },  { 60.0f, "1/4" },  { 30.0f, "1/8" },
-    { 24.0f, "1/10" },   { 20.0f, "1/12" },  { 15.0f, "1/16" }, { 10.0f, "1/24" },
-    { 7.5f, "1/32" },    { 20.0f / 3.0f, "1/36" },
+    { 1920.0f, "32/4" },
+    { 960.0f, "16/4" },
+    { 480.0f, "8/4" },
+    { 420.0f, "7/4" },
+    { 360.0f, "6/4" },
+    { 300.0f, "5/4" },
+    { 240.0f, "4/4" },
+    { 210.0f, "7/8" },
+    { 180.0f, "3/4" },
+    { 120.0f, "2/4" },
+    { 60.0f, "1/4" },
+    { 30.0f, "1/8" },
+    { 24.0f, "1/10" },
+    { 20.0f, "1/12" },
+    { 15.0f, "1/16" },
+    { 10.0f, "1/24" },
+    { 7.5f, "1/32" },
+    { 20.0f / 3.0f, "1/36" },
 } };
 
 // The division for an LfoRate value, or null for values that name none.

@@ -37,24 +37,24 @@ inline constexpr VstInt32 kVstVersion = 2400;
 // What a library answers its host with, one per instance. Owned by the instance.
 struct AEffect
 {
-    VstInt32 magic;                    // kEffectMagic
-    AEffectDispatcherProc dispatcher;  // every call of AEffectOpcode
-    AEffectProcessProc process;        // deprecated accumulating process
+    VstInt32 magic;                   // kEffectMagic
+    AEffectDispatcherProc dispatcher; // every call of AEffectOpcode
+    AEffectProcessProc process;       // deprecated accumulating process
     AEffectSetParameterProc setParameter;
     AEffectGetParameterProc getParameter;
     VstInt32 numPrograms;
     VstInt32 numParams;
     VstInt32 numInputs;
     VstInt32 numOutputs;
-    VstInt32 flags;                    // bits of AEffectFlags
+    VstInt32 flags; // bits of AEffectFlags
     VstIntPtr hostReserved1;
     VstIntPtr hostReserved2;
-    VstInt32 initialDelay;             // latency in samples
-    VstInt32 realQualities;            // deprecated
-    VstInt32 offQualities;             // deprecated
-    float ioRatio;                     // deprecated, 1.0
-    void* object;                      // the instance behind the record
-    void* user;                        // free for the host
+    VstInt32 initialDelay;  // latency in samples
+    VstInt32 realQualities; // deprecated
+    VstInt32 offQualities;  // deprecated
+    float ioRatio;          // deprecated, 1.0
+    void* object;           // the instance behind the record
+    void* user;             // free for the host
     VstInt32 uniqueID;
     VstInt32 version;
     AEffectProcessProc processReplacing;
@@ -229,8 +229,8 @@ enum VstTimeInfoFlags : VstInt32
 
 struct VstTimeInfo
 {
-    double samplePos;   // samples since the start of the piece
-    double sampleRate;  // Hz
+    double samplePos;  // samples since the start of the piece
+    double sampleRate; // Hz
     double nanoSeconds;
     double ppqPos;      // quarter notes
     double tempo;       // quarter notes per minute

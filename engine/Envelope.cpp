@@ -1,0 +1,150 @@
+#include "engine/Envelope.h"
+
+namespace
+{
+constexpr float longestAttack = 10.0f; // seconds, also of the decay
+constexpr float longestRelease = 14.0f;
+constexpr float silent = 0.001f;       // the level at which release and fade-out end
+constexpr float fadeOutStep = 0.01f;   // level per sample
+constexpr float fastAttackStep = 0.1f; // an attack this steep (ten samples) starts without a fade-out
+}
+
+void Envelope::setSampleRate (float hz)
+{
+    sampleRate = hz;
+    recomputeSteps ();
+}
+
+void Envelope::setAttack (float x)
+{
+    attackTime = x * x * longestAttack;
+    recomputeSteps ();
+}
+
+void Envelope::setDecay (float x)
+{
+    decayTime = x * x * longestAttack;
+    recomputeSteps ();
+}
+
+void Envelope::setRelease (float x)
+{
+    releaseTime = x * x * longestRelease;
+    recomputeSteps ();
+}
+
+void Envelope::setSustain (float level)
+{
+    sustainLevel = !loop && level < silent ? 0.0f : level;
+}
+
+void Envelope::setVelocitySensitivity (float amount)
+{
+    velocitySensitivity = amount * 0.998f + 0.001f;
+}
+
+float Envelope::stepFor (float seconds) const
+{
+    if (!(seconds > 0.0f))
+        return 1.0f;
+    return static_cast<float> (static_cast<double> (steps.peak) /
+                               (static_cast<double> (sampleRate) * static_cast<double> (seconds)));
+}
+
+void Envelope::recomputeSteps ()
+{
+    steps.peak = velocityGain;
+    steps.attack = stepFor (attackTime);
+    steps.decay = stepFor (decayTime);
+    steps.release = stepFor (releaseTime);
+    steps.sustainTarget = sustainLevel * steps.peak;
+}
+
+void Envelope::trigger (std::uint32_t velocity)
+{
+    const bool fadesFirst = current.level > 0.0f && steps.attack < fastAttackStep;
+    current.state = fadesFirst ? State::fadeOut : State::attack;
+    const float v = static_cast<float> (velocity) / 127.0f;
+    velocityGain = velocitySensitivity * (v * v) + (1.0f - velocitySensitivity);
+    recomputeSteps ();
+}
+
+void Envelope::release ()
+{
+    if (current.level > 0.0f)
+        current.state = State::release;
+    else
+        kill ();
+}
+
+void Envelope::kill ()
+{
+    current = {};
+}
+
+Envelope::Steps Envelope::stepsNow () const
+{
+    Steps now = steps;
+    now.repeats = loop && sustainLevel == 0.0f;
+    return now;
+}
+
+void Envelope::advance (Position& position, const Steps& steps)
+{
+    float& level = position.level;
+    switch (position.state)
+    {
+    case State::attack:
+        level += steps.attack;
+        if (level >= steps.peak)
+        {
+            level = steps.peak;
+            position.state = State::decay;
+        }
+        break;
+    case State::decay:
+        level -= steps.decay;
+        if (steps.sustainTarget >= level)
+        {
+            level = steps.sustainTarget;
+            position.state = steps.repeats ? State::attack : State::sustain;
+        }
+        break;
+    case State::release:
+        level -= steps.release;
+        if (level <= silent)
+            position = {};
+        break;
+    case State::fadeOut:
+        level -= fadeOutStep;
+        if (level <= silent)
+            position = { 0.0f, State::attack };
+        break;
+    case State::sustain:
+    case State::idle:
+        break;
+    }
+}
+
+float Envelope::tick ()
+{
+    advance (current, stepsNow ());
+    return current.level;
+}
+
+int Envelope::render (float* out, int samples)
+{
+    const Position start = current;
+    const Steps now = stepsNow ();
+    Position position = start;
+    int n = 0;
+    while (n < samples && position.state != State::idle)
+    {
+        advance (position, now);
+        out[n++] = position.level;
+    }
+    // A note or a kill that came in from the other thread meanwhile wins over what was rendered.
+    if (current.state == start.state && current.level == start.level)
+        current = position;
+    return n;
+}

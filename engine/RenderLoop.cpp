@@ -1,0 +1,226 @@
+#include <algorithm>
+#include <cmath>
+
+#include "engine/Engine.h"
+#include "plugin/Parameters.h"
+
+namespace
+{
+constexpr float gainScale = 0.32f;        // head room for sixteen voices
+constexpr int updateInterval = 11;        // samples between two cutoff or pitch updates
+constexpr int fastUpdateInterval = 3;     // between two cutoff updates while the LFO makes noise
+constexpr std::int32_t noisePosition = 4; // LfoWave x 5 of the LFO's noise
+constexpr float wavePosition = 0.5f;      // an oscillator's wave setting below this mutes it
+constexpr double secondsToSleep = 4.0;
+constexpr float atDivision = 0.0001f; // quarter notes after a division that still count as on it
+constexpr float divisorPerQuarter = 60.0f;
+}
+
+// What a block prepares before its first sample while the engine is awake.
+void Engine::beginBlock ()
+{
+    followSampleRate ();
+    if (host.parameterValue (paramLfoBmpSync) != 0.0f)
+        followTransport ();
+    copyParameters ();
+}
+
+void Engine::followSampleRate ()
+{
+    const float hz = host.hostSampleRate ();
+    if (static_cast<double> (hz) == sampleRate)
+        return;
+    sampleRate = static_cast<double> (hz);
+    setSampleRateOfAll (hz);
+    host.reselectProgram ();
+}
+
+// The LFO takes its rate from the tempo, and starts anew when a block begins on a division of a moving
+// transport; divisions within a block do not restart it.
+void Engine::followTransport ()
+{
+    const VstTimeInfo* time = host.timeInfo ();
+    if (time == nullptr)
+        return;
+    const bool hasRate = setSyncedRate (*time);
+    transportStopped = time->samplePos == static_cast<double> (lastSamplePos);
+    if (transportStopped)
+        return;
+    lastSamplePos = static_cast<float> (time->samplePos);
+    if (!hasRate)
+        return;
+    const float quarters = static_cast<float> (time->ppqPos);
+    if (std::fmod (quarters, syncDivision / divisorPerQuarter) < atDivision)
+        lfo.resetPhase ();
+}
+
+void Engine::copyParameters ()
+{
+    const auto value = [this] (Param index) { return host.parameterValue (index); };
+    const float gain = value (paramVolume) * volTypeGain * expression * gainScale;
+    block.outputGain = gain * 0.5f;
+    block.osc1Level = value (paramOsc1Wave) >= wavePosition ? value (paramOsc1Vol) : 0.0f;
+    block.osc2Level = value (paramOsc2Wave) >= wavePosition ? value (paramOsc2Vol) : 0.0f;
+    block.noiseLevel = value (paramNoise);
+    block.env2DelayParam = value (param2Delay);
+    block.env2DelaySamples = static_cast<float> (sampleRate) * value (param2Delay);
+    block.fastFilterUpdate = positionOf (value (paramLfoWave), 5.0f) == noisePosition;
+    const float lfoPitch = value (paramLfoPitch);
+    block.lfoPitchDepth = 2.0f * (lfoPitch * lfoPitch * lfoPitch);
+    block.env2ToFilter = value (param2ToFilter);
+    block.lfoFilterDepth = value (paramLfoFilter);
+    block.filterFreqParam = value (paramFilterFreq);
+}
+
+void Engine::renderBlock (float* const* outputs, std::int32_t frames)
+{
+    if (!asleep)
+        beginBlock ();
+    float* left = outputs != nullptr ? outputs[0] : nullptr;
+    float* right = outputs != nullptr ? outputs[1] : nullptr;
+    RunBuffer mono;
+    for (std::int32_t done = 0; done < frames;)
+    {
+        applyPendingEvents (done + 1);
+        const std::int32_t run = runLength (done, frames);
+        renderRun (mono.data (), run);
+        if (left != nullptr)
+            std::copy_n (mono.data (), run, left + done);
+        if (right != nullptr)
+            std::copy_n (mono.data (), run, right + done);
+        done += run;
+    }
+    nextEventIndex = -1;
+    blockEvents = nullptr;
+}
+
+// Samples from `done` on that no event interrupts.
+std::int32_t Engine::runLength (std::int32_t done, std::int32_t frames) const
+{
+    std::int32_t end = std::min (frames, done + longestRun);
+    if (isPending () && nextOffset () > done + 1)
+        end = std::min (end, nextOffset () - 1);
+    return end - done;
+}
+
+// Counts samples without a sounding voice; answers after how many of them the engine has fallen asleep, or
+// all of them.
+int Engine::countSilence (int samples)
+{
+    const float limit = static_cast<float> (sampleRate * secondsToSleep);
+    for (int n = 0; n < samples; ++n)
+    {
+        silenceCounter += 1.0f;
+        if (silenceCounter > limit)
+        {
+            silenceCounter = 0.0f;
+            asleep = true;
+            return n + 1;
+        }
+    }
+    return samples;
+}
+
+// One run, stage by stage and voice by voice in ascending order, so that the samples are exactly those of a
+// loop that does everything sample by sample. The stages work on plain buffers; this is the place for a
+// renderer that takes several voices at once.
+void Engine::renderRun (float* out, int samples)
+{
+    std::fill_n (out, samples, 0.0f);
+    if (asleep)
+        return;
+
+    const int count = voiceCount; // the other thread may change it meanwhile
+    int sounding = 0;
+    for (int v = 0; v < count; ++v)
+    {
+        const auto slot = static_cast<std::size_t> (v);
+        soundingRuns[slot] = voices[slot].ampEnv.render (ampRuns[slot].data (), samples);
+        sounding = std::max (sounding, soundingRuns[slot]);
+    }
+    const int awake = sounding + countSilence (samples - sounding);
+    for (int n = 0; n < awake; ++n)
+        lfoRun[static_cast<std::size_t> (n)] = lfo.tick ();
+
+    for (int v = 0; v < count; ++v)
+    {
+        const auto slot = static_cast<std::size_t> (v);
+        if (soundingRuns[slot] == 0)
+            continue;
+        renderVoice (voices[slot], soundingRuns[slot]);
+        for (int n = 0; n < soundingRuns[slot]; ++n)
+            out[n] += voiceRun[static_cast<std::size_t> (n)] * ampRuns[slot][static_cast<std::size_t> (n)];
+    }
+    for (int n = 0; n < sounding; ++n)
+        out[n] *= block.outputGain;
+}
+
+void Engine::renderVoice (Voice& voice, int samples)
+{
+    renderOscillators (voice, samples);
+    renderCutoff (voice, samples);
+    voice.filter.processRun (voiceRun.data (), coefficientRun.data (), samples);
+}
+
+// The sources, in stretches between two moves of the LFO on the pitch. A move acts from the next sample on.
+void Engine::renderOscillators (Voice& voice, int samples)
+{
+    std::fill_n (voiceRun.data (), samples, 0.0f);
+    for (int done = 0; done < samples;)
+    {
+        const int stretch = std::min (samples - done, updateInterval - voice.pitchUpdateCounter);
+        float* out = voiceRun.data () + done;
+        voice.osc1.addRunFull (out, stretch, block.osc1Level);
+        if (voiceCount <= 1)
+            voice.osc2.addRunFull (out, stretch, block.osc2Level);
+        else
+            voice.osc2.addRun (out, stretch, block.osc2Level);
+        if (block.noiseLevel > 0.0f)
+            voice.noise.addRun (out, stretch, block.noiseLevel);
+        done += stretch;
+        voice.pitchUpdateCounter += stretch;
+        if (voice.pitchUpdateCounter < updateInterval)
+            continue;
+        voice.pitchUpdateCounter = 0;
+        if (block.lfoPitchDepth > 0.0f)
+        {
+            const float shift = lfoRun[static_cast<std::size_t> (done - 1)] * block.lfoPitchDepth;
+            voice.osc1.setLfoPitch (shift);
+            voice.osc1.updateIncrement ();
+            voice.osc2.setLfoPitch (shift);
+            voice.osc2.updateIncrement ();
+        }
+    }
+}
+
+// Envelope 2 at one sample: closed, and standing still, until its delay is over.
+float Engine::envelope2 (Voice& voice) const
+{
+    if (block.env2DelayParam > 0.0f && static_cast<float> (voice.env2DelayCounter) < block.env2DelaySamples)
+    {
+        ++voice.env2DelayCounter;
+        return 0.0f;
+    }
+    return voice.filterEnv.tick ();
+}
+
+// The filter coefficient of every sample. The cutoff itself moves once per interval.
+void Engine::renderCutoff (Voice& voice, int samples)
+{
+    const int interval = block.fastFilterUpdate ? fastUpdateInterval : updateInterval;
+    const float env2Depth = 2.0f * block.env2ToFilter - 1.0f;
+    const float lfoDepth = 2.0f * block.lfoFilterDepth - 1.0f;
+    for (int n = 0; n < samples; ++n)
+    {
+        const auto i = static_cast<std::size_t> (n);
+        const float env2 = envelope2 (voice);
+        ++voice.filterUpdateCounter;
+        if (voice.filterUpdateCounter >= interval)
+        {
+            voice.filterUpdateCounter = 0;
+            const float base = voice.filter.keyTrackedBase (block.filterFreqParam);
+            voice.filter.setCutoff (env2 * env2Depth + base + (lfoRun[i] + 1.0f) / 2.0f * lfoDepth);
+        }
+        coefficientRun[i] = voice.filter.coefficient ();
+    }
+}

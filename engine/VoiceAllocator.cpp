@@ -1,0 +1,104 @@
+#include "engine/VoiceAllocator.h"
+
+#include <algorithm>
+
+void VoiceAllocator::setVoiceLimit (std::int32_t voices)
+{
+    if (voices == limit)
+        return;
+    reset ();
+    limit = std::clamp (voices, 1, capacity);
+}
+
+void VoiceAllocator::reset ()
+{
+    entries = {};
+    noteCounter = -1;
+    activeNotes = 0;
+}
+
+int VoiceAllocator::take (int slot, std::uint32_t note, std::uint32_t velocity)
+{
+    // Stamps are unsigned: the first one after a reset is the largest there is.
+    at (slot) = { static_cast<std::uint32_t> (noteCounter), note, velocity };
+    ++noteCounter;
+    return slot;
+}
+
+// Meant as it stands: the candidate begins as slot 0's stamp, not its number, and is compared with stamps
+// and replaced by slot numbers alike. Which voice is stolen in a full chord depends on it.
+int VoiceAllocator::slotToSteal () const
+{
+    std::uint32_t candidate = at (0).startStamp;
+    for (int slot = 0; slot < limit; ++slot)
+    {
+        const bool better = activeNotes < limit ? at (slot).note == 0 : at (slot).startStamp < candidate;
+        if (better)
+            candidate = static_cast<std::uint32_t> (slot);
+    }
+    return candidate < static_cast<std::uint32_t> (limit) ? static_cast<int> (candidate) : 0;
+}
+
+int VoiceAllocator::slotOf (std::uint32_t note) const
+{
+    for (int slot = 0; slot < searchEnd (); ++slot)
+    {
+        if (at (slot).note == note)
+            return slot;
+    }
+    return noSlot;
+}
+
+// One past the last entry that is searched; in mono one entry above the stack is looked at too.
+int VoiceAllocator::searchEnd () const
+{
+    return limit == 1 ? std::min (noteCounter + 2, capacity) : limit;
+}
+
+bool VoiceAllocator::contains (std::uint32_t note) const
+{
+    return slotOf (note) != noSlot;
+}
+
+int VoiceAllocator::release (std::uint32_t note)
+{
+    if (limit == 1)
+        return pop (note);
+    const int slot = slotOf (note);
+    if (slot == noSlot)
+        return noSlot;
+    at (slot).note = 0;
+    activeNotes = std::max (activeNotes - 1, 0);
+    return slot;
+}
+
+int VoiceAllocator::push (std::uint32_t note, std::uint32_t velocity)
+{
+    noteCounter = std::min (noteCounter + 1, capacity - 1);
+    at (noteCounter).note = note;
+    at (noteCounter).velocity = velocity;
+    return noteCounter == 0 ? 0 : noSlot;
+}
+
+int VoiceAllocator::pop (std::uint32_t note)
+{
+    noteCounter = std::max (noteCounter - 1, -1);
+    if (noteCounter < 0)
+    {
+        // Entry 0 keeps its note: the releasing voice stays at its pitch.
+        at (1).note = 0;
+        return 0;
+    }
+    const auto end = entries.begin () + noteCounter + 2;
+    const auto released =
+        std::find_if (entries.begin (), end, [note] (const Entry& entry) { return entry.note == note; });
+    if (released != end)
+        std::move (released + 1, end, released);
+    at (noteCounter + 1) = {};
+    return noSlot;
+}
+
+std::uint32_t VoiceAllocator::currentNote () const
+{
+    return at (std::max (noteCounter, 0)).note;
+}

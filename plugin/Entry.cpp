@@ -1,0 +1,45 @@
+// What a host calls first: three names for one entry point.
+#include <new>
+
+#include "plugin/VstSynth.h"
+
+namespace
+{
+// Makes one instance; null when the host does not tell its version, memory ran out or the editor failed.
+AudioEffect* createEffectInstance (AudioMasterCallback host)
+{
+    if (host (nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f) == 0)
+        return nullptr;
+    auto synth = std::unique_ptr<VstSynth> (new (std::nothrow) VstSynth (host));
+    if (synth == nullptr || !synth->editorWasMade ())
+        return nullptr;
+    return synth.release ();
+}
+}
+
+extern "C"
+{
+    AEffect* VSTPluginMain (AudioMasterCallback host);
+    AEffect* MAIN (AudioMasterCallback host);
+
+    // C++ keeps the name `main` for itself, so the function is named at the assembler's level.
+    AEffect* oldEntryPoint (AudioMasterCallback host) asm("main");
+
+    AEffect* VSTPluginMain (AudioMasterCallback host)
+    {
+        if (host == nullptr || host (nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f) == 0)
+            return nullptr;
+        AudioEffect* effect = createEffectInstance (host);
+        return effect != nullptr ? effect->getAeffect () : nullptr;
+    }
+
+    AEffect* MAIN (AudioMasterCallback host)
+    {
+        return VSTPluginMain (host);
+    }
+
+    AEffect* oldEntryPoint (AudioMasterCallback host)
+    {
+        return VSTPluginMain (host);
+    }
+}

@@ -1,0 +1,8 @@
+#include "plugin/Services.h"
+
+#include "platform/LibraryPath.h"
+
+Services systemServices ()
+{
+    return { platform::makeSettingsStore (), platform::showMessage, platform::ownLibraryPath, nullptr };
+}
