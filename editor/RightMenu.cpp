@@ -6,6 +6,18 @@ using namespace VSTGUI;
 
 namespace VstGraph
 {
+namespace
+{
+// The host would take the menu's tag for a parameter that is being edited.
+class LearnPopup : public COptionMenu
+{
+public:
+    using COptionMenu::COptionMenu;
+    void beginEdit () override {}
+    void endEdit () override {}
+};
+}
+
 CRightMenu::CRightMenu (const CRect& size, IControlListener* viewListener, std::int32_t viewTag,
                         CControl* servedControl)
     : CControl (size, viewListener, viewTag), served (servedControl)
@@ -84,7 +96,7 @@ void CRightMenu::openMenu (const CPoint& where)
         return;
     CRect rect (where.x, where.y, where.x + 1, where.y + 1);
     rect.normalize ();
-    menu = new COptionMenu (rect, nullptr, 0);
+    menu = new LearnPopup (rect, nullptr, 0);
     for (const auto& title : learnMenuEntries (controller))
         menu->addEntry (title.c_str ());
     getFrame ()->addView (menu);

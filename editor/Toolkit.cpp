@@ -60,6 +60,14 @@ SharedPointer<CBitmap> makeBitmap (const DibBitmap& image)
     return bitmap;
 }
 
+// A double click or ctrl-click sets a knob or slider back.
+bool asksForDefault (CControl* control, MouseDownEvent& event)
+{
+    const bool canTurn = dynamic_cast<CKnobBase*> (control) != nullptr || dynamic_cast<CSliderBase*> (control) != nullptr;
+    return canTurn && event.buttonState.isLeft () &&
+           (event.clickCount == 2 || event.modifiers.is (ModifierKey::Control));
+}
+
 std::mutex useMutex; // hosts may make and delete instances on any thread
 std::weak_ptr<Toolkit> inUse;
 }
@@ -80,6 +88,7 @@ Toolkit::Toolkit () : cache (std::make_unique<Cache> ())
 {
     init (platform::toolkitInstance ());
     family = existingFamily ();
+    CControl::CheckDefaultValueEventFunc = asksForDefault;
 }
 
 Toolkit::~Toolkit ()

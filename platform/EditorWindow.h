@@ -18,6 +18,9 @@ bool openFrame (VSTGUI::CFrame& frame, void* parentWindow);
 // Takes the frame's window away and gives up the caller's reference to the frame.
 void closeFrame (VSTGUI::CFrame& frame);
 
+// Whether pop-up menus are windows of the system; else the toolkit draws them inside the frame.
+bool hasMenusOfItsOwn ();
+
 // Hands waiting window events and due timers to the toolkit, where the system has no message loop that
 // does so by itself. To be called at every idle of an open editor.
 void handleWindowEvents ();

@@ -124,6 +124,11 @@ void closeFrame (CFrame& frame)
     frame.close ();
 }
 
+bool hasMenusOfItsOwn ()
+{
+    return false;
+}
+
 void handleWindowEvents ()
 {
     runLoop ().run ();

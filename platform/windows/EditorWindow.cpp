@@ -20,6 +20,11 @@ void closeFrame (VSTGUI::CFrame& frame)
     frame.close ();
 }
 
+bool hasMenusOfItsOwn ()
+{
+    return true;
+}
+
 // The host's message loop serves the windows of this library as it serves its own.
 void handleWindowEvents () {}
 }
