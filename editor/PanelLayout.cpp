@@ -54,7 +54,7 @@ constexpr Control controlTable[] = {
     { knob, { 562, 142, 22, 22 }, 0, 186, Scale::unipolar, "VOLUME", nullptr, "Volume of the program" },
     { slider, { 88, 190, 100, 10 }, 1, 184, Scale::none, nullptr, nullptr, "Oscillator 1 level" },
     { slider, { 88, 207, 100, 10 }, 5, 184, Scale::none, nullptr, nullptr, "Oscillator 2 level" },
-    { knob, { 455, 46, 24, 24 }, 27, 191, Scale::voices, "VOICES", nullptr, "Number of voices, 2 to 16" },
+    { knob, { 455, 46, 24, 24 }, 27, 191, Scale::voices, "POLY", nullptr, "Number of voices, 2 to 16" },
     { knob, { 498, 46, 24, 24 }, 31, 192, Scale::velocity, "AMP", nullptr, "Velocity to amplitude" },
     { knob, { 540, 46, 24, 24 }, 32, 192, Scale::velocity, "FILTER", nullptr, "Velocity to filter envelope" },
     { button, { 368, 200, 31, 6 }, 33, 193, Scale::none, "LP", "SMOOTH", "One more low-pass pole" },
@@ -71,20 +71,44 @@ constexpr Control controlTable[] = {
 
 constexpr auto left = Align::left;
 constexpr auto centre = Align::centre;
+constexpr auto right = Align::right;
 constexpr auto title = LabelStyle::section;
 constexpr auto plain = LabelStyle::plain;
 
 constexpr Label labelTable[] = {
-    { "PROGRAM", 184, 14, left, title },        { "POLY", 446, 14, left, title },
-    { "VELOCITY", 498, 14, left, title },       { "MENU", 586, 14, centre, title },
-    { "MASTER", 37, 105, centre, title },       { "OSCILLATORS", 73, 105, left, title },
-    { "LFO", 217, 105, left, title },           { "FILTER", 313, 105, left, title },
-    { "AMP ENVELOPE", 415, 105, left, title },  { "FILTER ENVELOPE", 415, 213, left, title },
-    { "OUTPUT", 573, 105, centre, title },      { "OSC 1 LEVEL", 138, 180, centre, plain },
-    { "OSC 2 LEVEL", 138, 222, centre, plain }, { "SYNC", 253, 180, left, plain },
-    { "LOOP", 487, 182, left, plain },          { "LOOP", 487, 275, left, plain },
+    { "PROGRAM", 184, 12, left, title },
+    { "VOICES", 446, 12, left, title },
+    { "VELOCITY", 498, 12, left, title },
+    { "MASTER", 37, 102, centre, title },
+    { "OSCILLATORS", 71, 102, left, title },
+    { "LFO", 215, 102, left, title },
+    { "FILTER", 314, 102, left, title },
+    { "AMP ENVELOPE", 413, 102, left, title },
+    { "FILTER ENVELOPE", 413, 215, left, title },
+    { "OUTPUT", 572, 102, centre, title },
+    { "MENU", 585, 76, centre, plain },
+    { "OSC 1", 86, 192, right, plain },
+    { "OSC 2", 86, 209, right, plain },
+    { "LEVEL", 138, 223, centre, plain },
+    { "SYNC", 253, 180, left, plain },
+    { "LOOP", 487, 182, left, plain },
+    { "LOOP", 487, 275, left, plain },
     { "ON", 354, 275, centre, plain },
 };
+
+// A triangle is a polygon whose last point repeats its first.
+constexpr ButtonGlyph glyphTable[] = {
+    { previousProgramRect, { { { 13, 5 }, { 13, 15 }, { 6, 10 }, { 13, 5 } } } },
+    { nextProgramRect, { { { 7, 5 }, { 14, 10 }, { 7, 15 }, { 7, 5 } } } },
+    { menuButtonRect, { { { 5, 5 }, { 15, 5 }, { 15, 7 }, { 5, 7 } } } },
+    { menuButtonRect, { { { 5, 9 }, { 15, 9 }, { 15, 11 }, { 5, 11 } } } },
+    { menuButtonRect, { { { 5, 13 }, { 15, 13 }, { 15, 15 }, { 5, 15 } } } },
+};
+}
+
+std::span<const ButtonGlyph> buttonGlyphs ()
+{
+    return glyphTable;
 }
 
 std::span<const Bitmap> bitmaps ()

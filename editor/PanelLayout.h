@@ -3,6 +3,7 @@
 // views, the generator that draws the art and the tests that compare the two.
 #pragma once
 
+#include <array>
 #include <span>
 
 namespace panel
@@ -114,6 +115,7 @@ inline constexpr const char* fontFamily = "Liberation Sans";
 inline constexpr const char* fontFamilyFallback = "Arial";
 inline constexpr int valueFontSize = 9;    // pixels, the LFO rate's display
 inline constexpr int programFontSize = 15; // pixels, the program display
+inline constexpr int versionFontSize = 11; // pixels, on the about picture
 
 std::span<const Bitmap> bitmaps ();
 const Bitmap* findBitmap (int id);
@@ -137,6 +139,21 @@ inline constexpr Rect previousProgramRect{ 376, 48, 20, 20 };
 inline constexpr Rect nextProgramRect{ 400, 48, 20, 20 };
 inline constexpr Rect menuButtonRect{ 576, 48, 20, 20 };
 
+// What is drawn over a button, one filled polygon per row, in pixels from the button's top left. A
+// pressed button moves it down by one.
+struct GlyphPoint
+{
+    float x, y;
+};
+
+struct ButtonGlyph
+{
+    Rect button;
+    std::array<GlyphPoint, 4> points;
+};
+
+std::span<const ButtonGlyph> buttonGlyphs ();
+
 // The about picture covers the sections; a click anywhere on it closes it.
 inline constexpr Rect aboutRect{ 0, 26, 612, 244 };
 inline constexpr Rect aboutVersionRect{ 40, 190, 220, 20 }; // in the panel's pixels, text from the left
@@ -155,7 +172,7 @@ inline constexpr int sliderHandleOffsetY = -1;
 
 // Travel of the pointers, half of it on either side of straight up; positive angles are clockwise.
 inline constexpr double sweepDegrees = 270.0;        // continuous knobs, voices, velocity
-inline constexpr double steppedSweepDegrees = 180.0; // five and six positions: names beside and above
+inline constexpr double steppedSweepDegrees = 240.0; // five and six positions: names beside and above
 inline constexpr double switchSweepDegrees = 90.0;   // three positions: all names above
 // Angle of a frame's pointer; `frames` above 1.
 double pointerDegrees (Scale scale, int frame, int frames);

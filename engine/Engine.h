@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 
 #include "engine/EngineHost.h"
 #include "engine/Lfo.h"
@@ -71,6 +72,16 @@ private:
     static constexpr int longestRun = 64; // samples rendered at a time between events
     using RunBuffer = std::array<float, longestRun>;
 
+    // One sounding voice in the run being rendered.
+    struct VoiceRun
+    {
+        int voice = 0;
+        int samples = 0;             // that the voice sounds for
+        RunBuffer amplitude;         // envelope 1
+        RunBuffer signal;            // sources, then filtered
+        RunBuffer filterCoefficient; // per sample
+    };
+
     // Engine.cpp
     void resetGlobals ();
     void setSampleRateOfAll (float hz);
@@ -106,10 +117,12 @@ private:
     std::int32_t runLength (std::int32_t done, std::int32_t frames) const;
     void renderRun (float* out, int samples);
     int countSilence (int samples);
-    void renderVoice (Voice& voice, int samples);
-    void renderOscillators (Voice& voice, int samples);
-    void renderCutoff (Voice& voice, int samples);
-    float envelope2 (Voice& voice) const;
+    std::span<VoiceRun> renderAmplitudes (int samples);
+    void renderOscillators (Voice& voice, float* out, int samples);
+    void bendByLfo (Voice& voice, float shift) const;
+    void renderEnvelope2 (Voice& voice, float* out, int samples) const;
+    void renderCutoff (Voice& voice, float* out, int samples);
+    void renderFilters (std::span<VoiceRun> runs);
 
     EngineHost& host;
 
@@ -142,9 +155,6 @@ private:
     WaveTable noiseTable;
 
     // Scratch of one run
-    RunBuffer lfoRun = {};                          // LFO values, shared by all voices
-    std::array<RunBuffer, mostVoices> ampRuns = {}; // amplitude envelope of each voice
-    std::array<int, mostVoices> soundingRuns = {};  // samples that each voice sounds for
-    RunBuffer voiceRun = {};
-    RunBuffer coefficientRun = {};
+    RunBuffer lfoRun = {};                           // LFO values, shared by all voices
+    std::array<VoiceRun, mostVoices> voiceRuns = {}; // the sounding voices, in ascending order
 };

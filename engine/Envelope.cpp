@@ -1,5 +1,7 @@
 #include "engine/Envelope.h"
 
+#include <algorithm>
+
 namespace
 {
 constexpr float longestAttack = 10.0f; // seconds, also of the decay
@@ -132,6 +134,41 @@ float Envelope::tick ()
     return current.level;
 }
 
+// As many samples as one ramp covers, at least one. The loops are those of advance() with the segment fixed.
+int Envelope::renderSegment (Position& position, const Steps& steps, float* out, int samples)
+{
+    int n = 0;
+    switch (position.state)
+    {
+    case State::sustain:
+        std::fill_n (out, samples, position.level);
+        return samples;
+    case State::attack:
+        for (float next = position.level + steps.attack; n < samples && next < steps.peak;
+             next += steps.attack)
+            out[n++] = position.level = next;
+        break;
+    case State::decay:
+        for (float next = position.level - steps.decay; n < samples && next > steps.sustainTarget;
+             next -= steps.decay)
+            out[n++] = position.level = next;
+        break;
+    case State::release:
+        for (float next = position.level - steps.release; n < samples && next > silent; next -= steps.release)
+            out[n++] = position.level = next;
+        break;
+    case State::fadeOut:
+    case State::idle:
+        break;
+    }
+    if (n < samples) // the step that ends the segment
+    {
+        advance (position, steps);
+        out[n++] = position.level;
+    }
+    return n;
+}
+
 int Envelope::render (float* out, int samples)
 {
     const Position start = current;
@@ -139,10 +176,7 @@ int Envelope::render (float* out, int samples)
     Position position = start;
     int n = 0;
     while (n < samples && position.state != State::idle)
-    {
-        advance (position, now);
-        out[n++] = position.level;
-    }
+        n += renderSegment (position, now, out + n, samples - n);
     // A note or a kill that came in from the other thread meanwhile wins over what was rendered.
     if (current.state == start.state && current.level == start.level)
         current = position;

@@ -57,6 +57,7 @@ private:
     };
 
     static void advance (Position& position, const Steps& steps);
+    static int renderSegment (Position& position, const Steps& steps, float* out, int samples);
     Steps stepsNow () const;
     void recomputeSteps ();
     float stepFor (float seconds) const;

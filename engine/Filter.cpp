@@ -1,8 +1,14 @@
 #include "engine/Filter.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 #include "engine/NoteTable.h"
+
+using filterCore::FourVoices;
+using filterCore::lanes;
+using filterCore::OneVoice;
 
 namespace
 {
@@ -22,18 +28,17 @@ void Filter::setSampleRate (float hz)
 {
     sampleRate = hz;
     angularStep = twoPi / hz;
-    settings.dcCoefficient = std::min (dcHz * angularStep, largestDcCoefficient);
-    settings.colourCoefficient = std::min (colourHz * angularStep, largestColourCoefficient);
-    if (settings.coefficient == 0.0f)
-        settings.coefficient = angularStep;
-    settings.coefficient = std::min (settings.coefficient, highestStableCoefficient ());
+    fixed.dc = std::min (dcHz * angularStep, largestDcCoefficient);
+    fixed.colour = std::min (colourHz * angularStep, largestColourCoefficient);
+    if (mainCoefficient == 0.0f)
+        mainCoefficient = angularStep;
+    mainCoefficient = std::min (mainCoefficient, highestStableCoefficient ());
 }
 
 // The section's poles reach the unit circle where f^2 + 2 q f = 4; stay a little below.
 float Filter::highestStableCoefficient () const
 {
-    const float q = settings.damping;
-    return 0.98f * (std::sqrt (q * q + 4.0f) - q);
+    return 0.98f * (std::sqrt (damping * damping + 4.0f) - damping);
 }
 
 void Filter::setCutoff (float control)
@@ -46,7 +51,7 @@ void Filter::setCutoff (float control)
     else
         hz = squared * cutoffSpanHz + static_cast<double> (lowestCutoffHz);
     cutoff = std::clamp (static_cast<float> (hz), lowestCutoffHz, highestCutoffHz);
-    settings.coefficient = std::min (cutoff * angularStep, highestStableCoefficient ());
+    mainCoefficient = std::min (cutoff * angularStep, highestStableCoefficient ());
 }
 
 float Filter::keyTrackedBase (float target)
@@ -69,22 +74,86 @@ void Filter::setKey (int note)
 
 void Filter::setResonance (float r)
 {
-    settings.damping = 2.0f * (1.0f - std::clamp (r, 0.3f, 0.968f));
-    settings.coefficient = std::min (settings.coefficient, highestStableCoefficient ());
+    damping = 2.0f * (1.0f - std::clamp (r, 0.3f, 0.968f));
+    mainCoefficient = std::min (mainCoefficient, highestStableCoefficient ());
 }
 
 void Filter::setType (std::int32_t t)
 {
     // It is the old type that is looked at. That is meant.
-    if (settings.type >= lowPass && settings.type <= highPass)
-        settings.type = t;
+    if (switches.type >= filterCore::lowPass && switches.type <= filterCore::highPass)
+        switches.type = t;
 }
 
-void Filter::processRun (float* samples, const float* coefficients, int count)
+float Filter::process (float input)
 {
-    Memory m = memory;
-    const Settings s = settings;
-    for (int n = 0; n < count; ++n)
-        samples[n] = step (m, s, coefficients[n], samples[n]);
-    memory = m;
+    const OneVoice output =
+        filterCore::step<OneVoice> (memory, switches, fixed, damping, mainCoefficient, input);
+    return output[0];
+}
+
+namespace
+{
+// The fields of a memory, for moving them in and out of lanes.
+template <typename Value>
+std::array<Value*, 9> fieldsOf (filterCore::Memory<Value>& m)
+{
+    return { &m.drive, &m.dc,       &m.colourBand,        &m.colourLow, &m.band,
+             &m.low,   &m.selected, &m.smoothCoefficient, &m.smooth };
+}
+
+void gatherMemory (filterCore::Memory<FourVoices>& wide, int lane, filterCore::Memory<OneVoice>& narrow)
+{
+    const auto to = fieldsOf (wide);
+    const auto from = fieldsOf (narrow);
+    for (std::size_t field = 0; field < to.size (); ++field)
+        (*to[field])[static_cast<std::size_t> (lane)] = float ((*from[field])[0]);
+}
+
+void scatterMemory (filterCore::Memory<FourVoices>& wide, int lane, filterCore::Memory<OneVoice>& narrow)
+{
+    const auto from = fieldsOf (wide);
+    const auto to = fieldsOf (narrow);
+    for (std::size_t field = 0; field < to.size (); ++field)
+        *to[field] = float ((*from[field])[static_cast<std::size_t> (lane)]);
+}
+}
+
+void Filter::processTogether (std::span<const Run> group, int begin, int end)
+{
+    const int used = static_cast<int> (group.size ());
+    std::array<Run, lanes> runs; // lanes without a voice read what the first one reads and write nothing
+    filterCore::Memory<FourVoices> m;
+    for (int lane = 0; lane < lanes; ++lane)
+    {
+        runs[static_cast<std::size_t> (lane)] = group[static_cast<std::size_t> (lane < used ? lane : 0)];
+        gatherMemory (m, lane, runs[static_cast<std::size_t> (lane)].filter->memory);
+    }
+    const Filter& first = *runs[0].filter;
+    const FourVoices damping ([&] (auto lane) { return runs[lane].filter->damping; });
+    for (int n = begin; n < end; ++n)
+    {
+        const FourVoices input ([&] (auto lane) { return runs[lane].samples[n]; });
+        const FourVoices coefficient ([&] (auto lane) { return runs[lane].coefficients[n]; });
+        const FourVoices output =
+            filterCore::step (m, first.switches, first.fixed, damping, coefficient, input);
+        for (int lane = 0; lane < used; ++lane)
+            runs[static_cast<std::size_t> (lane)].samples[n] = output[static_cast<std::size_t> (lane)];
+    }
+    for (int lane = 0; lane < used; ++lane)
+        scatterMemory (m, lane, runs[static_cast<std::size_t> (lane)].filter->memory);
+}
+
+void Filter::processGroup (std::span<Run> group)
+{
+    // Stretch by stretch, each as long as the shortest run that is left.
+    std::sort (group.begin (), group.end (), [] (const Run& a, const Run& b) { return a.count < b.count; });
+    int done = 0;
+    for (; !group.empty (); group = group.subspan (1))
+    {
+        const int end = group[0].count;
+        if (end > done)
+            processTogether (group, done, end);
+        done = std::max (done, end);
+    }
 }

@@ -121,106 +121,144 @@ int Engine::countSilence (int samples)
     return samples;
 }
 
-// One run, stage by stage and voice by voice in ascending order, so that the samples are exactly those of a
-// loop that does everything sample by sample. The stages work on plain buffers; this is the place for a
-// renderer that takes several voices at once.
+// One run, stage by stage. Voices are added in ascending order, so that the samples are exactly those of a
+// loop that does everything sample by sample.
 void Engine::renderRun (float* out, int samples)
 {
     std::fill_n (out, samples, 0.0f);
     if (asleep)
         return;
 
-    const int count = voiceCount; // the other thread may change it meanwhile
+    const std::span<VoiceRun> runs = renderAmplitudes (samples);
     int sounding = 0;
-    for (int v = 0; v < count; ++v)
-    {
-        const auto slot = static_cast<std::size_t> (v);
-        soundingRuns[slot] = voices[slot].ampEnv.render (ampRuns[slot].data (), samples);
-        sounding = std::max (sounding, soundingRuns[slot]);
-    }
+    for (const VoiceRun& run : runs)
+        sounding = std::max (sounding, run.samples);
     const int awake = sounding + countSilence (samples - sounding);
     for (int n = 0; n < awake; ++n)
         lfoRun[static_cast<std::size_t> (n)] = lfo.tick ();
 
-    for (int v = 0; v < count; ++v)
+    for (VoiceRun& run : runs)
     {
-        const auto slot = static_cast<std::size_t> (v);
-        if (soundingRuns[slot] == 0)
-            continue;
-        renderVoice (voices[slot], soundingRuns[slot]);
-        for (int n = 0; n < soundingRuns[slot]; ++n)
-            out[n] += voiceRun[static_cast<std::size_t> (n)] * ampRuns[slot][static_cast<std::size_t> (n)];
+        Voice& voice = voices[static_cast<std::size_t> (run.voice)];
+        renderOscillators (voice, run.signal.data (), run.samples);
+        renderCutoff (voice, run.filterCoefficient.data (), run.samples);
+    }
+    renderFilters (runs);
+    for (const VoiceRun& run : runs)
+    {
+        const float* signal = run.signal.data ();
+        const float* amplitude = run.amplitude.data ();
+        for (int n = 0; n < run.samples; ++n)
+            out[n] += signal[n] * amplitude[n];
     }
     for (int n = 0; n < sounding; ++n)
         out[n] *= block.outputGain;
 }
 
-void Engine::renderVoice (Voice& voice, int samples)
+// The amplitude envelopes of the sounding voices. They go first: they tell how long each voice sounds.
+std::span<Engine::VoiceRun> Engine::renderAmplitudes (int samples)
 {
-    renderOscillators (voice, samples);
-    renderCutoff (voice, samples);
-    voice.filter.processRun (voiceRun.data (), coefficientRun.data (), samples);
+    std::size_t used = 0;
+    for (int v = 0; v < voiceCount && used < voiceRuns.size (); ++v)
+    {
+        VoiceRun& run = voiceRuns[used];
+        run.voice = v;
+        run.samples = voices[static_cast<std::size_t> (v)].ampEnv.render (run.amplitude.data (), samples);
+        if (run.samples > 0)
+            ++used;
+    }
+    return { voiceRuns.data (), used };
+}
+
+// The filters take most of the time, and one alone leaves the processor waiting for its own last sample;
+// several side by side do not.
+void Engine::renderFilters (std::span<VoiceRun> runs)
+{
+    constexpr std::size_t groupSize = filterCore::lanes;
+    std::array<Filter::Run, groupSize> group;
+    for (std::size_t start = 0; start < runs.size (); start += groupSize)
+    {
+        const std::span<VoiceRun> members = runs.subspan (start, std::min (groupSize, runs.size () - start));
+        std::transform (members.begin (), members.end (), group.begin (),
+                        [this] (VoiceRun& run)
+                        {
+                            return Filter::Run{ &voices[static_cast<std::size_t> (run.voice)].filter,
+                                                run.signal.data (), run.filterCoefficient.data (),
+                                                run.samples };
+                        });
+        Filter::processGroup ({ group.data (), members.size () });
+    }
 }
 
 // The sources, in stretches between two moves of the LFO on the pitch. A move acts from the next sample on.
-void Engine::renderOscillators (Voice& voice, int samples)
+void Engine::renderOscillators (Voice& voice, float* out, int samples)
 {
-    std::fill_n (voiceRun.data (), samples, 0.0f);
+    std::fill_n (out, samples, 0.0f);
     for (int done = 0; done < samples;)
     {
         const int stretch = std::min (samples - done, updateInterval - voice.pitchUpdateCounter);
-        float* out = voiceRun.data () + done;
-        voice.osc1.addRunFull (out, stretch, block.osc1Level);
+        voice.osc1.addRunFull (out + done, stretch, block.osc1Level);
         if (voiceCount <= 1)
-            voice.osc2.addRunFull (out, stretch, block.osc2Level);
+            voice.osc2.addRunFull (out + done, stretch, block.osc2Level);
         else
-            voice.osc2.addRun (out, stretch, block.osc2Level);
+            voice.osc2.addRun (out + done, stretch, block.osc2Level);
         if (block.noiseLevel > 0.0f)
-            voice.noise.addRun (out, stretch, block.noiseLevel);
+            voice.noise.addRun (out + done, stretch, block.noiseLevel);
         done += stretch;
         voice.pitchUpdateCounter += stretch;
         if (voice.pitchUpdateCounter < updateInterval)
             continue;
         voice.pitchUpdateCounter = 0;
         if (block.lfoPitchDepth > 0.0f)
-        {
-            const float shift = lfoRun[static_cast<std::size_t> (done - 1)] * block.lfoPitchDepth;
-            voice.osc1.setLfoPitch (shift);
-            voice.osc1.updateIncrement ();
-            voice.osc2.setLfoPitch (shift);
-            voice.osc2.updateIncrement ();
-        }
+            bendByLfo (voice, lfoRun[static_cast<std::size_t> (done - 1)] * block.lfoPitchDepth);
     }
 }
 
-// Envelope 2 at one sample: closed, and standing still, until its delay is over.
-float Engine::envelope2 (Voice& voice) const
+void Engine::bendByLfo (Voice& voice, float shift) const
 {
-    if (block.env2DelayParam > 0.0f && static_cast<float> (voice.env2DelayCounter) < block.env2DelaySamples)
+    for (Oscillator* oscillator : { &voice.osc1, &voice.osc2 })
+    {
+        oscillator->setLfoPitch (shift);
+        oscillator->updateIncrement ();
+    }
+}
+
+// Closed, and standing still, until its delay is over.
+void Engine::renderEnvelope2 (Voice& voice, float* out, int samples) const
+{
+    int n = 0;
+    while (n < samples && block.env2DelayParam > 0.0f &&
+           static_cast<float> (voice.env2DelayCounter) < block.env2DelaySamples)
     {
         ++voice.env2DelayCounter;
-        return 0.0f;
+        out[n++] = 0.0f;
     }
-    return voice.filterEnv.tick ();
+    n += voice.filterEnv.render (out + n, samples - n);
+    std::fill (out + n, out + samples, 0.0f); // idle
 }
 
 // The filter coefficient of every sample. The cutoff itself moves once per interval.
-void Engine::renderCutoff (Voice& voice, int samples)
+void Engine::renderCutoff (Voice& voice, float* out, int samples)
 {
+    RunBuffer env2;
+    renderEnvelope2 (voice, env2.data (), samples);
     const int interval = block.fastFilterUpdate ? fastUpdateInterval : updateInterval;
     const float env2Depth = 2.0f * block.env2ToFilter - 1.0f;
     const float lfoDepth = 2.0f * block.lfoFilterDepth - 1.0f;
-    for (int n = 0; n < samples; ++n)
+    for (int done = 0; done < samples;)
     {
-        const auto i = static_cast<std::size_t> (n);
-        const float env2 = envelope2 (voice);
-        ++voice.filterUpdateCounter;
-        if (voice.filterUpdateCounter >= interval)
-        {
-            voice.filterUpdateCounter = 0;
-            const float base = voice.filter.keyTrackedBase (block.filterFreqParam);
-            voice.filter.setCutoff (env2 * env2Depth + base + (lfoRun[i] + 1.0f) / 2.0f * lfoDepth);
-        }
-        coefficientRun[i] = voice.filter.coefficient ();
+        // The update acts on the sample that completes the interval.
+        const int untilUpdate = std::max (interval - 1 - voice.filterUpdateCounter, 0);
+        const int held = std::min (untilUpdate, samples - done);
+        std::fill_n (out + done, held, voice.filter.coefficient ());
+        voice.filterUpdateCounter += held;
+        done += held;
+        if (done == samples)
+            break;
+        const auto n = static_cast<std::size_t> (done);
+        const float base = voice.filter.keyTrackedBase (block.filterFreqParam);
+        voice.filter.setCutoff (env2[n] * env2Depth + base + (lfoRun[n] + 1.0f) / 2.0f * lfoDepth);
+        voice.filterUpdateCounter = 0;
+        out[done++] = voice.filter.coefficient ();
     }
 }

@@ -1,0 +1,50 @@
+# Sources that Debian 12 has no package of (or none for mingw-w64). tools/fetchSources.sh puts them into
+# a cache folder outside the checkout; each folder can be replaced by one of your own with -D.
+if(DEFINED ENV{XDG_CACHE_HOME} AND NOT "$ENV{XDG_CACHE_HOME}" STREQUAL "")
+    set(brimvaleCache $ENV{XDG_CACHE_HOME}/brimvale)
+else()
+    set(brimvaleCache $ENV{HOME}/.cache/brimvale)
+endif()
+
+# Declares the cache variable and stops with advice when the folder does not hold the file.
+function(brimvale_outside_source variable folder file what)
+    set(${variable} ${brimvaleCache}/${folder} CACHE PATH "${what}")
+    if(NOT EXISTS ${${variable}}/${file})
+        message(FATAL_ERROR "${what}: no ${file} in ${${variable}}. "
+                            "Run tools/fetchSources.sh, or name a folder that has it with -D${variable}=...")
+    endif()
+endfunction()
+
+brimvale_outside_source(BRIMVALE_MINIAUDIO_DIR miniaudio miniaudio.h "miniaudio 0.11 source folder")
+brimvale_outside_source(BRIMVALE_EBUR128_DIR libebur128 ebur128/ebur128.c "libebur128 1.2 source folder")
+
+# WAV files. One header; only its WAV part is compiled.
+set(miniaudioSource ${CMAKE_BINARY_DIR}/outside/miniaudio.c)
+file(CONFIGURE OUTPUT ${miniaudioSource} CONTENT "#define MINIAUDIO_IMPLEMENTATION\n#include <miniaudio.h>\n")
+add_library(miniaudio STATIC EXCLUDE_FROM_ALL ${miniaudioSource})
+target_include_directories(miniaudio SYSTEM PUBLIC ${BRIMVALE_MINIAUDIO_DIR})
+target_compile_definitions(
+    miniaudio
+    PUBLIC MA_NO_DEVICE_IO
+           MA_NO_ENGINE
+           MA_NO_FLAC
+           MA_NO_GENERATION
+           MA_NO_MP3
+           MA_NO_NODE_GRAPH
+           MA_NO_RESOURCE_MANAGER
+           MA_NO_THREADING)
+target_compile_options(miniaudio PRIVATE -w)
+
+# Loudness.
+add_library(ebur128 STATIC EXCLUDE_FROM_ALL ${BRIMVALE_EBUR128_DIR}/ebur128/ebur128.c)
+target_include_directories(ebur128 SYSTEM PUBLIC ${BRIMVALE_EBUR128_DIR}/ebur128
+                                   PRIVATE ${BRIMVALE_EBUR128_DIR}/ebur128/queue)
+target_compile_options(ebur128 PRIVATE -w)
+
+# CLI11 is a Debian package of headers alone. The cross compiler must not see the rest of the folder
+# that they lie in, so it gets a folder with nothing but them.
+find_path(BRIMVALE_CLI11_DIR CLI/CLI.hpp NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/outside/cli11)
+file(CREATE_LINK ${BRIMVALE_CLI11_DIR}/CLI ${CMAKE_BINARY_DIR}/outside/cli11/CLI SYMBOLIC)
+add_library(cli11 INTERFACE)
+target_include_directories(cli11 SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/outside/cli11)

@@ -1,0 +1,35 @@
+# Tests of the other presets, run by the native build's ctest, so that one summary covers everything.
+# ./test builds the presets windows and asan first and then turns this on.
+include_guard(GLOBAL)
+option(BRIMVALE_WHOLE_SUITE "Also run the tests of the presets windows (under Wine) and asan" OFF)
+
+# brimvale_add_wine_test(NAME EXECUTABLE [OWN_PREFIX] [DISPLAY] [ARGUMENTS argument...])
+# EXECUTABLE is a path below build/windows. OWN_PREFIX: the program writes to the registry, so it gets
+# a fresh Wine prefix of its own. DISPLAY: it opens windows, so it gets a virtual display of its own.
+function(brimvale_add_wine_test name executable)
+    if(NOT BRIMVALE_WHOLE_SUITE)
+        return()
+    endif()
+    cmake_parse_arguments(PARSE_ARGV 2 wine "OWN_PREFIX;DISPLAY" "" "ARGUMENTS")
+    set(options "")
+    if(wine_OWN_PREFIX)
+        list(APPEND options --own-prefix ${name})
+    endif()
+    if(wine_DISPLAY)
+        list(APPEND options --display)
+    endif()
+    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tools/wineRun.sh ${options}
+                                  ${CMAKE_SOURCE_DIR}/build/windows/${executable} ${wine_ARGUMENTS})
+    # The first program to run sets Wine up, which may take a minute on a busy machine.
+    set_tests_properties(${name} PROPERTIES TIMEOUT 900 LABELS wine)
+endfunction()
+
+# The whole suite of the asan preset as one test.
+function(brimvale_add_sanitizer_suite)
+    if(NOT BRIMVALE_WHOLE_SUITE)
+        return()
+    endif()
+    add_test(NAME sanitizers COMMAND ${CMAKE_CTEST_COMMAND} --test-dir ${CMAKE_SOURCE_DIR}/build/asan
+                                     --output-on-failure --no-tests=error)
+    set_tests_properties(sanitizers PROPERTIES TIMEOUT 1800 LABELS sanitizers)
+endfunction()

@@ -1,0 +1,37 @@
+// What the command line asks for.
+#pragma once
+
+#include "host/WavWriter.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host
+{
+struct Options
+{
+    std::filesystem::path library;
+    std::filesystem::path song;
+    std::filesystem::path output; // beside the current folder's name of the song when not given
+    std::string program;          // empty: the instrument's own start, and the song's program changes
+    int sampleRate = 44100;       // Hz
+    int blockSize = 512;          // frames
+    double tailLimit = 30.0;      // seconds
+    SampleFormat format = SampleFormat::int24;
+    bool listPrograms = false;
+    bool progress = false;
+};
+
+// What main() ends with when the command line asks for nothing that can be done, or only for help.
+struct Ending
+{
+    int status = 0;
+    std::string text; // to standard output when status is 0, else to standard error
+};
+
+// Fills the options from UTF-8 arguments, the program's own name first. An answer means: stop with it.
+std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, bool terminal,
+                                    Options& options);
+}

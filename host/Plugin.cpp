@@ -1,0 +1,178 @@
+#include "host/Plugin.h"
+
+#include <array>
+#include <cstring>
+#include <stdexcept>
+#include <string_view>
+
+namespace host
+{
+namespace
+{
+using EntryPoint = AEffect* (*)(AudioMasterCallback);
+
+constexpr VstIntPtr offlineProcessLevel = 4;
+constexpr VstIntPtr english = 1;
+constexpr VstIntPtr hostVersion = 1000;
+
+EntryPoint entryPoint (const platform::SharedLibrary& library)
+{
+    void* entry = library.symbol ("VSTPluginMain");
+    if (entry == nullptr)
+        entry = library.symbol ("main"); // the older name
+    if (entry == nullptr)
+        throw std::runtime_error ("it is no VST 2.4 library: it exports neither VSTPluginMain nor main");
+    return reinterpret_cast<EntryPoint> (entry);
+}
+
+VstIntPtr hostCanDo (const char* text)
+{
+    constexpr std::array<std::string_view, 3> abilities = { "sendVstEvents", "sendVstMidiEvent",
+                                                            "sendVstTimeInfo" };
+    for (const auto ability : abilities)
+    {
+        if (text == ability)
+            return 1;
+    }
+    return 0;
+}
+
+VstIntPtr copyText (void* target, const char* text)
+{
+    std::strcpy (static_cast<char*> (target), text); // the interface promises 64 characters
+    return 1;
+}
+}
+
+Plugin::Plugin (const std::filesystem::path& library) : file (library)
+{
+    effect = entryPoint (file) (&Plugin::answer);
+    if (effect == nullptr)
+        throw std::runtime_error ("its entry point gave no instrument");
+    if (effect->magic != kEffectMagic)
+        throw std::runtime_error ("its entry point gave something that is no VST 2.4 instrument");
+    effect->user = this;
+    if ((effect->flags & effFlagsCanReplacing) == 0 || effect->numOutputs < 1)
+    {
+        call (effClose);
+        throw std::runtime_error ("it gives no audio");
+    }
+    call (effOpen);
+}
+
+Plugin::~Plugin ()
+{
+    stop ();
+    call (effClose);
+}
+
+VstIntPtr Plugin::call (VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
+{
+    return effect->dispatcher (effect, opcode, index, value, ptr, opt);
+}
+
+int Plugin::currentProgram ()
+{
+    return static_cast<int> (call (effGetProgram));
+}
+
+std::string Plugin::programName (int program)
+{
+    std::array<char, 256> text = {}; // far above the interface's 24, for libraries that do not keep to it
+    call (effGetProgramNameIndexed, program, -1, text.data ());
+    text.back () = '\0';
+    std::string name = text.data ();
+    name.erase (name.find_last_not_of (' ') + 1);
+    name.erase (0, name.find_first_not_of (' '));
+    return name;
+}
+
+void Plugin::selectProgram (int program)
+{
+    call (effSetProgram, 0, program);
+}
+
+void Plugin::start (int sampleRate, int blockSize)
+{
+    rate = sampleRate;
+    blockFrames = blockSize;
+    const auto channels = static_cast<std::size_t> (effect->numInputs + effect->numOutputs);
+    const auto frames = static_cast<std::size_t> (blockSize);
+    samples.assign (channels * frames, 0.0f);
+    inputs.clear ();
+    outputs.clear ();
+    for (std::size_t channel = 0; channel < channels; ++channel)
+    {
+        auto& list = channel < static_cast<std::size_t> (effect->numInputs) ? inputs : outputs;
+        list.push_back (samples.data () + channel * frames);
+    }
+
+    call (effSetSampleRate, 0, 0, nullptr, static_cast<float> (sampleRate));
+    call (effSetBlockSize, 0, blockSize);
+    call (effMainsChanged, 0, 1);
+    call (effStartProcess);
+    running = true;
+}
+
+void Plugin::stop ()
+{
+    if (!running)
+        return;
+    call (effStopProcess);
+    call (effMainsChanged, 0, 0);
+    running = false;
+}
+
+void Plugin::sendEvents (VstEvents& events)
+{
+    call (effProcessEvents, 0, 0, &events);
+}
+
+void Plugin::process (int frames)
+{
+    effect->processReplacing (effect, inputs.data (), outputs.data (), frames);
+}
+
+// While the entry point runs there is no record yet, and so no object to ask: only what needs none is
+// answered.
+VstIntPtr Plugin::answer (AEffect* effect, VstInt32 opcode, VstInt32 /*index*/, VstIntPtr /*value*/,
+                          void* ptr, float /*opt*/)
+{
+    if (opcode == audioMasterVersion)
+        return kVstVersion;
+    if (effect == nullptr || effect->user == nullptr)
+        return 0;
+    return static_cast<Plugin*> (effect->user)->answer (opcode, ptr);
+}
+
+// Parameter changes that the instrument reports (audioMasterAutomate) get the answer 0: nothing is recorded
+// here.
+VstIntPtr Plugin::answer (VstInt32 opcode, void* ptr)
+{
+    switch (opcode)
+    {
+    case audioMasterWantMidi:
+        return 1;
+    case audioMasterGetTime:
+        return reinterpret_cast<VstIntPtr> (&time);
+    case audioMasterGetSampleRate:
+        return rate;
+    case audioMasterGetBlockSize:
+        return blockFrames;
+    case audioMasterGetCurrentProcessLevel:
+        return offlineProcessLevel;
+    case audioMasterGetLanguage:
+        return english;
+    case audioMasterGetVendorVersion:
+        return hostVersion;
+    case audioMasterGetVendorString:
+        return ptr != nullptr ? copyText (ptr, "corvanex.com") : 0;
+    case audioMasterGetProductString:
+        return ptr != nullptr ? copyText (ptr, "Brimvale host") : 0;
+    case audioMasterCanDo:
+        return ptr != nullptr ? hostCanDo (static_cast<const char*> (ptr)) : 0;
+    default:
+        return 0;
+    }
+}
+}

@@ -1,0 +1,60 @@
+// One instrument of a VST 2.4 library, loaded through the library's exported entry point.
+#pragma once
+
+#include "platform/SharedLibrary.h"
+#include "plugin/vst2.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace host
+{
+class Plugin
+{
+public:
+    // Loads the library and opens the instrument. Throws std::runtime_error, as one sentence, when the
+    // file is no such library or the library refuses.
+    explicit Plugin (const std::filesystem::path& library);
+    ~Plugin ();
+    Plugin (const Plugin&) = delete;
+    Plugin& operator= (const Plugin&) = delete;
+
+    int programCount () const { return effect->numPrograms; }
+    int currentProgram ();
+    std::string programName (int program); // 0 .. programCount() - 1, without blanks at its ends
+    void selectProgram (int program);
+
+    // Between start() and stop() the instrument takes events and gives audio.
+    void start (int sampleRate, int blockSize); // Hz, frames
+    void stop ();
+
+    // What the instrument is told when it asks for the time; set before each block.
+    void setTime (const VstTimeInfo& now) { time = now; }
+
+    // Events of the next block; must live until that block is rendered.
+    void sendEvents (VstEvents& events);
+
+    // Renders one block, at most the started block size. left() and right() then hold it.
+    void process (int frames);
+    const float* left () const { return outputs.front (); }
+    const float* right () const { return outputs[outputs.size () > 1 ? 1 : 0]; }
+
+private:
+    static VstIntPtr answer (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
+                             float opt);
+    VstIntPtr answer (VstInt32 opcode, void* ptr);
+    VstIntPtr call (VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, void* ptr = nullptr,
+                    float opt = 0.0f);
+
+    platform::SharedLibrary file; // outlives the instrument that it made
+    AEffect* effect = nullptr;
+    VstTimeInfo time = {};
+    int rate = 44100;
+    int blockFrames = 512;
+    bool running = false;
+    std::vector<float> samples; // all channels, one after the other
+    std::vector<float*> inputs;
+    std::vector<float*> outputs;
+};
+}

@@ -1,0 +1,38 @@
+#include "platform/Console.h"
+
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <io.h>
+#include <windows.h>
+
+#include <shellapi.h>
+
+namespace platform
+{
+// main() gets its arguments in the system's code page, which cannot hold every file name.
+std::vector<std::string> utf8Arguments (int, const char* const*)
+{
+    int count = 0;
+    wchar_t** wide = CommandLineToArgvW (GetCommandLineW (), &count);
+    std::vector<std::string> arguments;
+    for (int i = 0; i < count; ++i)
+    {
+        const std::u8string text = std::filesystem::path (wide[i]).u8string ();
+        arguments.emplace_back (text.begin (), text.end ());
+    }
+    LocalFree (wide);
+    return arguments;
+}
+
+bool errorStreamIsTerminal ()
+{
+    return _isatty (_fileno (stderr)) != 0;
+}
+
+void keepLineEnds ()
+{
+    _setmode (_fileno (stdout), _O_BINARY);
+    _setmode (_fileno (stderr), _O_BINARY);
+}
+}

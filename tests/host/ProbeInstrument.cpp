@@ -1,0 +1,133 @@
+// A library for the tests of the host: an instrument whose sound tells what the host did. Its programs:
+//   1 Clicks  left: at the sample of every note-on its velocity / 128, else 0; right: 0
+//   2 Drone   the same with 0.25 added to both channels, so that its sound never ends
+//   3 Tempo   left as Clicks; right: the tempo / 1000 at the first sample of every block, else 0
+// Every break of the rules that hosts must keep gives the sample value 9.
+#include "plugin/vst2.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <memory>
+
+namespace
+{
+constexpr float brokenRule = 9.0f;
+constexpr int drone = 1;
+constexpr int tempo = 2;
+
+struct Probe
+{
+    AEffect record = {};
+    AudioMasterCallback host = nullptr;
+    VstEvents* events = nullptr;
+    int program = 0;
+    bool opened = false;
+    bool on = false;
+    float rate = 0.0f;
+    VstIntPtr largestBlock = 0;
+    double nextSample = 0.0;
+};
+
+constexpr std::array<const char*, 3> names = { "Clicks  ", " Drone", "Tempo" };
+
+Probe& probeOf (AEffect* effect)
+{
+    return *static_cast<Probe*> (effect->object);
+}
+
+VstIntPtr dispatch (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
+{
+    Probe& probe = probeOf (effect);
+    switch (opcode)
+    {
+    case effOpen:
+        probe.opened = true;
+        break;
+    case effClose:
+        delete &probe;
+        break;
+    case effSetProgram:
+        probe.program = static_cast<int> (value);
+        break;
+    case effGetProgram:
+        return probe.program;
+    case effGetProgramNameIndexed:
+        std::strcpy (static_cast<char*> (ptr), names[static_cast<std::size_t> (index)]);
+        return 1;
+    case effSetSampleRate:
+        probe.rate = opt;
+        break;
+    case effSetBlockSize:
+        probe.largestBlock = value;
+        break;
+    case effMainsChanged:
+        probe.on = value != 0;
+        break;
+    case effProcessEvents:
+        probe.events = static_cast<VstEvents*> (ptr);
+        break;
+    default:
+        break;
+    }
+    return 0;
+}
+
+// What the host promised to keep: open, on, no block larger than announced, time that moves on.
+bool rulesKept (const Probe& probe, const VstTimeInfo* time, VstInt32 frames)
+{
+    return probe.opened && probe.on && frames <= probe.largestBlock && time != nullptr &&
+           static_cast<float> (time->sampleRate) == probe.rate && time->samplePos == probe.nextSample &&
+           (time->flags & kVstTempoValid) != 0 && (time->flags & kVstPpqPosValid) != 0;
+}
+
+void process (AEffect* effect, float**, float** outputs, VstInt32 frames)
+{
+    Probe& probe = probeOf (effect);
+    const auto* time = reinterpret_cast<const VstTimeInfo*> (
+        probe.host (effect, audioMasterGetTime, 0, kVstTempoValid, nullptr, 0.0f));
+    const float base = probe.program == drone ? 0.25f : 0.0f;
+    std::fill_n (outputs[0], frames, base);
+    std::fill_n (outputs[1], frames, base);
+    bool kept = rulesKept (probe, time, frames);
+    if (kept && probe.program == tempo)
+        outputs[1][0] = static_cast<float> (time->tempo / 1000.0);
+    probe.nextSample += frames;
+
+    VstInt32 earliest = 0;
+    for (VstInt32 i = 0; probe.events != nullptr && i < probe.events->numEvents; ++i)
+    {
+        VstMidiEvent event;
+        std::memcpy (&event, probe.events->events[i], sizeof event);
+        kept =
+            kept && event.type == kVstMidiType && event.deltaFrames >= earliest && event.deltaFrames < frames;
+        earliest = event.deltaFrames;
+        const int kind = event.midiData[0] & 0xF0;
+        if (kept && kind == 0x90)
+            outputs[0][event.deltaFrames] += static_cast<float> (event.midiData[2]) / 128.0f;
+        if (kind == 0xC0)
+            probe.program = event.midiData[1];
+    }
+    probe.events = nullptr;
+    if (!kept)
+        outputs[0][0] = brokenRule;
+}
+}
+
+extern "C" __attribute__ ((visibility ("default"))) AEffect* VSTPluginMain (AudioMasterCallback host)
+{
+    if (host (nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f) != kVstVersion)
+        return nullptr;
+    auto probe = std::make_unique<Probe> ();
+    probe->host = host;
+    AEffect& record = probe->record;
+    record.magic = kEffectMagic;
+    record.dispatcher = &dispatch;
+    record.process = &process;
+    record.processReplacing = &process;
+    record.numPrograms = static_cast<VstInt32> (names.size ());
+    record.numOutputs = 2;
+    record.flags = effFlagsCanReplacing | effFlagsIsSynth;
+    record.object = probe.get ();
+    return &probe.release ()->record;
+}

@@ -1,0 +1,52 @@
+#!/bin/bash
+# Runs a 64-bit Windows program under Wine, away from the user's own Wine settings:
+#   tools/wineRun.sh [--own-prefix NAME] [--display] PROGRAM.exe [arguments...]
+# The prefix (Wine's Windows disk and registry) lies in build/wine/ and is made on first use. Programs share
+# one; a program that writes to the registry gets its own with --own-prefix, fresh each time. Without
+# --display the program sees no screen; with it, it gets a virtual one for itself.
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+. "$here/common.sh"
+
+wine=/usr/lib/wine/wine64
+folder=$here/../build/wine
+prefix=shared
+display=()
+while [ $# -gt 0 ]; do
+    case $1 in
+        --own-prefix) prefix=own-$2; shift 2 ;;
+        --display) display=(xvfb-run -a -s "-screen 0 1024x768x24"); shift ;;
+        *) break ;;
+    esac
+done
+[ -x "$wine" ] || fail "Wine is missing; run tools/installPackages.sh run."
+[ -f "${1:-}" ] || fail "${1:-no program} has not been built; run cmake --build --preset windows first."
+
+mkdir -p "$folder"
+folder=$(cd "$folder" && pwd)
+export WINEDEBUG=-all
+export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=" # no questions about add-ons, no desktop entries
+export LC_ALL=C.UTF-8 # file names are UTF-8
+unset DISPLAY WAYLAND_DISPLAY
+
+# The shared prefix is made under a lock and gets its name when it is complete.
+exec 9> "$folder/lock"
+flock 9
+if [ ! -d "$folder/shared" ]; then
+    rm -rf "$folder/new"
+    if ! WINEPREFIX=$folder/new timeout 300 "$wine" wineboot -i > "$folder/wineboot.log" 2>&1 < /dev/null 9>&-; then
+        fail "Wine could not set up its folder; the reason may be in $folder/wineboot.log."
+    fi
+    WINEPREFIX=$folder/new timeout 60 /usr/lib/wine/wineserver64 -w 9>&- || true
+    mv "$folder/new" "$folder/shared"
+fi
+if [ "$prefix" != shared ]; then
+    rm -rf "${folder:?}/$prefix"
+    # Linked, for Wine's own files are large and never written; its registry files are.
+    cp -al "$folder/shared" "$folder/$prefix"
+    cp --remove-destination -t "$folder/$prefix" "$folder"/shared/*.reg
+fi
+exec 9>&-
+
+export WINEPREFIX=$folder/$prefix
+exec "${display[@]}" "$wine" "$@"
