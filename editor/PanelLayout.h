@@ -158,9 +158,10 @@ std::span<const ButtonGlyph> buttonGlyphs ();
 inline constexpr Rect aboutRect{ 0, 26, 612, 244 };
 inline constexpr Rect aboutVersionRect{ 40, 190, 220, 20 }; // in the panel's pixels, text from the left
 
-// Keys: fifteen white ones of 35 pixels from the keyboard's left edge, C to C.
+// Keys: the white ones, 35 pixels wide, in a row from the keyboard's left edge, C to C.
 inline constexpr int firstKey = 48;
 inline constexpr int keyCount = 25;
+inline constexpr int whiteKeyCount = 15;
 inline constexpr int whiteKeyUpId = 181;
 inline constexpr int whiteKeyDownId = 182;
 inline constexpr int blackKeyUpId = 179;

@@ -10,8 +10,6 @@ using namespace panel;
 
 namespace
 {
-constexpr Colour black{ 0x05, 0x08, 0x09 };
-constexpr Colour white{ 0xff, 0xff, 0xff };
 constexpr Colour ivory{ 0xf0, 0xeb, 0xdf };
 
 struct Point
@@ -43,10 +41,12 @@ void shadedDisc (Canvas& canvas, Point centre, double radius, Colour lit, Colour
 
 void drawKnob (Canvas& canvas, Point centre, double radius, double degrees)
 {
-    canvas.fillCircle (centre.x + 0.7, centre.y + 1.1, radius + 0.4, black, 0.55);
-    shadedDisc (canvas, centre, radius, mix (plateColour, white, 0.42), mix (plateColour, black, 0.5));
-    canvas.fillCircle (centre.x, centre.y, radius - 1, mix (caseColour, black, 0.35));
-    shadedDisc (canvas, centre, radius - 3, mix (plateColour, white, 0.25), mix (plateColour, white, 0.06));
+    canvas.fillCircle (centre.x + 0.7, centre.y + 1.1, radius + 0.4, shadowColour, 0.55);
+    shadedDisc (canvas, centre, radius, mix (plateColour, highlightColour, 0.42),
+                mix (plateColour, shadowColour, 0.5));
+    canvas.fillCircle (centre.x, centre.y, radius - 1, mix (caseColour, shadowColour, 0.35));
+    shadedDisc (canvas, centre, radius - 3, mix (plateColour, highlightColour, 0.25),
+                mix (plateColour, highlightColour, 0.06));
 
     cairo_set_line_cap (canvas.context (), CAIRO_LINE_CAP_ROUND);
     const Point inner = onCircle (centre, radius * 0.3, degrees);
@@ -85,7 +85,7 @@ void drawKnobStrip (Canvas& canvas, const Bitmap& bitmap)
 void drawSwitch (Canvas& canvas, int y, bool on)
 {
     constexpr int width = 31, height = 6, gripWidth = 12;
-    canvas.setColour (on ? accentColour : black);
+    canvas.setColour (on ? accentColour : shadowColour);
     canvas.roundedRect (0, y, width, height, 2);
     cairo_fill (canvas.context ());
     const int gripX = on ? width - gripWidth - 1 : 1;
@@ -99,31 +99,33 @@ void drawLamp (Canvas& canvas, int y, bool on)
 {
     const Point centre{ 3, y + 3.0 };
     canvas.fillCircle (centre.x, centre.y, 3,
-                       on ? mix (accentColour, black, 0.35) : mix (plateColour, white, 0.3));
-    canvas.fillCircle (centre.x, centre.y, on ? 2.4 : 2, on ? accentColour : black);
+                       on ? mix (accentColour, shadowColour, 0.35) : mix (plateColour, highlightColour, 0.3));
+    canvas.fillCircle (centre.x, centre.y, on ? 2.4 : 2, on ? accentColour : shadowColour);
     if (on)
-        canvas.fillCircle (centre.x - 0.6, centre.y - 0.6, 1, white, 0.85);
+        canvas.fillCircle (centre.x - 0.6, centre.y - 0.6, 1, highlightColour, 0.85);
 }
 
 void drawSliderHandle (Canvas& canvas)
 {
-    canvas.fillRect (0, 1, 6, 10, black);
-    canvas.fillRect (0, 1, 5, 9, mix (plateColour, white, 0.42));
-    canvas.fillRect (1, 2, 4, 8, mix (plateColour, white, 0.14));
+    canvas.fillRect (0, 1, 6, 10, shadowColour);
+    canvas.fillRect (0, 1, 5, 9, mix (plateColour, highlightColour, 0.42));
+    canvas.fillRect (1, 2, 4, 8, mix (plateColour, highlightColour, 0.14));
     canvas.fillRect (2, 2, 2, 8, ivory);
 }
 
 void drawSmallButton (Canvas& canvas, int y, bool pressed)
 {
     constexpr int size = 20;
-    canvas.setColour (black);
+    canvas.setColour (shadowColour);
     canvas.roundedRect (0, y, size, size, 3.5);
     cairo_fill (canvas.context ());
     const double drop = pressed ? 1 : 0;
-    canvas.setColour (pressed ? mix (plateColour, black, 0.35) : mix (plateColour, white, 0.34));
+    canvas.setColour (pressed ? mix (plateColour, shadowColour, 0.35)
+                              : mix (plateColour, highlightColour, 0.34));
     canvas.roundedRect (1, y + 1 + drop, size - 2, size - 3, 2.5);
     cairo_fill (canvas.context ());
-    canvas.setColour (pressed ? mix (plateColour, black, 0.15) : mix (plateColour, white, 0.14));
+    canvas.setColour (pressed ? mix (plateColour, shadowColour, 0.15)
+                              : mix (plateColour, highlightColour, 0.14));
     canvas.roundedRect (1, y + 2 + drop, size - 2, size - 4, 2.5);
     cairo_fill (canvas.context ());
 }
@@ -134,14 +136,14 @@ void drawWhiteKey (Canvas& canvas, bool down)
     const Colour top = down ? mix (ivory, plateColour, 0.35) : mix (ivory, plateColour, 0.06);
     const Colour front = mix (ivory, caseColour, down ? 0.5 : 0.28);
     const int frontHeight = down ? 2 : 6;
-    canvas.fillRect (0, 0, width, height, black);
+    canvas.fillRect (0, 0, width, height, shadowColour);
     canvas.setColour (front);
     canvas.roundedRect (0.5, -6, width - 1, height + 5, 3);
     cairo_fill (canvas.context ());
     canvas.setColour (top);
     canvas.roundedRect (0.5, -6, width - 1, height + 5 - frontHeight, 3);
     cairo_fill (canvas.context ());
-    canvas.fillRect (1, 0, 1, height - frontHeight - 4, white, down ? 0.15 : 0.7);
+    canvas.fillRect (1, 0, 1, height - frontHeight - 4, highlightColour, down ? 0.15 : 0.7);
     canvas.fillRect (width - 2, 0, 1, height - frontHeight - 4, caseColour, 0.16);
     if (down)
     {
@@ -150,21 +152,21 @@ void drawWhiteKey (Canvas& canvas, bool down)
         cairo_fill (canvas.context ());
     }
     for (int row = 0; row < 5; ++row)
-        canvas.fillRect (0, row, width, 1, black, (down ? 0.5 : 0.3) * (5 - row) / 5);
+        canvas.fillRect (0, row, width, 1, shadowColour, (down ? 0.5 : 0.3) * (5 - row) / 5);
 }
 
 void drawBlackKey (Canvas& canvas, bool down)
 {
     constexpr int width = 21, height = 59;
     const int frontHeight = down ? 3 : 8;
-    canvas.fillRect (0, 0, width, height, black);
-    canvas.setColour (mix (plateColour, white, down ? 0.02 : 0.08));
+    canvas.fillRect (0, 0, width, height, shadowColour);
+    canvas.setColour (mix (plateColour, highlightColour, down ? 0.02 : 0.08));
     canvas.roundedRect (1, -4, width - 2, height + 3, 2);
     cairo_fill (canvas.context ());
-    canvas.setColour (mix (plateColour, black, down ? 0.72 : 0.45));
+    canvas.setColour (mix (plateColour, shadowColour, down ? 0.72 : 0.45));
     canvas.roundedRect (3, -4, width - 6, height + 3 - frontHeight, 2);
     cairo_fill (canvas.context ());
-    canvas.fillRect (2, 0, 1, height - frontHeight - 3, white, down ? 0.1 : 0.3);
+    canvas.fillRect (2, 0, 1, height - frontHeight - 3, highlightColour, down ? 0.1 : 0.3);
     if (down)
     {
         canvas.setColour (accentColour);
@@ -172,46 +174,6 @@ void drawBlackKey (Canvas& canvas, bool down)
         cairo_fill (canvas.context ());
     }
 }
-}
-
-void drawTicks (Canvas& canvas, Scale scale, double centreX, double centreY, int knobSize)
-{
-    const Point centre{ centreX, centreY };
-    int count = 0;
-    switch (scale)
-    {
-    case Scale::none:
-        return;
-    case Scale::unipolar:
-    case Scale::bipolar:
-        count = 11;
-        break;
-    case Scale::range:
-        count = 5;
-        break;
-    case Scale::oscWave:
-    case Scale::filterType:
-        count = 3;
-        break;
-    case Scale::lfoWave:
-        count = 6;
-        break;
-    case Scale::voices:
-        count = 8;
-        break;
-    case Scale::velocity:
-        count = 10;
-        break;
-    }
-    const double inner = knobSize / 2.0 + tickReach - 2;
-    for (int tick = 0; tick < count; ++tick)
-    {
-        const double degrees = pointerDegrees (scale, tick, count);
-        const bool strong = scale == Scale::bipolar && tick == count / 2;
-        const Point from = onCircle (centre, inner, degrees);
-        const Point to = onCircle (centre, inner + (strong ? 4 : 2), degrees);
-        canvas.line (from.x, from.y, to.x, to.y, strong ? 2 : 1, strong ? letterColour : scaleColour);
-    }
 }
 
 Image drawControlBitmap (const Bitmap& bitmap)

@@ -18,8 +18,8 @@ constexpr const char* narrowFamily = "Liberation Sans Narrow";
 }
 
 const TextStyle labelStyle{ narrowFamily, true, panel::labelCapHeight, 0.3, panel::letterColour };
-const TextStyle titleStyle{ narrowFamily, true, panel::titleCapHeight, 1.3, panel::letterColour };
-const TextStyle scaleStyle{ narrowFamily, true, panel::labelCapHeight, -0.1, panel::scaleColour };
+const TextStyle titleStyle{ narrowFamily, true, panel::titleCapHeight, 1.0, panel::letterColour };
+const TextStyle scaleStyle{ narrowFamily, true, panel::labelCapHeight, 0.1, panel::scaleColour };
 
 namespace
 {
@@ -57,6 +57,11 @@ Colour mix (Colour first, Colour second, double amount)
     { return static_cast<unsigned char> (std::lround (a + (b - a) * amount)); };
     return { blend (first.red, second.red), blend (first.green, second.green),
              blend (first.blue, second.blue) };
+}
+
+double textWidth (std::string_view text, const TextStyle& style)
+{
+    return Canvas (1, 1, style.colour).measure (text, style);
 }
 
 Canvas::Canvas (int width, int height, Colour ground)
@@ -120,62 +125,44 @@ void Canvas::selectFont (const TextStyle& style) const
     cairo_set_font_size (cr.get (), style.capHeight * probeSize / capital.height);
 }
 
-namespace
-{
-cairo_text_extents_t extentsOf (cairo_t* cr, const std::string& letter)
-{
-    cairo_text_extents_t extents;
-    cairo_text_extents (cr, letter.c_str (), &extents);
-    return extents;
-}
-
-// Whole pixels from one letter to the next: the same letter then looks the same everywhere. Spaces,
-// which have no ink, get the larger whole number.
-double advance (const cairo_text_extents_t& extents, const TextStyle& style)
-{
-    const double exact = extents.x_advance + style.tracking;
-    return extents.width > 0 ? std::round (exact) : std::ceil (exact);
-}
-}
-
-double Canvas::textWidth (std::string_view text, const TextStyle& style) const
+double Canvas::layOut (std::string_view text, const TextStyle& style,
+                       const std::function<void (const std::string&, double)>& place) const
 {
     selectFont (style);
     double pen = 0, inkEnd = 0;
     bool isFirst = true;
     for (const std::string& letter : letters (text))
     {
-        const cairo_text_extents_t extents = extentsOf (cr.get (), letter);
+        cairo_text_extents_t extents;
+        cairo_text_extents (cr.get (), letter.c_str (), &extents);
         if (std::exchange (isFirst, false))
-            pen -= std::round (extents.x_bearing);
-        inkEnd = pen + std::round (extents.x_bearing) + extents.width;
-        pen += advance (extents, style);
+            pen = -extents.x_bearing;
+        // The ink's left edge is put on a pixel's edge, which keeps upright strokes sharp.
+        const double inkStart = std::round (pen + extents.x_bearing);
+        place (letter, inkStart - extents.x_bearing);
+        inkEnd = inkStart + extents.width;
+        pen += extents.x_advance + style.tracking;
     }
     return std::ceil (inkEnd);
 }
 
+double Canvas::measure (std::string_view text, const TextStyle& style) const
+{
+    return layOut (text, style, [] (const std::string&, double) {});
+}
+
 void Canvas::text (std::string_view text, double x, double capTop, Align align, const TextStyle& style)
 {
-    const double width = textWidth (text, style);
-    const double inkStart = std::round (align == Align::left    ? x
-                                        : align == Align::right ? x - width
-                                                                : x - width / 2);
-    selectFont (style);
+    const double width = measure (text, style);
+    const double start = align == Align::left ? x : align == Align::right ? x - width : x - width / 2;
     setColour (style.colour);
-    double pen = inkStart;
-    bool isFirst = true;
-    for (const std::string& letter : letters (text))
-    {
-        // The ink's left edge is put on a pixel's edge, which keeps upright strokes sharp.
-        const cairo_text_extents_t extents = extentsOf (cr.get (), letter);
-        if (std::exchange (isFirst, false))
-            pen -= std::round (extents.x_bearing);
-        const double ontoPixel = std::round (extents.x_bearing) - extents.x_bearing;
-        cairo_move_to (cr.get (), pen + ontoPixel, capTop + style.capHeight);
-        cairo_text_path (cr.get (), letter.c_str ());
-        cairo_fill (cr.get ());
-        pen += advance (extents, style);
-    }
+    layOut (text, style,
+            [&] (const std::string& letter, double offset)
+            {
+                cairo_move_to (cr.get (), std::round (start) + offset, capTop + style.capHeight);
+                cairo_text_path (cr.get (), letter.c_str ());
+                cairo_fill (cr.get ());
+            });
 }
 
 Image Canvas::image () const
