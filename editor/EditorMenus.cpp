@@ -5,6 +5,7 @@
 #include "platform/EditorWindow.h"
 #include "plugin/VstSynth.h"
 #include "vstgui/lib/platform/common/genericoptionmenu.h"
+#include "vstgui/lib/platform/iplatformframe.h"
 
 using namespace VSTGUI;
 

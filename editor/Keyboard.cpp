@@ -17,9 +17,9 @@ KeyGeometry geometryOf (const Keyboard::Pictures& pictures, int firstKey, int ke
 }
 }
 
-Keyboard::Keyboard (const CRect& size, IControlListener* listener, std::int32_t tag,
+Keyboard::Keyboard (const CRect& size, IControlListener* viewListener, std::int32_t viewTag,
                     const Pictures& keyPictures, int keyCount, int firstKey, int lowestNote, int highestNote)
-    : CControl (size, listener, tag),
+    : CControl (size, viewListener, viewTag),
       pictures (keyPictures),
       geometry (geometryOf (keyPictures, firstKey, keyCount)),
       lowest (lowestNote),

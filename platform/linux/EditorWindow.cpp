@@ -18,6 +18,8 @@ using namespace VSTGUI;
 
 // The toolkit keeps one connection to the display for all open editors of this library, and so this loop is
 // one for all of them too. Whichever editor idles drives it.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor" // the toolkit's interface deletes by reference counting
 class EditorRunLoop final : public X11::IRunLoop, public AtomicReferenceCounted
 {
 public:
@@ -77,6 +79,7 @@ private:
     std::vector<X11::IEventHandler*> eventHandlers;
     std::vector<Timer> timers;
 };
+#pragma GCC diagnostic pop
 
 EditorRunLoop& runLoop ()
 {
