@@ -105,7 +105,7 @@ void Editor::menuChosen (COptionMenu& menu)
 {
     std::int32_t index = -1;
     COptionMenu* chosen = menu.getLastItemMenu (index);
-    if (chosen == nullptr || index < 0)
+    if (chosen == nullptr || menu.getLastResult () < 0) // Escape leaves a menu but no entry
         return;
     const std::int32_t tag = chosen->getTag ();
     if (tag == zoomMenuTag)
@@ -130,6 +130,7 @@ void Editor::styleMenus ()
     GenericOptionMenuTheme theme;
     theme.font = toolkit->font (menuFontSize);
     theme.backgroundColor = toColour (panel::caseColour);
+    theme.backgroundColor.alpha = 254; // the toolkit leaves a fully opaque one out
     theme.textColor = toColour (panel::letterColour);
     theme.selectedBackgroundColor = toColour (panel::accentColour);
     theme.selectedTextColor = toColour (panel::glassColour);

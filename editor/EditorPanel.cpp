@@ -131,7 +131,7 @@ void Editor::addHorizontalSlider (int x, int y, int width, int height, std::int3
 {
     const CRect size (x, y, x + width, y + height);
     auto* slider = new CHorizontalSlider (size, this, tag, CPoint (0, panel::sliderHandleOffsetY), width,
-                                          panelBitmap (bitmapId), nullptr);
+                                          panelBitmap (bitmapId), nullptr, CPoint (0, 0), CSlider::kLeft);
     slider->setWheelInc (sliderWheelShare);
     slider->setZoomFactor (fineDragFactor);
     enterControl (slider, tag, bitmapId, addToFrame);

@@ -10,7 +10,6 @@
 #include "platform/Resources.h"
 #include "vstgui/lib/platform/iplatformbitmap.h"
 #include "vstgui/lib/platform/platformfactory.h"
-#include "vstgui/lib/vstguiinit.h"
 
 using namespace VSTGUI;
 
@@ -86,7 +85,7 @@ std::shared_ptr<Toolkit> Toolkit::use ()
 
 Toolkit::Toolkit () : cache (std::make_unique<Cache> ())
 {
-    init (platform::toolkitInstance ());
+    platform::startToolkit ();
     family = existingFamily ();
     CControl::CheckDefaultValueEventFunc = asksForDefault;
 }
@@ -94,7 +93,7 @@ Toolkit::Toolkit () : cache (std::make_unique<Cache> ())
 Toolkit::~Toolkit ()
 {
     cache.reset ();
-    VSTGUI::exit ();
+    platform::endToolkit ();
 }
 
 SharedPointer<CBitmap> Toolkit::bitmap (int resourceId)

@@ -8,8 +8,9 @@ class CFrame;
 // What the editor's window needs of the system. User-interface thread only.
 namespace platform
 {
-// What the toolkit wants to know about this library when it starts; null where it wants nothing.
-void* toolkitInstance ();
+// Starts the toolkit, and ends it when no frame is open any more.
+void startToolkit ();
+void endToolkit ();
 
 // Opens the frame inside the host's window (an HWND or an X11 window id); false when there is no display or
 // the system refused.

@@ -1,5 +1,6 @@
 #include "platform/EditorWindow.h"
 
+#include <cairo/cairo-xcb.h>
 #include <xcb/xcb.h>
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include "vstgui/lib/cframe.h"
 #include "vstgui/lib/platform/linux/x11platform.h"
 #include "vstgui/lib/platform/platform_x11.h"
+#include "vstgui/lib/vstguiinit.h"
 
 namespace platform
 {
@@ -87,30 +89,65 @@ EditorRunLoop& runLoop ()
     return *loop;
 }
 
-// The toolkit takes a display for granted.
-bool displayAnswers ()
+bool displayIsKept = false;
+
+// One use of the toolkit's connection stays ours while the toolkit is in use: it would connect anew each
+// time. It takes a display for granted, so that is tried out first.
+bool keepDisplay ()
 {
+    if (displayIsKept)
+        return true;
     xcb_connection_t* connection = xcb_connect (nullptr, nullptr);
-    const bool works = xcb_connection_has_error (connection) == 0;
+    displayIsKept = xcb_connection_has_error (connection) == 0;
     xcb_disconnect (connection);
-    return works;
+    if (displayIsKept)
+        X11::RunLoop::init (shared (static_cast<X11::IRunLoop*> (&runLoop ())));
+    return displayIsKept;
+}
+
+// Tells the toolkit which drawing device lives on its connection, so that it ends the one with the other. A
+// later connection at the same address would otherwise be served by the remains of this one.
+void registerDevice (xcb_window_t window)
+{
+    xcb_connection_t* connection = X11::RunLoop::instance ().getXcbConnection ();
+    const xcb_screen_t* screen = xcb_setup_roots_iterator (xcb_get_setup (connection)).data;
+    for (auto depth = xcb_screen_allowed_depths_iterator (screen); depth.rem > 0; xcb_depth_next (&depth))
+    {
+        for (auto visual = xcb_depth_visuals_iterator (depth.data); visual.rem > 0; xcb_visualtype_next (&visual))
+        {
+            if (visual.data->visual_id != screen->root_visual)
+                continue;
+            cairo_surface_t* probe = cairo_xcb_surface_create (connection, window, visual.data, 1, 1);
+            X11::RunLoop::instance ().setDevice (cairo_surface_get_device (probe));
+            cairo_surface_destroy (probe);
+        }
+    }
 }
 }
 
-// It would look for files beside a bundle; everything is compiled in.
-void* toolkitInstance ()
+// Told where this library lies it would look for files beside it; everything is compiled in.
+void startToolkit ()
 {
-    return nullptr;
+    VSTGUI::init (nullptr);
+}
+
+void endToolkit ()
+{
+    if (displayIsKept)
+        X11::RunLoop::exit ();
+    displayIsKept = false;
+    VSTGUI::exit ();
 }
 
 bool openFrame (CFrame& frame, void* parentWindow)
 {
-    if (!displayAnswers ())
+    if (!keepDisplay ())
         return false;
     X11::FrameConfig config;
     config.runLoop = shared (static_cast<X11::IRunLoop*> (&runLoop ()));
     if (!frame.open (parentWindow, PlatformType::kX11EmbedWindowID, &config))
         return false;
+    registerDevice (dynamic_cast<X11::IX11Frame&> (*frame.getPlatformFrame ()).getX11WindowID ());
     handleWindowEvents (); // the window maps itself on its first event
     return true;
 }

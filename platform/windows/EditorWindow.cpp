@@ -1,13 +1,21 @@
 #include "platform/EditorWindow.h"
 
+#include <windows.h>
+
 #include "platform/LibraryPath.h"
 #include "vstgui/lib/cframe.h"
+#include "vstgui/lib/vstguiinit.h"
 
 namespace platform
 {
-void* toolkitInstance ()
+void startToolkit ()
 {
-    return ownModuleHandle ();
+    VSTGUI::init (static_cast<HINSTANCE> (ownModuleHandle ()));
+}
+
+void endToolkit ()
+{
+    VSTGUI::exit ();
 }
 
 bool openFrame (VSTGUI::CFrame& frame, void* parentWindow)
