@@ -123,6 +123,7 @@ void Editor::close ()
     systemWindow = nullptr;
 
     slots = {};
+    topView = nullptr;
     keyboard = nullptr;
     keyboardShown = false;
     shownNotes = {};
@@ -347,8 +348,7 @@ void Editor::showAboutPage ()
     if (aboutShown)
         return;
     aboutShown = true;
-    aboutPage->remember (); // the frame gives up one reference when it removes the view
-    frame->addView (aboutPage);
+    addShared (aboutPage);
 }
 
 void Editor::removeAboutPage ()
@@ -380,14 +380,9 @@ void Editor::setKeyboardShown (bool shown)
         return;
     keyboardShown = shown;
     if (shown)
-    {
-        keyboard->remember (); // the frame gives up one reference when it removes the view
-        frame->addView (keyboard);
-    }
+        addShared (keyboard);
     else
-    {
         frame->removeView (keyboard);
-    }
     updateRect (); // first, for the host may ask while it resizes
     frame->setSize (rect.right, rect.bottom);
     frame->invalid ();

@@ -76,6 +76,7 @@ private:
                           bool isInteger, bool addToFrame);
     void addKeyboard (const panel::Rect& rect, std::int32_t tag);
     void addProgramControls ();
+    void addShared (VSTGUI::CView* view);
     void makeAboutPage ();
     void enterControl (VSTGUI::CControl* control, std::int32_t tag, int bitmapId, bool addToFrame);
     VSTGUI::SharedPointer<VSTGUI::CBitmap> panelBitmap (int resourceId);
@@ -120,6 +121,7 @@ private:
     std::array<ControlSlot, slotCount> slots;
     VSTGUI::SharedPointer<VSTGUI::CBitmap> background;
     VSTGUI::SharedPointer<VSTGUI::CBitmap> aboutPicture;
+    VSTGUI::CView* topView = nullptr; // everything that joins the panel later goes below it
     VSTGUI::SharedPointer<Keyboard> keyboard;
     bool keyboardShown = false;
     Mailbox::NoteSet shownNotes = {};

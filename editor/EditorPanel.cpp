@@ -1,4 +1,5 @@
 // What the panel is built of, from the control table.
+#include "editor/ClipRelease.h"
 #include "editor/Colours.h"
 #include "editor/Editor.h"
 #include "editor/MenuTable.h"
@@ -73,7 +74,9 @@ void Editor::buildPanel ()
     addProgramControls ();
     updateLamps ();
     updateProgramDisplay ();
-    hoverHelp = std::make_unique<HoverHelp> (*frame, toolkit->font (helpFontSize),
+    topView = new ClipRelease (toRect (panel::panelRect));
+    frame->addView (topView);
+    hoverHelp = std::make_unique<HoverHelp> (*frame, topView, toolkit->font (helpFontSize),
                                              [this] (CView* view) { return helpFor (view); });
     frame->registerKeyboardHook (this);
 }
@@ -169,10 +172,15 @@ void Editor::addKeyboard (const panel::Rect& rectangle, std::int32_t tag)
     keyboard = makeOwned<Keyboard> (toRect (rectangle), this, tag, pictures, panel::keyCount, panel::firstKey, 0,
                                     highestNote);
     keyboardShown = synth.getParameter (paramShowKeys) != 0.0f;
-    if (!keyboardShown)
-        return;
-    keyboard->remember (); // the frame gives up one reference when it removes the view
-    frame->addView (keyboard);
+    if (keyboardShown)
+        addShared (keyboard);
+}
+
+// A view that comes and goes: the frame gives up one reference when it removes it, and we keep ours.
+void Editor::addShared (CView* view)
+{
+    view->remember ();
+    frame->addView (view, topView);
 }
 
 void Editor::addProgramControls ()

@@ -66,8 +66,8 @@ private:
     SharedPointer<CFontDesc> font;
 };
 
-HoverHelp::HoverHelp (CFrame& owner, CFontDesc* textFont, Lookup textOf)
-    : frame (owner), font (textFont), lookup (std::move (textOf))
+HoverHelp::HoverHelp (CFrame& owner, CView* viewAbove, CFontDesc* textFont, Lookup textOf)
+    : frame (owner), above (viewAbove), font (textFont), lookup (std::move (textOf))
 {
     frame.registerMouseObserver (this);
 }
@@ -95,7 +95,7 @@ void HoverHelp::show ()
     if (label == nullptr)
     {
         label = new Label (text, font);
-        frame.addView (label);
+        frame.addView (label, above);
     }
     else if (label->shownText () != text)
     {

@@ -15,7 +15,8 @@ public:
     // Tells a view's line; empty for views without one.
     using Lookup = std::function<std::string (VSTGUI::CView*)>;
 
-    HoverHelp (VSTGUI::CFrame& owner, VSTGUI::CFontDesc* textFont, Lookup textOf);
+    // The line goes directly below `viewAbove`.
+    HoverHelp (VSTGUI::CFrame& owner, VSTGUI::CView* viewAbove, VSTGUI::CFontDesc* textFont, Lookup textOf);
     ~HoverHelp () override;
 
     // To be called at every idle; brings the line after the rest.
@@ -35,6 +36,7 @@ private:
     void show ();
 
     VSTGUI::CFrame& frame;
+    VSTGUI::CView* above;
     VSTGUI::SharedPointer<VSTGUI::CFontDesc> font;
     Lookup lookup;
     VSTGUI::CView* hovered = nullptr;

@@ -25,7 +25,7 @@ const char* existingFamily ()
 {
     bool found = false;
     getPlatformFactory ().getAllFontFamilies ([&] (const std::string& name) {
-        found = name == panel::fontFamily;
+        found = found || name == panel::fontFamily; // not every system stops at false
         return !found;
     });
     return found ? panel::fontFamily : panel::fontFamilyFallback;

@@ -40,6 +40,14 @@ public:
         xcb_flush (connection);
     }
 
+    // Hidden and shown again, which exposes all that is inside.
+    void redraw () override
+    {
+        xcb_unmap_window (connection, window);
+        xcb_map_window (connection, window);
+        xcb_flush (connection);
+    }
+
     void handleEvents () override
     {
         while (auto* event = xcb_poll_for_event (connection))

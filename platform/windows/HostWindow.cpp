@@ -23,6 +23,11 @@ public:
         SetWindowPos (hwnd, nullptr, 0, 0, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
     }
 
+    void redraw () override
+    {
+        RedrawWindow (hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    }
+
     void handleEvents () override
     {
         MSG message;

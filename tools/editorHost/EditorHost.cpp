@@ -42,6 +42,7 @@ struct EditorHost::Command
 const EditorHost::Command EditorHost::commands[] = {
     { "open", 1, &EditorHost::openEditor },      // answers the milliseconds it took
     { "close", 1, &EditorHost::closeEditor },
+    { "redraw", 1, &EditorHost::redraw },        // all of it, as if the window had been covered
     { "rect", 1, &EditorHost::rectangle },       // width height
     { "get", 2, &EditorHost::getParameter },     // get INDEX
     { "set", 3, &EditorHost::setParameter },     // set INDEX VALUE
@@ -165,6 +166,13 @@ std::string EditorHost::closeEditor (const Words& /*words*/)
 {
     call (effEditClose);
     window = nullptr;
+    return "ok";
+}
+
+std::string EditorHost::redraw (const Words& /*words*/)
+{
+    if (window != nullptr)
+        window->redraw ();
     return "ok";
 }
 

@@ -40,6 +40,7 @@ private:
 
     std::string openEditor (const Words& words);
     std::string closeEditor (const Words& words);
+    std::string redraw (const Words& words);
     std::string rectangle (const Words& words);
     std::string getParameter (const Words& words);
     std::string setParameter (const Words& words);
