@@ -28,6 +28,7 @@ void prepare (VstSynth& synth)
 std::vector<TimedMidi> chord (int voices)
 {
     std::vector<TimedMidi> notes;
+    notes.reserve (static_cast<std::size_t> (voices));
     for (int n = 0; n < voices; ++n)
         notes.push_back ({ 0, 0x90, static_cast<unsigned char> (lowestNote + 3 * n), 100 });
     return notes;
@@ -45,7 +46,7 @@ void renderVoices (benchmark::State& state)
     std::vector<float> left (static_cast<std::size_t> (block));
     std::vector<float> right (left);
     float* outputs[] = { left.data (), right.data () };
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
     {
         synth.processReplacing (nullptr, outputs, block);
         benchmark::ClobberMemory ();
@@ -68,7 +69,7 @@ void renderAsleep (benchmark::State& state)
     std::vector<float> left (block);
     std::vector<float> right (block);
     float* outputs[] = { left.data (), right.data () };
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
     {
         synth.processReplacing (nullptr, outputs, block);
         benchmark::ClobberMemory ();
@@ -82,7 +83,7 @@ BENCHMARK (renderAsleep);
 void openInstance (benchmark::State& state)
 {
     FakeHost host;
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
     {
         VstSynth synth (FakeHost::callback, host.services ());
         benchmark::DoNotOptimize (&synth);

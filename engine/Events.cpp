@@ -64,8 +64,8 @@ void Engine::catchUpLfo (const VstTimeInfo& time)
     const double cycle = sampleRate / (time.tempo / static_cast<double> (syncDivision));
     const double remainder = std::fmod (time.samplePos, cycle);
     const double most = std::min (mostCatchUpTicks, static_cast<double> (lfo.cycleSamples ()) + 1.0);
-    const double ticks = std::min (std::floor (remainder) + 1.0, most);
-    for (double tick = 0.0; tick < ticks; tick += 1.0)
+    const auto ticks = static_cast<int> (std::min (std::floor (remainder) + 1.0, most));
+    for (int tick = 0; tick < ticks; ++tick)
         lfo.tick ();
 }
 

@@ -1,7 +1,7 @@
 #include "host/Plugin.h"
 
+#include <algorithm>
 #include <array>
-#include <cstring>
 #include <stdexcept>
 #include <string_view>
 
@@ -37,9 +37,12 @@ VstIntPtr hostCanDo (const char* text)
     return 0;
 }
 
-VstIntPtr copyText (void* target, const char* text)
+// The interface promises room for 64 characters.
+VstIntPtr copyText (void* target, std::string_view text)
 {
-    std::strcpy (static_cast<char*> (target), text); // the interface promises 64 characters
+    auto* characters = static_cast<char*> (target);
+    std::copy (text.begin (), text.end (), characters);
+    characters[text.size ()] = '\0';
     return 1;
 }
 }

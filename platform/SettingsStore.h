@@ -11,7 +11,7 @@ class SettingsStore
 public:
     virtual ~SettingsStore () = default;
 
-    // The stored number; 0 when there is none or it cannot be read.
+    // The number stored now, by whichever process; 0 when there is none or it cannot be read.
     virtual std::uint32_t read (std::string_view subkey, std::string_view name) const = 0;
 
     // False when the number could not be stored. A store may hold numbers back until commit.

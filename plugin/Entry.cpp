@@ -5,13 +5,19 @@
 
 namespace
 {
+// Set for the life of the library once an editor could not be made: every later load is refused, too.
+bool editorCreationFailed = false;
+
 // Makes one instance; null when the host does not tell its version, memory ran out or the editor failed.
 AudioEffect* createEffectInstance (AudioMasterCallback host)
 {
     if (host (nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f) == 0)
         return nullptr;
     auto synth = std::unique_ptr<VstSynth> (new (std::nothrow) VstSynth (host));
-    if (synth == nullptr || !synth->editorWasMade ())
+    if (synth == nullptr)
+        return nullptr;
+    editorCreationFailed = editorCreationFailed || !synth->editorWasMade ();
+    if (editorCreationFailed)
         return nullptr;
     return synth.release ();
 }

@@ -55,7 +55,6 @@ VstSynth::VstSynth (AudioMasterCallback host, Services surroundings)
     if (services.createEditor != nullptr)
     {
         synthEditor = services.createEditor (*this);
-        editorCreationFailed = synthEditor == nullptr;
         setEditor (synthEditor != nullptr ? &synthEditor->asAEffEditor () : nullptr);
     }
     engine.initialise ();

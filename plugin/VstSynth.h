@@ -64,8 +64,8 @@ public:
     // `askUser` is set), else from the factory bank resource. Applies nothing; call setProgram afterwards.
     void loadBank (int resourceId, bool tryUserFile, bool askUser);
 
-    // False when the editor could not be made; the library then refuses to load.
-    bool editorWasMade () const { return !editorCreationFailed; }
+    // False when there should be an editor and it could not be made.
+    bool editorWasMade () const { return services.createEditor == nullptr || synthEditor != nullptr; }
 
 private:
     // EngineHost
@@ -101,7 +101,6 @@ private:
     BankImage bank;
     Services services;
     bool initialising = true; // holds parameter traffic off while the object is built
-    bool editorCreationFailed = false;
     std::atomic<std::int32_t> midiLearnTarget = -1; // parameter waiting for a controller; set by both threads
     Engine engine;
     std::unique_ptr<SynthEditor> synthEditor;

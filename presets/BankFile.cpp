@@ -35,21 +35,23 @@ std::filesystem::path VstSynth::userBankPath () const
 bool VstSynth::readUserBank (bool askUser)
 {
     const std::filesystem::path path = userBankPath ();
+    std::error_code failed;
+    if (!std::filesystem::is_regular_file (path, failed)) // a folder is no bank; a pipe would keep us waiting
+        return false;
     std::ifstream file (path, std::ios::binary);
-    if (path.empty () || !file)
+    if (!file)
         return false;
     if (askUser && services.showMessage ("Reload from User-Default bank? (No = Loads Factory Bank)",
                                          "Warning!", Buttons::yesNo) != Answer::yes)
         return false;
 
-    std::error_code failed;
-    const std::uintmax_t size = std::filesystem::file_size (path, failed);
-    if (failed)
+    const std::streamoff size = file.seekg (0, std::ios::end).tellg ();
+    if (size < 0)
         services.showMessage ("Can't load file", "error!", Buttons::ok);
     else if (size == sizeof (BankImage))
     {
         BankImage image;
-        if (file.read (reinterpret_cast<char*> (&image), sizeof image))
+        if (file.seekg (0).read (reinterpret_cast<char*> (&image), sizeof image))
             bank = image;
     }
     return true;

@@ -2,6 +2,8 @@
 #include "plugin/VstSynth.h"
 #include "resources/ResourceIds.h"
 
+using platform::Answer;
+
 namespace
 {
 constexpr char warning[] = "Warning!";
@@ -12,12 +14,12 @@ bool isCommand (float value, MainMenuCommand command)
 }
 }
 
-// The confirmations go ahead whatever is pressed; Cancel does not cancel. That is meant. A system that can
-// show no box counts as an answer, too.
+// The confirmations go ahead whatever is pressed; Cancel does not cancel. That is meant. Only a box that the
+// system failed to show stops the command.
 void VstSynth::handleCommand (VstInt32 index, float value)
 {
-    const auto announce = [this] (const char* question)
-    { services.showMessage (question, warning, platform::Buttons::okCancel); };
+    const auto answered = [this] (const char* question)
+    { return services.showMessage (question, warning, platform::Buttons::okCancel) != Answer::none; };
 
     if (index == commandLearn)
     {
@@ -26,26 +28,17 @@ void VstSynth::handleCommand (VstInt32 index, float value)
     }
     if (index != commandMainMenu)
         return;
-    if (isCommand (value, menuSaveControllerPresets))
-    {
-        announce ("Save Actual Values as Defaults?");
+    if (isCommand (value, menuSaveControllerPresets) && answered ("Save Actual Values as Defaults?"))
         saveStoredDefaults ();
-    }
-    else if (isCommand (value, menuMidiForget))
-    {
-        announce ("Forget Learned MidiCC?");
+    else if (isCommand (value, menuMidiForget) && answered ("Forget Learned MidiCC?"))
         forgetAllControllers ();
-    }
-    else if (isCommand (value, menuLoadFactoryBank))
+    else if (isCommand (value, menuLoadFactoryBank) && answered ("Reload Factory Presets?"))
     {
-        announce ("Reload Factory Presets?");
         loadBank (factoryBankId, false, false);
         setProgram (currentProgram);
         refreshProgramList ();
     }
-    else if (isCommand (value, menuSaveDefaultBank))
-    {
-        announce ("Save Current Presets as User-Default Bank?");
+    else if (isCommand (value, menuSaveDefaultBank) &&
+             answered ("Save Current Presets as User-Default Bank?"))
         saveUserBank ();
-    }
 }

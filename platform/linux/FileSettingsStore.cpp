@@ -1,5 +1,7 @@
 // The settings as one text file: a number, a tab and a name per line, names with their trailing blanks.
+#include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
@@ -7,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <sys/file.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -18,33 +21,67 @@ namespace
 using Numbers = std::map<std::string, std::uint32_t, std::less<>>;
 
 constexpr std::string_view header = "# Settings of Corvanex instruments: number, tab, group\\name\n";
+constexpr std::streamoff mostBytes = 1 << 20; // of a file that can be ours
 
-std::filesystem::path settingsFile ()
+std::filesystem::path configurationFolder ()
 {
+    // Relative paths count as not set, for they would mean another folder in every host.
     if (const char* config = std::getenv ("XDG_CONFIG_HOME"); config != nullptr && *config == '/')
-        return std::filesystem::path (config) / "corvanex" / "settings";
-    if (const char* home = std::getenv ("HOME"); home != nullptr && *home != 0)
-        return std::filesystem::path (home) / ".config" / "corvanex" / "settings";
+        return config;
+    if (const char* home = std::getenv ("HOME"); home != nullptr && *home == '/')
+        return std::filesystem::path (home) / ".config";
     return {};
 }
 
-// The numbers of a settings file; nothing when a line is damaged.
-std::optional<Numbers> parse (std::istream& file)
+std::filesystem::path settingsFile ()
+{
+    const std::filesystem::path folder = configurationFolder ();
+    return folder.empty () ? folder : folder / "corvanex" / "settings";
+}
+
+bool isName (std::string_view text)
+{
+    const auto isControl = [] (char c) { return static_cast<unsigned char> (c) < ' '; };
+    return !text.empty () && std::none_of (text.begin (), text.end (), isControl);
+}
+
+// The numbers of a settings file; none when a line is damaged or the last one is not whole.
+std::optional<Numbers> parse (std::string_view text)
 {
     Numbers numbers;
-    std::string line;
-    while (std::getline (file, line))
+    while (!text.empty ())
     {
-        if (line.starts_with ('#'))
+        const std::size_t length = text.find ('\n');
+        if (length == std::string_view::npos)
+            return std::nullopt;
+        const std::string_view line = text.substr (0, length);
+        text.remove_prefix (length + 1);
+        if (line.empty () || line.front () == '#')
             continue;
         std::uint32_t number = 0;
         const char* end = line.data () + line.size ();
         const auto [rest, error] = std::from_chars (line.data (), end, number);
-        if (error != std::errc () || rest == end || *rest != '\t' || rest + 1 == end)
+        if (error != std::errc () || rest == end || *rest != '\t' || !isName ({ rest + 1, end }))
             return std::nullopt;
         numbers[std::string (rest + 1, end)] = number;
     }
     return numbers;
+}
+
+// The numbers stored in a file; none when it is not there, cannot be read or is damaged.
+std::optional<Numbers> load (const std::filesystem::path& path)
+{
+    std::error_code failed;
+    if (!std::filesystem::is_regular_file (path, failed)) // opening a pipe would wait for its other end
+        return std::nullopt;
+    std::ifstream file (path, std::ios::binary | std::ios::ate);
+    const std::streamoff size = file.tellg ();
+    if (!file || size > mostBytes)
+        return std::nullopt;
+    std::string text (static_cast<std::size_t> (size), '\0');
+    if (!file.seekg (0).read (text.data (), size))
+        return std::nullopt;
+    return parse (text);
 }
 
 // Held while the file is read, merged and replaced, so that no other process's numbers get lost.
@@ -52,10 +89,13 @@ class FileLock
 {
 public:
     explicit FileLock (const std::filesystem::path& path)
-        : file (::open (path.c_str (), O_RDWR | O_CREAT | O_CLOEXEC, 0644))
+        : file (::open (path.c_str (), O_RDWR | O_CREAT | O_CLOEXEC, 0666))
     {
-        if (file >= 0)
-            ::flock (file, LOCK_EX);
+        // Others hold it for moments only. One that was stopped meanwhile must not stop this host, too.
+        const auto deadline = std::chrono::steady_clock::now () + std::chrono::seconds (3);
+        while (file >= 0 && !(held = ::flock (file, LOCK_EX | LOCK_NB) == 0) &&
+               std::chrono::steady_clock::now () < deadline)
+            std::this_thread::sleep_for (std::chrono::milliseconds (2));
     }
     ~FileLock ()
     {
@@ -65,45 +105,43 @@ public:
     FileLock (const FileLock&) = delete;
     FileLock& operator= (const FileLock&) = delete;
 
+    bool isHeld () const { return held; }
+
 private:
     int file;
+    bool held = false;
 };
 
 class FileSettingsStore final : public SettingsStore
 {
 public:
+    // Always looks at the file, for another instance may have replaced it.
     std::uint32_t read (std::string_view subkey, std::string_view name) const override
     {
-        std::ifstream file (path);
-        const Numbers numbers = parse (file).value_or (Numbers ());
+        const Numbers numbers = load (path).value_or (Numbers ());
         const auto found = numbers.find (fullName (subkey, name));
         return found != numbers.end () ? found->second : 0;
     }
 
     bool write (std::string_view subkey, std::string_view name, std::uint32_t number) override
     {
-        if (path.empty () || name.find_first_of ("\n\t") != std::string_view::npos)
+        const std::string full = fullName (subkey, name);
+        if (!isName (full))
             return false;
-        pending[fullName (subkey, name)] = number;
+        pending[full] = number;
         return true;
     }
 
     bool commit () override
     {
         const Numbers written = std::exchange (pending, {});
+        if (written.empty ())
+            return true;
         std::error_code failed;
         if (path.empty () || (std::filesystem::create_directories (path.parent_path (), failed), failed))
             return false;
         const FileLock lock (path.string () + ".lock");
-        Numbers numbers;
-        if (!readForMerge (numbers))
-            return false;
-        for (const auto& [name, number] : written)
-            numbers[name] = number;
-        std::string text (header);
-        for (const auto& [name, number] : numbers)
-            text += std::to_string (number) + '\t' + name + '\n';
-        return platform::replaceFile (path, std::as_bytes (std::span (text)));
+        return lock.isHeld () && mergeIntoFile (written);
     }
 
 private:
@@ -112,22 +150,44 @@ private:
         return std::string (subkey) + '\\' + std::string (name);
     }
 
-    // What is stored already. A file that cannot be understood is set aside first; false when even that
-    // fails, and then it stays untouched.
-    bool readForMerge (Numbers& numbers) const
+    bool mergeIntoFile (const Numbers& written) const
     {
         std::error_code failed;
-        if (!std::filesystem::exists (path, failed))
-            return !failed;
-        std::ifstream file (path);
-        std::optional<Numbers> stored = file ? parse (file) : std::nullopt;
-        if (stored)
+        std::optional<Numbers> numbers = load (path);
+        std::filesystem::path backup;
+        if (!numbers && std::filesystem::exists (path, failed))
         {
-            numbers = std::move (*stored);
-            return true;
+            backup = freeBackupName ();
+            std::filesystem::rename (path, backup, failed);
         }
-        std::filesystem::rename (path, path.string () + ".damaged", failed);
-        return !failed;
+        if (failed)
+            return false;
+
+        std::string text (header);
+        for (const auto& [name, number] : merged (numbers.value_or (Numbers ()), written))
+            text += std::to_string (number) + '\t' + name + '\n';
+        if (platform::replaceFile (path, std::as_bytes (std::span (text))))
+            return true;
+        if (!backup.empty ())
+            std::filesystem::rename (backup, path, failed);
+        return false;
+    }
+
+    static Numbers merged (Numbers numbers, const Numbers& written)
+    {
+        for (const auto& [name, number] : written)
+            numbers[name] = number;
+        return numbers;
+    }
+
+    // Where a file that cannot be understood is set aside; earlier ones stay.
+    std::filesystem::path freeBackupName () const
+    {
+        std::error_code failed;
+        std::filesystem::path name = path.string () + ".damaged";
+        for (int number = 2; std::filesystem::exists (name, failed); ++number)
+            name = path.string () + ".damaged" + std::to_string (number);
+        return name;
     }
 
     std::filesystem::path path = settingsFile ();

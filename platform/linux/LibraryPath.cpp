@@ -6,11 +6,8 @@ namespace
 {
 // An address within this module.
 char anchor = 0;
-}
 
-namespace platform
-{
-std::filesystem::path ownLibraryPath ()
+std::filesystem::path findOwnPath ()
 {
     Dl_info info = {};
     if (dladdr (&anchor, &info) == 0 || info.dli_fname == nullptr)
@@ -20,10 +17,21 @@ std::filesystem::path ownLibraryPath ()
     return failed ? std::filesystem::path () : path;
 }
 
+// The loader knows the name that the host gave it, which may be relative to the folder that was current then.
+// So the path is found while the library is being loaded.
+const std::filesystem::path pathAtLoad = findOwnPath ();
+}
+
+namespace platform
+{
+std::filesystem::path ownLibraryPath ()
+{
+    return pathAtLoad;
+}
+
 void* ownModuleHandle ()
 {
-    const std::filesystem::path path = ownLibraryPath ();
-    void* handle = dlopen (path.c_str (), RTLD_LAZY | RTLD_NOLOAD);
+    void* handle = dlopen (pathAtLoad.c_str (), RTLD_LAZY | RTLD_NOLOAD);
     if (handle == nullptr) // the main program itself, in tests
         return dlopen (nullptr, RTLD_LAZY);
     dlclose (handle); // the look-up's own reference; the module stays loaded while its code runs

@@ -3,14 +3,34 @@
 #include <string>
 #include <windows.h>
 
+namespace
+{
+constexpr int mostNames = 100; // left-over temporary files of crashed processes that are passed over
+
+// A new file beside `path`, whoever else is writing there; INVALID_HANDLE_VALUE on failure. Answers its name
+// in `name`.
+HANDLE createTemporary (const std::filesystem::path& path, std::wstring& name)
+{
+    HANDLE file = INVALID_HANDLE_VALUE;
+    for (int number = 0; number < mostNames && file == INVALID_HANDLE_VALUE; ++number)
+    {
+        name = path.wstring () + L'.' + std::to_wstring (GetCurrentProcessId ()) + L'-' +
+               std::to_wstring (number) + L".tmp";
+        file = CreateFileW (name.c_str (), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
+                            nullptr);
+        if (file == INVALID_HANDLE_VALUE && GetLastError () != ERROR_FILE_EXISTS)
+            break;
+    }
+    return file;
+}
+}
+
 namespace platform
 {
 bool replaceFile (const std::filesystem::path& path, std::span<const std::byte> content)
 {
-    const std::wstring temporary =
-        path.wstring () + L"." + std::to_wstring (GetCurrentProcessId ()) + L".tmp";
-    HANDLE file = CreateFileW (temporary.c_str (), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                               FILE_ATTRIBUTE_NORMAL, nullptr);
+    std::wstring temporary;
+    HANDLE file = createTemporary (path, temporary);
     if (file == INVALID_HANDLE_VALUE)
         return false;
     DWORD written = 0;

@@ -36,7 +36,7 @@ public:
             return 0;
         const LSTATUS status =
             RegQueryValueExA (key, name.c_str (), nullptr, &type, reinterpret_cast<BYTE*> (&number), &size);
-        return status == ERROR_SUCCESS && type == REG_DWORD ? number : 0;
+        return status == ERROR_SUCCESS && type == REG_DWORD && size == sizeof number ? number : 0;
     }
 
     bool write (const std::string& name, std::uint32_t number) const

@@ -1,7 +1,7 @@
 // Drawing with cairo, reduced to what the panel's art needs.
 #pragma once
 
-#include "tools/makePanelBitmap.h"
+#include "tools/makePanel/BmpFile.h"
 
 #include <cairo.h>
 #include <functional>

@@ -1,6 +1,6 @@
 // Draws the panel's bitmaps into a folder: makePanel resources
 // With --preview it also writes the assembled panel as a PNG file to look at.
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -20,17 +20,19 @@ void writeFile (const std::filesystem::path& path, const std::vector<std::uint8_
 
 int main (int argc, char** argv)
 {
-    CLI::App app{ "Draws the bitmaps of the panel." };
-    std::string folder, preview;
-    app.add_option ("folder", folder, "Where the .bmp files go")->check (CLI::ExistingDirectory);
-    app.add_option ("--preview", preview, "PNG file for the assembled panel");
-    CLI11_PARSE (app, argc, argv);
-
     try
     {
+        CLI::App app{ "Draws the bitmaps of the panel." };
+        std::string folder, preview;
+        app.add_option ("folder", folder, "Where the .bmp files go")->check (CLI::ExistingDirectory);
+        app.add_option ("--preview", preview, "PNG file for the assembled panel");
+        CLI11_PARSE (app, argc, argv);
+
         if (!folder.empty ())
+        {
             for (const panel::Bitmap& bitmap : panel::bitmaps ())
                 writeFile (std::filesystem::path (folder) / bitmap.file, panelart::bmpFile (bitmap));
+        }
         if (!preview.empty ())
             panelart::savePreview (preview);
     }

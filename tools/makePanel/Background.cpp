@@ -1,4 +1,4 @@
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <algorithm>
 #include <cmath>
@@ -42,8 +42,10 @@ constexpr Plate plates[] = {
 void platePath (Canvas& canvas, const Plate& plate)
 {
     for (const Rect& part : { plate.first, plate.second })
+    {
         if (part.width > 0)
             canvas.roundedRect (part.x, part.y, part.width, part.height, plateRadius);
+    }
 }
 
 void drawPlate (Canvas& canvas, const Plate& plate)
@@ -64,8 +66,10 @@ void drawPlate (Canvas& canvas, const Plate& plate)
     platePath (canvas, { plate.titled, plate.first, {} });
     cairo_clip (cr);
     if (plate.titled)
+    {
         canvas.fillRect (plate.first.x, plate.first.y, plate.first.width, titleBand,
                          mix (plateColour, highlightColour, 0.09));
+    }
     canvas.fillRect (plate.first.x, plate.first.y, plate.first.width, 1,
                      mix (plateColour, highlightColour, 0.25));
     cairo_restore (cr);
@@ -148,27 +152,18 @@ void drawHorizon (Canvas& canvas)
     cairo_stroke (cr);
 }
 
-// A sun behind the valley, in a ring.
+// A sun behind two hills, in a ring.
 void drawBadge (Canvas& canvas, double x, double y)
 {
+    constexpr double radius = 16;
     cairo_t* cr = canvas.context ();
-    constexpr double radius = 15;
+    canvas.fillCircle (x, y, radius, caseColour);
     cairo_save (cr);
     cairo_arc (cr, x, y, radius, 0, 2 * std::numbers::pi);
     cairo_clip (cr);
-    canvas.fillRect (x - radius, y - radius, 2 * radius, 2 * radius, caseColour);
-    canvas.fillCircle (x, y - 1, 6.5, accentColour);
-    canvas.setColour (mix (plateColour, highlightColour, 0.3));
-    cairo_move_to (cr, x - radius, y - 3);
-    cairo_curve_to (cr, x - 6, y - 3, x - 4, y + 7, x + 4, y + 9);
-    cairo_line_to (cr, x - radius, y + radius);
-    cairo_fill (cr);
-    canvas.setColour (mix (plateColour, highlightColour, 0.16));
-    cairo_move_to (cr, x + radius, y - 1);
-    cairo_curve_to (cr, x + 7, y - 1, x + 5, y + 8, x - radius, y + 9);
-    cairo_line_to (cr, x - radius, y + radius);
-    cairo_line_to (cr, x + radius, y + radius);
-    cairo_fill (cr);
+    canvas.fillCircle (x, y - 2, 7, accentColour);
+    canvas.fillCircle (x - 11, y + 15, 16, mix (plateColour, highlightColour, 0.26));
+    canvas.fillCircle (x + 10, y + 19, 18, mix (plateColour, highlightColour, 0.1));
     cairo_restore (cr);
     canvas.setColour (scaleColour);
     cairo_set_line_width (cr, 1);
@@ -188,15 +183,16 @@ std::vector<PrintedText> printedTexts ()
         for (const char* line : { control.label, control.secondLabel })
         {
             if (line != nullptr)
-                texts.push_back (printed (line, control.rect.x + control.rect.width / 2.0, top, Align::centre,
-                                          labelStyle));
+                texts.push_back (printed (line, control.centreX (), top, Align::centre, labelStyle));
             top += labelLinePitch;
         }
         std::ranges::move (printedPositionNames (control), std::back_inserter (texts));
     }
     for (const Label& label : labels ())
+    {
         texts.push_back (printed (label.text, label.x, label.capTop, label.align,
                                   label.style == LabelStyle::section ? titleStyle : labelStyle));
+    }
     return texts;
 }
 
@@ -208,15 +204,20 @@ Image drawBackground ()
     drawSliderTicks (canvas);
     for (const Control& control : controls ())
     {
-        drawTicks (canvas, control.scale, control.rect.x + control.rect.width / 2.0,
-                   control.rect.y + control.rect.height / 2.0, control.rect.width);
+        drawTicks (canvas, control.scale, control.centreX (), control.centreY (), control.rect.width);
         drawPositionDrawings (canvas, control);
         if (control.kind == ControlKind::slider)
+        {
             drawSliderGroove (canvas, control);
+        }
         else if (control.kind == ControlKind::valueDisplay)
+        {
             drawGlass (canvas, control.rect);
+        }
         else if (control.kind == ControlKind::keyboard)
+        {
             drawKeyBed (canvas, control);
+        }
     }
     drawGlass (canvas, programDisplayRect);
     drawHorizon (canvas);

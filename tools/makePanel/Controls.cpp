@@ -1,4 +1,4 @@
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <cmath>
 #include <numbers>
@@ -59,8 +59,10 @@ void drawKnob (Canvas& canvas, Point centre, double radius, double degrees)
 Scale scaleOf (int bitmapId)
 {
     for (const Control& control : controls ())
+    {
         if (control.bitmapId == bitmapId)
             return control.scale == Scale::bipolar ? Scale::unipolar : control.scale;
+    }
     return Scale::none;
 }
 
@@ -130,29 +132,37 @@ void drawSmallButton (Canvas& canvas, int y, bool pressed)
     cairo_fill (canvas.context ());
 }
 
+// Shows a sounding key.
+void drawKeyMark (Canvas& canvas, double centreX, double centreY, double length)
+{
+    constexpr double thickness = 5;
+    canvas.setColour (accentColour);
+    canvas.roundedRect (centreX - length / 2, centreY - thickness / 2, length, thickness, thickness / 2);
+    cairo_fill (canvas.context ());
+}
+
+// A white key leaves one dark column at its right, the gap to its neighbour. Pressed, it sinks: its
+// front edge nearly goes, the shadow of the case reaches further down, and a mark lights up.
 void drawWhiteKey (Canvas& canvas, bool down)
 {
-    constexpr int width = 35, height = 98;
-    const Colour top = down ? mix (ivory, plateColour, 0.35) : mix (ivory, plateColour, 0.06);
-    const Colour front = mix (ivory, caseColour, down ? 0.5 : 0.28);
+    constexpr int width = 35, height = 98, body = width - 1;
+    const Colour top = mix (ivory, plateColour, down ? 0.35 : 0.04);
+    const Colour front = mix (ivory, caseColour, down ? 0.55 : 0.3);
     const int frontHeight = down ? 2 : 6;
     canvas.fillRect (0, 0, width, height, shadowColour);
     canvas.setColour (front);
-    canvas.roundedRect (0.5, -6, width - 1, height + 5, 3);
+    canvas.roundedRect (0, -6, body, height + 5, 2.5);
     cairo_fill (canvas.context ());
     canvas.setColour (top);
-    canvas.roundedRect (0.5, -6, width - 1, height + 5 - frontHeight, 3);
+    canvas.roundedRect (0, -6, body, height + 5 - frontHeight, 2.5);
     cairo_fill (canvas.context ());
-    canvas.fillRect (1, 0, 1, height - frontHeight - 4, highlightColour, down ? 0.15 : 0.7);
-    canvas.fillRect (width - 2, 0, 1, height - frontHeight - 4, caseColour, 0.16);
+    canvas.fillRect (0, 0, 1, height - frontHeight - 4, highlightColour, down ? 0.15 : 0.6);
+    canvas.fillRect (body - 1, 0, 1, height - frontHeight - 4, caseColour, 0.15);
+    const int shadowRows = down ? 9 : 5;
+    for (int row = 0; row < shadowRows; ++row)
+        canvas.fillRect (0, row, body, 1, shadowColour, 0.4 * (shadowRows - row) / shadowRows);
     if (down)
-    {
-        canvas.setColour (accentColour);
-        canvas.roundedRect (width / 2.0 - 7, height - 18, 14, 5, 2.5);
-        cairo_fill (canvas.context ());
-    }
-    for (int row = 0; row < 5; ++row)
-        canvas.fillRect (0, row, width, 1, shadowColour, (down ? 0.5 : 0.3) * (5 - row) / 5);
+        drawKeyMark (canvas, body / 2.0, height - 16, 14);
 }
 
 void drawBlackKey (Canvas& canvas, bool down)
@@ -168,11 +178,7 @@ void drawBlackKey (Canvas& canvas, bool down)
     cairo_fill (canvas.context ());
     canvas.fillRect (2, 0, 1, height - frontHeight - 3, highlightColour, down ? 0.1 : 0.3);
     if (down)
-    {
-        canvas.setColour (accentColour);
-        canvas.roundedRect (width / 2.0 - 5, height - 15, 10, 5, 2.5);
-        cairo_fill (canvas.context ());
-    }
+        drawKeyMark (canvas, width / 2.0, height - 13, 9);
 }
 }
 

@@ -1,4 +1,4 @@
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <algorithm>
 #include <array>
@@ -55,9 +55,11 @@ void pasteKeys (Canvas& canvas, const Control& keyboard)
                 keyIsBlack ? (down ? blackKeyDownId : blackKeyUpId) : (down ? whiteKeyDownId : whiteKeyUpId);
             const int height = std::min (keyboard.rect.height, keyIsBlack ? black.height : white.height);
             if (keyIsBlack == blackPass)
+            {
                 canvas.paste (drawBitmap (*findBitmap (id)),
                               { 0, 0, keyIsBlack ? black.width : white.width, height },
                               keyIsBlack ? x - black.width / 2 - 1 : x, keyboard.rect.y);
+            }
             if (!keyIsBlack)
                 x += white.width;
         }
@@ -91,18 +93,23 @@ void savePreview (const std::string& pngPath)
         const Bitmap* bitmap = findBitmap (control.bitmapId);
         const auto value = typicalValues.find (control.tag);
         if (control.kind == ControlKind::keyboard)
+        {
             pasteKeys (canvas, control);
+        }
         else if (bitmap != nullptr && control.kind == ControlKind::slider)
+        {
             pasteSliderHandle (canvas, control, *bitmap, value->second);
+        }
         else if (bitmap != nullptr)
+        {
             pasteFrame (canvas, control, *bitmap, value->second);
+        }
     }
     pasteButtons (canvas);
     const TextStyle value{ fontFamily, false, 6, 0, accentColour };
     const TextStyle program{ fontFamily, false, 10, 0, accentColour };
     canvas.text ("1/16", 234.5, 193, Align::centre, value);
-    canvas.text ("000  Warm Valley Bass", programDisplayRect.x + 8, programDisplayRect.y + 7, Align::left,
-                 program);
+    canvas.text ("000  Warm Valley Bass", programTextRect.x, programTextRect.y + 7, Align::left, program);
     canvas.savePng (pngPath);
 }
 }

@@ -1,5 +1,5 @@
 // The marks around knobs: ticks, position names, small wave drawings.
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <algorithm>
 #include <array>
@@ -97,9 +97,8 @@ Box positionBox (const Control& control, int position, double width, double heig
         x = std::sin (radians) * distance;
         y = -std::cos (radians) * distance;
     }
-    const double centreX = control.rect.x + control.rect.width / 2.0;
-    const double centreY = control.rect.y + control.rect.height / 2.0;
-    return { std::round (centreX + x - width / 2), std::round (centreY + y - height / 2), width, height };
+    return { std::round (control.centreX () + x - width / 2),
+             std::round (control.centreY () + y - height / 2), width, height };
 }
 }
 

@@ -1,7 +1,7 @@
 // The panel's art: every bitmap of the layout's table, drawn from its rows.
 #pragma once
 
-#include "tools/makePanelDrawing.h"
+#include "tools/makePanel/Canvas.h"
 
 #include <string>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "tools/makePanelArt.h"
+#include "tools/makePanel/PanelArt.h"
 
 #include <cmath>
 #include <functional>
@@ -33,14 +33,18 @@ double pulse (double cycles, double duty)
 }
 
 // A range of hills: everything below height(x), which is measured from the top.
-void drawHills (Canvas& canvas, const Image& size, Colour colour,
-                const std::function<double (double)>& height)
+void drawHills (Canvas& canvas, Colour colour, const std::function<double (double)>& height)
 {
+    constexpr int pointsPerPixel = 2;
+    constexpr int pointCount = aboutRect.width * pointsPerPixel;
     cairo_t* cr = canvas.context ();
-    cairo_move_to (cr, 0, size.height);
-    for (double x = 0; x <= size.width; x += 0.5)
+    cairo_move_to (cr, 0, aboutRect.height);
+    for (int point = 0; point <= pointCount; ++point)
+    {
+        const double x = static_cast<double> (point) / pointsPerPixel;
         cairo_line_to (cr, x, height (x));
-    cairo_line_to (cr, size.width, size.height);
+    }
+    cairo_line_to (cr, aboutRect.width, aboutRect.height);
     cairo_close_path (cr);
     canvas.setColour (colour);
     cairo_fill (cr);
@@ -59,31 +63,31 @@ void drawSky (Canvas& canvas)
 // pulse train in front.
 Image drawAbout ()
 {
-    const Image size{ aboutRect.width, aboutRect.height, {} };
-    Canvas canvas (size.width, size.height, nightSky);
+    Canvas canvas (aboutRect.width, aboutRect.height, nightSky);
     drawSky (canvas);
 
     const auto distance = [] (double amount) { return mix (nearHill, farHill, amount); };
-    drawHills (canvas, size, distance (1.0),
+    drawHills (canvas, distance (1.0),
                [] (double x)
                { return 150 - 34 * saw (x / 102 + 0.3) * (0.55 + 0.45 * sine (x / 612 + 0.1)); });
-    drawHills (canvas, size, distance (0.66),
+    drawHills (canvas, distance (0.66),
                [] (double x) { return 162 + 13 * sine (x / 245 + 0.12) + 4 * sine (x / 81 + 0.4); });
-    drawHills (canvas, size, distance (0.38), [] (double x) { return 182 + 13 * sine (x / 330 + 0.55); });
-    drawHills (canvas, size, distance (0.0),
+    drawHills (canvas, distance (0.38), [] (double x) { return 182 + 13 * sine (x / 330 + 0.55); });
+    drawHills (canvas, distance (0.0),
                [] (double x)
                { return 214 + 6 * sine (x / 612 + 0.2) - (x > 330 ? 9 * pulse (x / 24, 0.35) : 0); });
 
     const TextStyle name{ fontFamily, true, 34, -1, letterColour };
     const TextStyle line{ fontFamily, false, 8, 0.4, letterColour };
-    canvas.text ("Brimvale", 40, 40, Align::left, name);
+    canvas.text ("Brimvale", 42, 40, Align::left, name);
     canvas.text ("Two-oscillator subtractive synthesizer", 42, 90, Align::left, line);
 
-    canvas.text ("Click to close", size.width - 40, aboutVersionRect.y - aboutRect.y + 4, Align::right, line);
+    canvas.text ("Click to close", aboutRect.width - 40, aboutVersionRect.y - aboutRect.y + 4, Align::right,
+                 line);
 
     canvas.setColour (mix (plateColour, letterColour, 0.3));
     cairo_set_line_width (canvas.context (), 1);
-    cairo_rectangle (canvas.context (), 0.5, 0.5, size.width - 1, size.height - 1);
+    cairo_rectangle (canvas.context (), 0.5, 0.5, aboutRect.width - 1, aboutRect.height - 1);
     cairo_stroke (canvas.context ());
     return canvas.image ();
 }

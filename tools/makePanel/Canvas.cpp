@@ -1,7 +1,7 @@
-#include "tools/makePanelDrawing.h"
+#include "tools/makePanel/Canvas.h"
 
-#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <numbers>
 #include <stdexcept>
 #include <utility>
@@ -18,7 +18,7 @@ constexpr const char* narrowFamily = "Liberation Sans Narrow";
 }
 
 const TextStyle labelStyle{ narrowFamily, true, panel::labelCapHeight, 0.3, panel::letterColour };
-const TextStyle titleStyle{ narrowFamily, true, panel::titleCapHeight, 1.0, panel::letterColour };
+const TextStyle titleStyle{ narrowFamily, true, panel::titleCapHeight, 0.8, panel::letterColour };
 const TextStyle scaleStyle{ narrowFamily, true, panel::labelCapHeight, 0.1, panel::scaleColour };
 
 namespace
@@ -31,9 +31,13 @@ std::vector<std::string> letters (std::string_view text)
     {
         const bool continues = (static_cast<unsigned char> (byte) & 0xc0) == 0x80;
         if (continues && !result.empty ())
+        {
             result.back () += byte;
+        }
         else
+        {
             result.emplace_back (1, byte);
+        }
     }
     return result;
 }
@@ -125,25 +129,79 @@ void Canvas::selectFont (const TextStyle& style) const
     cairo_set_font_size (cr.get (), style.capHeight * probeSize / capital.height);
 }
 
+namespace
+{
+struct Glyph
+{
+    std::string letter;
+    double inkStart, inkWidth, bearing; // inkStart: where the font's own spacing would put the ink
+};
+
+// How uneven the gaps become when every letter's ink is moved to the nearest whole pixel.
+double unevenness (const std::vector<Glyph>& glyphs, double phase, double extraTracking)
+{
+    double sum = 0, lastShift = 0;
+    for (std::size_t index = 0; index < glyphs.size (); ++index)
+    {
+        const double ideal = glyphs[index].inkStart + phase + extraTracking * static_cast<double> (index);
+        const double shift = std::round (ideal) - ideal;
+        if (index > 0)
+            sum += (shift - lastShift) * (shift - lastShift);
+        lastShift = shift;
+    }
+    return sum;
+}
+
+// Puts every letter's ink on a pixel's edge, which keeps upright strokes sharp. The phase and a small
+// change of the tracking are chosen so that the gaps stay as even as they can.
+void snapToPixels (std::vector<Glyph>& glyphs)
+{
+    constexpr double trackingStep = 0.05, phaseStep = 0.1;
+    constexpr int trackingSteps = 5, phaseSteps = 10;
+    constexpr double changeCost = 0.02; // per step away from the style's tracking
+    double best = 1e9, bestPhase = 0, bestTracking = 0;
+    for (int change = -trackingSteps; change <= trackingSteps; ++change)
+    {
+        for (int step = 0; step < phaseSteps; ++step)
+        {
+            const double phase = step * phaseStep, tracking = change * trackingStep;
+            const double cost = unevenness (glyphs, phase, tracking) + changeCost * std::abs (change);
+            if (cost < best)
+            {
+                best = cost;
+                bestPhase = phase;
+                bestTracking = tracking;
+            }
+        }
+    }
+    const double first = glyphs.empty () ? 0 : std::round (glyphs.front ().inkStart + bestPhase);
+    for (std::size_t index = 0; index < glyphs.size (); ++index)
+    {
+        glyphs[index].inkStart =
+            std::round (glyphs[index].inkStart + bestPhase + bestTracking * static_cast<double> (index)) -
+            first;
+    }
+}
+}
+
 double Canvas::layOut (std::string_view text, const TextStyle& style,
                        const std::function<void (const std::string&, double)>& place) const
 {
     selectFont (style);
-    double pen = 0, inkEnd = 0;
-    bool isFirst = true;
+    std::vector<Glyph> glyphs;
+    double pen = 0;
     for (const std::string& letter : letters (text))
     {
         cairo_text_extents_t extents;
         cairo_text_extents (cr.get (), letter.c_str (), &extents);
-        if (std::exchange (isFirst, false))
-            pen = -extents.x_bearing;
-        // The ink's left edge is put on a pixel's edge, which keeps upright strokes sharp.
-        const double inkStart = std::round (pen + extents.x_bearing);
-        place (letter, inkStart - extents.x_bearing);
-        inkEnd = inkStart + extents.width;
+        if (extents.width > 0)
+            glyphs.push_back ({ letter, pen + extents.x_bearing, extents.width, extents.x_bearing });
         pen += extents.x_advance + style.tracking;
     }
-    return std::ceil (inkEnd);
+    snapToPixels (glyphs);
+    for (const Glyph& glyph : glyphs)
+        place (glyph.letter, glyph.inkStart - glyph.bearing);
+    return glyphs.empty () ? 0 : std::ceil (glyphs.back ().inkStart + glyphs.back ().inkWidth);
 }
 
 double Canvas::measure (std::string_view text, const TextStyle& style) const
@@ -174,15 +232,17 @@ Image Canvas::image () const
                   cairo_image_surface_get_height (surface.get ()),
                   {} };
     for (int y = 0; y < result.height; ++y)
+    {
+        const unsigned char* row = data + static_cast<std::ptrdiff_t> (y) * stride;
         for (int x = 0; x < result.width; ++x)
         {
-            std::uint32_t pixel = 0;
-            std::copy_n (data + static_cast<std::ptrdiff_t> (y) * stride + x * 4, 4,
-                         reinterpret_cast<unsigned char*> (&pixel));
+            std::uint32_t pixel = 0; // 0x00RRGGBB in the machine's byte order
+            std::memcpy (&pixel, row + static_cast<std::ptrdiff_t> (x) * 4, sizeof (pixel));
             result.pixels.push_back ({ static_cast<unsigned char> (pixel >> 16),
                                        static_cast<unsigned char> (pixel >> 8),
                                        static_cast<unsigned char> (pixel) });
         }
+    }
     return result;
 }
 
@@ -196,8 +256,10 @@ void Canvas::paste (const Image& picture, const panel::Rect& part, int x, int y)
 {
     cairo_set_antialias (cr.get (), CAIRO_ANTIALIAS_NONE);
     for (int row = 0; row < part.height; ++row)
+    {
         for (int column = 0; column < part.width; ++column)
             fillRect (x + column, y + row, 1, 1, picture.at (part.x + column, part.y + row));
+    }
     cairo_set_antialias (cr.get (), CAIRO_ANTIALIAS_DEFAULT);
 }
 }

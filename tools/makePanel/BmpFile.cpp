@@ -1,4 +1,4 @@
-#include "tools/makePanelBitmap.h"
+#include "tools/makePanel/BmpFile.h"
 
 #include <algorithm>
 #include <array>
@@ -106,8 +106,10 @@ std::vector<Colour> reducedPalette (const Image& image, Colour keptColour)
 {
     std::map<std::uint32_t, WeightedColour> histogram;
     for (const Colour& pixel : image.pixels)
+    {
         if (packed (pixel) != packed (keptColour))
             ++histogram.try_emplace (packed (pixel), WeightedColour{ pixel, 0 }).first->second.count;
+    }
 
     Box all;
     for (const auto& entry : histogram)
@@ -243,6 +245,7 @@ Image decodeBmp (std::span<const std::uint8_t> file)
     const auto bytesPerPixel = static_cast<std::size_t> (format.bitsPerPixel / 8);
     Image image{ format.width, format.height, {} };
     for (int y = 0; y < format.height; ++y)
+    {
         for (int x = 0; x < format.width; ++x)
         {
             std::size_t at = offset + static_cast<std::size_t> (format.height - 1 - y) * bytesPerRow +
@@ -251,6 +254,7 @@ Image decodeBmp (std::span<const std::uint8_t> file)
                 at = fileHeaderBytes + infoHeaderBytes + file[at] * std::size_t{ 4 };
             image.pixels.push_back ({ file[at + 2], file[at + 1], file[at] });
         }
+    }
     return image;
 }
 }
