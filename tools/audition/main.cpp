@@ -1,13 +1,13 @@
 // audition: plays every program of the bank with a phrase that suits it, measures it, and says what is wrong.
 
-#include "tools/audition/Phrases.h"
+#include "host/WavWriter.h"
 #include "tools/audition/Pictures.h"
 #include "tools/audition/PulseWidth.h"
 #include "tools/makeDemos/Pieces.h"
 
 #include <CLI/CLI.hpp>
-#include <sndfile.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -27,15 +27,10 @@ struct Options
 
 void writeWav (const std::filesystem::path& path, const Audio& audio)
 {
-    SF_INFO format = {};
-    format.samplerate = audition::sampleRate;
-    format.channels = 1;
-    format.format = SF_FORMAT_WAV | SF_FORMAT_PCM_24;
-    SNDFILE* file = sf_open (path.c_str (), SFM_WRITE, &format);
-    const auto count = static_cast<sf_count_t> (audio.size ());
-    const bool written = file != nullptr && sf_write_float (file, audio.data (), count) == count;
-    if (sf_close (file) != 0 || !written)
-        throw std::runtime_error ("cannot write " + path.string ());
+    host::WavWriter file (path, audition::sampleRate, host::SampleFormat::int24);
+    for (const float sample : audio)
+        file.add (std::array{ sample, sample });
+    file.finish ();
 }
 
 void writeText (const std::filesystem::path& path, const std::string& text)

@@ -150,7 +150,7 @@ Piece nightTrain ()
     piece.line (85, 1, "G3+D4+F4+B4 - - - - - - - - - - - - .");
 
     piece.program (100, "Sync Triplet Ripple");
-    piece.line (94, 1,
+    piece.line (100, 1,
                 "C3+G3+Eb4+Bb4 - - - Ab2+Eb3+C4+G4 - - - "
                 "F3+C4+Ab4+C5 - - - C3+G3+C4+E4+G4 - - -");
     return piece;
