@@ -268,3 +268,16 @@ TEST_F (PlayTest, KeyTrackingFollowsTheKey)
     const float high = EngineProbe::voice (synth.engine, 0).filter.cutoffHz ();
     EXPECT_NEAR (high, 0.02 * 0.06 * 440.0 * std::exp2 ((36 - 69) / 12.0) * 6460.0, 15.0);
 }
+
+// The LFO bends the pitch until the end of the block in which its depth becomes 0. No voice stays bent.
+TEST_F (PlayTest, VibratoThatEndsInsideABlockLeavesNoVoiceOutOfTune)
+{
+    synth.programs = { plainProgram () };
+    synth.set (paramLfoPitch, 1.0f);
+    synth.set (paramLfoWave, 0.6f); // square: always fully bent
+    press (60, 100, 5000);
+    const double bent = hear (sawHz (60) * 1.12);
+    EXPECT_GT (bent, sawHz (60) * 1.05);
+    synth.block (512, { { 100, 0xC0, 0, 0 } }); // to the plain program
+    expectPitch (sawHz (60));
+}
