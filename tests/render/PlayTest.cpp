@@ -152,6 +152,26 @@ TEST_F (PlayTest, PitchBendUsesItsUpperByteAndReachesTwoKeys)
     expectPitch (sawHz (58) / (1.0 + 0.441 / 16.351598) + correction);
 }
 
+TEST_F (PlayTest, TuningKnobs)
+{
+    constexpr double unit = 16.351598; // Hz
+    synth.set (paramOsc2Wave, 0.5f);
+    synth.set (paramOsc1Vol, 0.0f);
+    press (60, 100, 2000);
+    for (const auto& [value, shift] :
+         { std::pair{ 1.0f, 1.0 }, std::pair{ 0.0f, -1.0 }, std::pair{ 0.5f, 0.0 } })
+    {
+        synth.set (paramMasterP, value);
+        expectPitch (sawHz (60) * (1.0 + shift / unit));
+    }
+    const double uncorrected = sawHz (60) / (1.0 + 0.441 / unit);
+    for (const auto& [value, share] : { std::pair{ 1.0f, 1.0 }, std::pair{ 0.5f, 0.125 } }) // cubed
+    {
+        synth.set (paramOsc2Fine, value);
+        expectPitch (sawHz (60) + uncorrected * share);
+    }
+}
+
 TEST_F (PlayTest, AllNotesOffKeepsTheTails)
 {
     synth.set (param1Decay, 0.4f);
