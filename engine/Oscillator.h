@@ -35,6 +35,8 @@ public:
     void setPitchBend (float x, int semitones); // -1..1: down or up to the note so far away, linear in Hz
     void setHighQuality (bool on) { highQuality = on; } // interpolate between samples
 
+    bool isBentByLfo () const { return lfoPitchFactor != 1.0f; }
+
     // Applies the pitch settings above; in a glide it also advances by one glide step.
     void updateIncrement ();
 

@@ -66,7 +66,10 @@ void Engine::copyParameters ()
     block.env2DelaySamples = static_cast<float> (sampleRate) * value (param2Delay);
     block.fastFilterUpdate = positionOf (value (paramLfoWave), 5.0f) == noisePosition;
     const float lfoPitch = value (paramLfoPitch);
+    const float depthBefore = block.lfoPitchDepth;
     block.lfoPitchDepth = 2.0f * (lfoPitch * lfoPitch * lfoPitch);
+    if (depthBefore > 0.0f && block.lfoPitchDepth == 0.0f)
+        endBendByLfo ();
     block.env2ToFilter = value (param2ToFilter);
     block.lfoFilterDepth = value (paramLfoFilter);
     block.filterFreqParam = value (paramFilterFreq);
@@ -220,6 +223,17 @@ void Engine::bendByLfo (Voice& voice, float shift) const
     {
         oscillator->setLfoPitch (shift);
         oscillator->updateIncrement ();
+    }
+}
+
+// A depth that became 0 inside a block had set the pitch right, but the block went on with the depth of its
+// beginning. What it bent since then would stay bent.
+void Engine::endBendByLfo ()
+{
+    for (Voice& voice : voices)
+    {
+        if (voice.osc1.isBentByLfo () || voice.osc2.isBentByLfo ())
+            bendByLfo (voice, 0.0f);
     }
 }
 

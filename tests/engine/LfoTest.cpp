@@ -114,6 +114,28 @@ TEST (LfoTest, Shapes)
     }
 }
 
+// Half a unit a sample. The bouncing shapes step back at their ends; the saws jump to exactly the other end.
+TEST (LfoTest, ShapesSampleBySample)
+{
+    struct Row
+    {
+        Lfo::Shape shape;
+        std::vector<float> out;
+    };
+    const float sine = std::sin (0.5f);
+    for (const Row& row :
+         { Row{ Lfo::triangle, { -0.5f, 0, 0.5f, 0.5f, 0, -0.5f, -0.5f, 0, 0.5f, 0.5f } },
+           Row{ Lfo::roundedTriangle, { -sine, 0, sine, sine, 0, -sine, -sine, 0, sine, sine } },
+           Row{ Lfo::square, { 1, 1, 1, 1, -1, -1, -1, 1, 1, 1, -1 } },
+           Row{ Lfo::risingSaw, { -0.75f, -0.5f, -0.25f, 0, 0.25f, 0.5f, 0.75f, -1, -0.75f } },
+           Row{ Lfo::fallingSaw, { 0.75f, 0.5f, 0.25f, 0, -0.25f, -0.5f, -0.75f, 1, 0.75f } } })
+    {
+        Lfo l = lfo (row.shape, 1000.0f, 8000.0f);
+        for (std::size_t n = 0; n < row.out.size (); ++n)
+            EXPECT_FLOAT_EQ (l.tick (), row.out[n]) << row.shape << " sample " << n;
+    }
+}
+
 TEST (LfoTest, OutputStaysInRange)
 {
     for (std::int32_t shape = 0; shape <= 9; ++shape) // above 6 counts as 6

@@ -196,6 +196,94 @@ TEST (MappingTest, WaveSelectsTheTable)
     }
 }
 
+TEST (MappingTest, PulseWidthSelectsACycleOfOscillator1)
+{
+    TestEngine synth;
+    synth.set (paramHighQuality, 0.0f);
+    synth.set (paramOsc2Wave, 1.0f);
+    const auto readsLike = [] (const Oscillator& oscillator, float cycle)
+    {
+        Oscillator read = oscillator;
+        Oscillator reference = oscillator;
+        reference.setPulseWidth (cycle);
+        for (int n = 0; n < 300; ++n)
+        {
+            if (read.tickFull () != reference.tickFull ())
+                return false;
+        }
+        return true;
+    };
+    const Voice& voice = EngineProbe::voice (synth.engine, 3);
+    for (const auto& [width, cycle] : { std::pair{ 0.0f, 200.0f }, std::pair{ 1.0f, 0.0f },
+                                        std::pair{ 0.5f, 100.0f }, std::pair{ 0.377f, 124.0f } })
+    {
+        synth.set (paramOsc1Wave, 0.5f);
+        synth.set (paramOsc1PW, width); // kept for when the pulse comes
+        synth.set (paramOsc1Wave, 1.0f);
+        EXPECT_TRUE (readsLike (voice.osc1, cycle)) << width;
+        synth.set (paramOsc1PW, 0.25f);
+        EXPECT_TRUE (readsLike (voice.osc1, 150.0f));
+        EXPECT_TRUE (readsLike (voice.osc2, 0.0f)); // always the first
+    }
+    EXPECT_FALSE (readsLike (voice.osc1, 149.0f));
+}
+
+TEST (MappingTest, FilterSwitches)
+{
+    TestEngine synth;
+    synth.set (paramHighQuality, 1.0f);
+    const auto filter = [&synth] { return EngineProbe::voice (synth.engine, 16).filter; };
+    // What passes: a constant, and an alternation from sample to sample.
+    const auto gain = [] (Filter f, bool alternates)
+    {
+        float out = 0.0f;
+        f.setKeyTrack (false);
+        f.setCutoff (0.5f);
+        for (int n = 0; n < 5000; ++n)
+            out = f.process (alternates && n % 2 == 1 ? -1.0f : 1.0f);
+        return std::abs (out);
+    };
+    struct Row
+    {
+        float type;
+        bool passesLow;
+        bool passesHigh;
+    };
+    for (const Row& row : { Row{ 0.0f, true, false }, Row{ 0.49f, true, false }, Row{ 0.5f, false, false },
+                            Row{ 0.99f, false, false }, Row{ 1.0f, false, true } })
+    {
+        synth.set (paramFilterType, row.type);
+        EXPECT_EQ (gain (filter (), false) > 0.5f, row.passesLow) << row.type;
+        EXPECT_EQ (gain (filter (), true) > 0.5f, row.passesHigh) << row.type;
+    }
+    synth.set (paramFilterType, 0.0f);
+
+    const float plain = gain (filter (), true);
+    synth.set (paramSmothFilt, 0.01f); // on
+    EXPECT_LT (gain (filter (), true), 0.5f * plain);
+    synth.set (paramSmothFilt, 0.0f);
+    EXPECT_EQ (gain (filter (), true), plain);
+
+    for (const auto& [value, tracks] : { std::pair{ 0.3f, true }, std::pair{ 0.0f, false } })
+    {
+        synth.set (paramFilterKeyTrak, value);
+        Filter f = filter ();
+        f.setKey (127);
+        f.setCutoff (0.1f);
+        EXPECT_EQ (f.cutoffHz () > 1000.0f, tracks);
+    }
+
+    // The drive stage, and half way nothing changes.
+    for (const auto& [value, drives] : { std::pair{ 0.0f, true }, std::pair{ 0.5f, true },
+                                         std::pair{ 1.0f, false }, std::pair{ 0.5f, false } })
+    {
+        synth.set (paramHighQuality, value);
+        Filter f = filter ();
+        f.setType (filterCore::highPass);
+        EXPECT_EQ (f.process (100.0f) < 50.0f, drives) << value;
+    }
+}
+
 // No value of any parameter, in any order, may bring in a NaN or an infinity.
 TEST (MappingTest, StrangeValuesDoNoHarm)
 {

@@ -152,6 +152,26 @@ TEST_F (PlayTest, PitchBendUsesItsUpperByteAndReachesTwoKeys)
     expectPitch (sawHz (58) / (1.0 + 0.441 / 16.351598) + correction);
 }
 
+TEST_F (PlayTest, TuningKnobs)
+{
+    constexpr double unit = 16.351598; // Hz
+    synth.set (paramOsc2Wave, 0.5f);
+    synth.set (paramOsc1Vol, 0.0f);
+    press (60, 100, 2000);
+    for (const auto& [value, shift] :
+         { std::pair{ 1.0f, 1.0 }, std::pair{ 0.0f, -1.0 }, std::pair{ 0.5f, 0.0 } })
+    {
+        synth.set (paramMasterP, value);
+        expectPitch (sawHz (60) * (1.0 + shift / unit));
+    }
+    const double uncorrected = sawHz (60) / (1.0 + 0.441 / unit);
+    for (const auto& [value, share] : { std::pair{ 1.0f, 1.0 }, std::pair{ 0.5f, 0.125 } }) // cubed
+    {
+        synth.set (paramOsc2Fine, value);
+        expectPitch (sawHz (60) + uncorrected * share);
+    }
+}
+
 TEST_F (PlayTest, AllNotesOffKeepsTheTails)
 {
     synth.set (param1Decay, 0.4f);
@@ -267,4 +287,17 @@ TEST_F (PlayTest, KeyTrackingFollowsTheKey)
     press (84, 100, 200000); // long enough for the base to come to rest near 0
     const float high = EngineProbe::voice (synth.engine, 0).filter.cutoffHz ();
     EXPECT_NEAR (high, 0.02 * 0.06 * 440.0 * std::exp2 ((36 - 69) / 12.0) * 6460.0, 15.0);
+}
+
+// The LFO bends the pitch until the end of the block in which its depth becomes 0. No voice stays bent.
+TEST_F (PlayTest, VibratoThatEndsInsideABlockLeavesNoVoiceOutOfTune)
+{
+    synth.programs = { plainProgram () };
+    synth.set (paramLfoPitch, 1.0f);
+    synth.set (paramLfoWave, 0.6f); // square: always fully bent
+    press (60, 100, 5000);
+    const double bent = hear (sawHz (60) * 1.12);
+    EXPECT_GT (bent, sawHz (60) * 1.05);
+    synth.block (512, { { 100, 0xC0, 0, 0 } }); // to the plain program
+    expectPitch (sawHz (60));
 }
