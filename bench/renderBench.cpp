@@ -1,4 +1,4 @@
-// How long rendering takes. Run through bench/run; docs/performance.md holds figures and commands.
+// How long rendering takes; docs/performance.md holds figures and commands.
 #include <benchmark/benchmark.h>
 
 #include "plugin/VstSynth.h"

@@ -15,6 +15,7 @@ function(brimvale_outside_source variable folder file what)
     endif()
 endfunction()
 
+brimvale_outside_source(BRIMVALE_VSTGUI_DIR vstgui vstgui/vstgui.h "VSTGUI 4 source folder, the one that holds vstgui/")
 brimvale_outside_source(BRIMVALE_MINIAUDIO_DIR miniaudio miniaudio.h "miniaudio 0.11 source folder")
 brimvale_outside_source(BRIMVALE_EBUR128_DIR libebur128 ebur128/ebur128.c "libebur128 1.2 source folder")
 
@@ -33,13 +34,15 @@ target_compile_definitions(
            MA_NO_NODE_GRAPH
            MA_NO_RESOURCE_MANAGER
            MA_NO_THREADING)
-target_compile_options(miniaudio PRIVATE -w)
+# Not ours to mend, to check or to make fast: sound is written far faster than it is rendered.
+set(plainly -w -O1 -g0 -fno-sanitize=all)
+target_compile_options(miniaudio PRIVATE ${plainly})
 
 # Loudness.
 add_library(ebur128 STATIC EXCLUDE_FROM_ALL ${BRIMVALE_EBUR128_DIR}/ebur128/ebur128.c)
 target_include_directories(ebur128 SYSTEM PUBLIC ${BRIMVALE_EBUR128_DIR}/ebur128
                                    PRIVATE ${BRIMVALE_EBUR128_DIR}/ebur128/queue)
-target_compile_options(ebur128 PRIVATE -w)
+target_compile_options(ebur128 PRIVATE ${plainly})
 
 # CLI11 is a Debian package of headers alone. The cross compiler must not see the rest of the folder
 # that they lie in, so it gets a folder with nothing but them.
@@ -48,3 +51,6 @@ file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/outside/cli11)
 file(CREATE_LINK ${BRIMVALE_CLI11_DIR}/CLI ${CMAKE_BINARY_DIR}/outside/cli11/CLI SYMBOLIC)
 add_library(cli11 INTERFACE)
 target_include_directories(cli11 SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/outside/cli11)
+# Its templates take a compiler minutes to optimise, most of all with sanitizers, and a command line is
+# parsed once. So whatever links this must hold a program's main() or options and no work.
+target_compile_options(cli11 INTERFACE -O0)

@@ -5,14 +5,14 @@ option(BRIMVALE_WHOLE_SUITE "Also run the tests of the presets windows (under Wi
 
 # brimvale_add_wine_test(NAME EXECUTABLE [OWN_PREFIX] [DISPLAY] [ARGUMENTS argument...])
 # EXECUTABLE is a path below build/windows. OWN_PREFIX: the program writes to the registry, so it gets
-# a fresh Wine prefix of its own. DISPLAY: it opens windows, so it gets a virtual display of its own.
+# a fresh Wine prefix of its own. DISPLAY: it opens windows, so it gets that and a virtual screen.
 function(brimvale_add_wine_test name executable)
     if(NOT BRIMVALE_WHOLE_SUITE)
         return()
     endif()
     cmake_parse_arguments(PARSE_ARGV 2 wine "OWN_PREFIX;DISPLAY" "" "ARGUMENTS")
     set(options "")
-    if(wine_OWN_PREFIX)
+    if(wine_OWN_PREFIX OR wine_DISPLAY)
         list(APPEND options --own-prefix ${name})
     endif()
     if(wine_DISPLAY)

@@ -93,13 +93,14 @@ constexpr Label labelTable[] = {
     { "SYNC", 253, 180, left, plain },
     { "LOOP", 487, 182, left, plain },
     { "LOOP", 487, 275, left, plain },
-    { "ON", 354, 275, centre, plain },
+    { "ON", 353, 275, centre, plain },
 };
 
 // A triangle is a polygon whose last point repeats its first.
 constexpr ButtonGlyph glyphTable[] = {
     { previousProgramRect, { { { 13, 5 }, { 13, 15 }, { 6, 10 }, { 13, 5 } } } },
     { nextProgramRect, { { { 7, 5 }, { 14, 10 }, { 7, 15 }, { 7, 5 } } } },
+    { programDisplayRect, { { { 166, 10 }, { 175, 10 }, { 170.5f, 15 }, { 166, 10 } } } },
     { menuButtonRect, { { { 5, 5 }, { 15, 5 }, { 15, 7 }, { 5, 7 } } } },
     { menuButtonRect, { { { 5, 9 }, { 15, 9 }, { 15, 11 }, { 5, 11 } } } },
     { menuButtonRect, { { { 5, 13 }, { 15, 13 }, { 15, 15 }, { 5, 15 } } } },
@@ -144,9 +145,13 @@ double pointerDegrees (Scale scale, int frame, int frames)
 {
     double sweep = sweepDegrees;
     if (scale == Scale::range || scale == Scale::lfoWave)
+    {
         sweep = steppedSweepDegrees;
+    }
     else if (scale == Scale::oscWave || scale == Scale::filterType)
+    {
         sweep = switchSweepDegrees;
+    }
     return sweep * (static_cast<double> (frame) / (frames - 1) - 0.5);
 }
 }

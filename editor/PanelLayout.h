@@ -60,7 +60,7 @@ enum class Scale
     unipolar,   // eleven ticks
     bipolar,    // the same with a strong centre tick
     range,      // -24 -12 0 +12 +24 semitones
-    oscWave,    // off, saw, pulse as drawings
+    oscWave,    // off, saw and pulse
     lfoWave,    // six drawings
     filterType, // LP BP HP
     voices,     // 2 4 ... 16
@@ -78,7 +78,8 @@ struct Control
     const char* secondLabel; // a second line below the first, or null
     const char* help;        // one line for the hover text
 
-    constexpr int centreX () const { return rect.x + rect.width / 2; }
+    constexpr double centreX () const { return rect.x + rect.width / 2.0; }
+    constexpr double centreY () const { return rect.y + rect.height / 2.0; }
 };
 
 enum class LabelStyle
@@ -135,12 +136,14 @@ inline constexpr int heightWithoutKeys = 295;
 
 // Beside the controls. The three buttons show bitmap 195; the editor draws the glyph over it.
 inline constexpr Rect programDisplayRect{ 184, 46, 184, 24 };
+inline constexpr Rect programTextRect{ 192, 46, 156, 24 }; // in the display, text from the left
 inline constexpr Rect previousProgramRect{ 376, 48, 20, 20 };
 inline constexpr Rect nextProgramRect{ 400, 48, 20, 20 };
-inline constexpr Rect menuButtonRect{ 576, 48, 20, 20 };
+inline constexpr Rect menuButtonRect{ 575, 48, 20, 20 };
 
-// What is drawn over a button, one filled polygon per row, in pixels from the button's top left. A
-// pressed button moves it down by one.
+// What the editor draws over a button or over the program display's right end (a sign that it opens a
+// list), in the letter colour: one filled polygon per row, in pixels from the top left of `button`. A
+// pressed button moves its polygons down by one.
 struct GlyphPoint
 {
     float x, y;
@@ -156,11 +159,12 @@ std::span<const ButtonGlyph> buttonGlyphs ();
 
 // The about picture covers the sections; a click anywhere on it closes it.
 inline constexpr Rect aboutRect{ 0, 26, 612, 244 };
-inline constexpr Rect aboutVersionRect{ 40, 190, 220, 20 }; // in the panel's pixels, text from the left
+inline constexpr Rect aboutVersionRect{ 42, 248, 200, 16 }; // in the panel's pixels, text from the left
 
-// Keys: fifteen white ones of 35 pixels from the keyboard's left edge, C to C.
+// Keys: the white ones, 35 pixels wide, in a row from the keyboard's left edge, C to C.
 inline constexpr int firstKey = 48;
 inline constexpr int keyCount = 25;
+inline constexpr int whiteKeyCount = 15;
 inline constexpr int whiteKeyUpId = 181;
 inline constexpr int whiteKeyDownId = 182;
 inline constexpr int blackKeyUpId = 179;

@@ -51,7 +51,7 @@ struct Memory
 
 // The one guard against denormals: what is stored as a memory has a normal exponent or is 0.
 template <typename Value>
-Value flushed (Value x)
+inline Value flushed (Value x)
 {
     where (abs (x) < std::numeric_limits<float>::min (), x) = 0.0f;
     return x;
@@ -60,7 +60,7 @@ Value flushed (Value x)
 // x (1 - |x| / 4a) with a = 2. Beyond 2a it stays at a above and at 1 - a below: the lower ceiling is meant
 // to be the smaller one.
 template <typename Value>
-Value softClip (Value x)
+inline Value softClip (Value x)
 {
     constexpr float a = 2.0f;
     Value y = x * (1.0f - abs (x) / (4.0f * a));
@@ -71,7 +71,7 @@ Value softClip (Value x)
 
 // Feedback, soft clip, DC blocker, and a band around 1 kHz added for colour.
 template <typename Value>
-Value drive (Memory<Value>& m, FixedCoefficients fixed, Value input)
+inline Value drive (Memory<Value>& m, FixedCoefficients fixed, Value input)
 {
     constexpr float feedback = 0.4f;
     constexpr float colourDamping = 1.0f;
@@ -95,7 +95,7 @@ Value drive (Memory<Value>& m, FixedCoefficients fixed, Value input)
 
 // The extra pole; its own coefficient trails the main one by 0.01 a sample.
 template <typename Value>
-Value smooth (Memory<Value>& m, Value coefficient)
+inline Value smooth (Memory<Value>& m, Value coefficient)
 {
     constexpr float lowest = 0.02f;
     constexpr float highest = 1.0f;
@@ -113,7 +113,7 @@ Value smooth (Memory<Value>& m, Value coefficient)
 // One sample of the state-variable filter (one unit delay in each integrator). `coefficient` is 2 pi fc / fs
 // without a sine correction, `damping` 2 x (1 - resonance).
 template <typename Value>
-Value step (Memory<Value>& m, Switches switches, FixedCoefficients fixed, Value damping, Value coefficient,
+inline Value step (Memory<Value>& m, Switches switches, FixedCoefficients fixed, Value damping, Value coefficient,
             Value input)
 {
     const Value x = switches.drives ? drive (m, fixed, input) : input;

@@ -74,31 +74,33 @@ int VoiceAllocator::release (std::uint32_t note)
 
 int VoiceAllocator::push (std::uint32_t note, std::uint32_t velocity)
 {
-    noteCounter = std::min (noteCounter + 1, capacity - 1);
-    at (noteCounter).note = note;
-    at (noteCounter).velocity = velocity;
-    return noteCounter == 0 ? 0 : noSlot;
+    const int top = std::min (noteCounter + 1, capacity - 1);
+    noteCounter = top;
+    at (top).note = note;
+    at (top).velocity = velocity;
+    return top == 0 ? 0 : noSlot;
 }
 
 int VoiceAllocator::pop (std::uint32_t note)
 {
-    noteCounter = std::max (noteCounter - 1, -1);
-    if (noteCounter < 0)
+    const int top = std::clamp (noteCounter - 1, -1, capacity - 2);
+    noteCounter = top;
+    if (top < 0)
     {
         // Entry 0 keeps its note: the releasing voice stays at its pitch.
         at (1).note = 0;
         return 0;
     }
-    const auto end = entries.begin () + noteCounter + 2;
+    const auto end = entries.begin () + top + 2;
     const auto released =
         std::find_if (entries.begin (), end, [note] (const Entry& entry) { return entry.note == note; });
     if (released != end)
         std::move (released + 1, end, released);
-    at (noteCounter + 1) = {};
+    at (top + 1) = {};
     return noSlot;
 }
 
 std::uint32_t VoiceAllocator::currentNote () const
 {
-    return at (std::max (noteCounter, 0)).note;
+    return at (std::clamp (noteCounter, 0, capacity - 1)).note;
 }

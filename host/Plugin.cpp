@@ -1,7 +1,7 @@
 #include "host/Plugin.h"
 
+#include <algorithm>
 #include <array>
-#include <cstring>
 #include <stdexcept>
 #include <string_view>
 
@@ -37,9 +37,12 @@ VstIntPtr hostCanDo (const char* text)
     return 0;
 }
 
-VstIntPtr copyText (void* target, const char* text)
+// The interface promises room for 64 characters.
+VstIntPtr copyText (void* target, std::string_view text)
 {
-    std::strcpy (static_cast<char*> (target), text); // the interface promises 64 characters
+    auto* characters = static_cast<char*> (target);
+    std::copy (text.begin (), text.end (), characters);
+    characters[text.size ()] = '\0';
     return 1;
 }
 }
@@ -96,14 +99,15 @@ void Plugin::start (int sampleRate, int blockSize)
 {
     rate = sampleRate;
     blockFrames = blockSize;
-    const auto channels = static_cast<std::size_t> (effect->numInputs + effect->numOutputs);
+    const auto inputCount = static_cast<std::size_t> (effect->numInputs);
+    const std::size_t channels = inputCount + static_cast<std::size_t> (effect->numOutputs);
     const auto frames = static_cast<std::size_t> (blockSize);
     samples.assign (channels * frames, 0.0f);
     inputs.clear ();
     outputs.clear ();
     for (std::size_t channel = 0; channel < channels; ++channel)
     {
-        auto& list = channel < static_cast<std::size_t> (effect->numInputs) ? inputs : outputs;
+        auto& list = channel < inputCount ? inputs : outputs;
         list.push_back (samples.data () + channel * frames);
     }
 

@@ -1,5 +1,8 @@
 # Shell pieces that the commands at the top of the tree and the helpers in tools/ share. Sourced, not run.
 
+# Services and containers may start us without it; Wine and the cache need one.
+export HOME=${HOME:-$(getent passwd "$(id -u)" | cut -d: -f6)}
+
 # One plain sentence on standard error, then the end.
 fail () {
     printf '%s: %s\n' "${0##*/}" "$*" >&2
@@ -11,7 +14,7 @@ brimvaleCache () {
     if [ -n "${XDG_CACHE_HOME:-}" ]; then
         printf '%s/brimvale\n' "$XDG_CACHE_HOME"
     else
-        printf '%s/.cache/brimvale\n' "${HOME:-/root}"
+        printf '%s/.cache/brimvale\n' "$HOME"
     fi
 }
 

@@ -58,13 +58,13 @@ listSources () { # mirror
     [ -r "$keyring" ] && signedBy="[signed-by=$keyring] "
     echo "deb-src $signedBy$1 $release main" > "$work/sources.list"
     privateSources=("${privately[@]}" -o "Dir::Etc::sourcelist=$work/sources.list" -o Dir::Etc::sourceparts=/dev/null)
-    apt-get "${privateSources[@]}" update >> "$log" 2>&1 < /dev/null
+    apt-get "${privateSources[@]}" -o APT::Update::Error-Mode=any update >> "$log" 2>&1 < /dev/null
 }
 
 fetch () { # package archive hash
     local address
     address=$(apt-get "${privateSources[@]}" source --print-uris "$1" 2>> "$log" < /dev/null |
-        awk -v archive="$2" '$2 == archive { gsub (/\x27/, "", $1); print $1 }' | head -n 1)
+        awk -v archive="$2" '$2 == archive { gsub (/\x27/, "", $1); print $1; exit }') || true
     [ -n "$address" ] || fail "Debian's $release no longer lists $2; get it elsewhere and unpack it as the README says."
     /usr/lib/apt/apt-helper "${privately[@]}" download-file "$address" "$work/$2" "SHA256:$3" >> "$log" 2>&1 < /dev/null ||
         fail "$2 could not be fetched; check the network and try again."

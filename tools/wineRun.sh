@@ -1,9 +1,10 @@
 #!/bin/bash
 # Runs a 64-bit Windows program under Wine, away from the user's own Wine settings:
-#   tools/wineRun.sh [--own-prefix NAME] [--display] PROGRAM.exe [arguments...]
+#   tools/wineRun.sh [--own-prefix NAME [--display]] PROGRAM.exe [arguments...]
 # The prefix (Wine's Windows disk and registry) lies in build/wine/ and is made on first use. Programs share
-# one; a program that writes to the registry gets its own with --own-prefix, fresh each time. Without
-# --display the program sees no screen; with it, it gets a virtual one for itself.
+# one and see no screen. A program that writes to the registry gets a fresh prefix of its own with
+# --own-prefix; with --display it also gets a virtual screen (1024 by 768) of its own. Never two at a time
+# with the same NAME.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/common.sh"
@@ -11,16 +12,18 @@ here=$(cd "$(dirname "$0")" && pwd)
 wine=/usr/lib/wine/wine64
 folder=$here/../build/wine
 prefix=shared
-display=()
+display=
 while [ $# -gt 0 ]; do
     case $1 in
         --own-prefix) prefix=own-$2; shift 2 ;;
-        --display) display=(xvfb-run -a -s "-screen 0 1024x768x24"); shift ;;
+        --display) display=1; shift ;;
         *) break ;;
     esac
 done
 [ -x "$wine" ] || fail "Wine is missing; run tools/installPackages.sh run."
 [ -f "${1:-}" ] || fail "${1:-no program} has not been built; run cmake --build --preset windows first."
+
+if [ -n "$display" ] && [ "$prefix" = shared ]; then fail "--display needs --own-prefix, too."; fi
 
 mkdir -p "$folder"
 folder=$(cd "$folder" && pwd)
@@ -49,4 +52,21 @@ fi
 exec 9>&-
 
 export WINEPREFIX=$folder/$prefix
-exec "${display[@]}" "$wine" "$@"
+[ "$prefix" = shared ] && exec "$wine" "$@"
+
+# Nothing of a prefix that will be thrown away may outlive its program: neither Wine's own server and
+# desktop, which would cling to a screen that is gone, nor the screen.
+screen=
+cleanUp () {
+    /usr/lib/wine/wineserver64 -k || true
+    [ -z "$screen" ] || kill "$screen" 2> /dev/null || true
+}
+trap cleanUp EXIT
+if [ -n "$display" ]; then
+    # The server picks a free number itself and writes it once it is ready.
+    coproc Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp 2> /dev/null
+    screen=$COPROC_PID
+    read -r -t 60 number <&"${COPROC[0]}" || fail "the virtual screen did not start; is xvfb installed?"
+    export DISPLAY=:$number
+fi
+"$wine" "$@"

@@ -9,6 +9,7 @@ namespace
 {
 constexpr double heldShare = 0.9;  // of the last step; the rest is the gap to the next note
 constexpr double tieOverlap = 0.1; // quarter notes that a tied note reaches into the next
+constexpr std::string_view marks = "!,_";
 constexpr int normalVelocity = 92;
 constexpr int hardVelocity = 118;
 constexpr int softVelocity = 68;
@@ -54,7 +55,7 @@ void Piece::line (double start, double step, std::string_view words)
         }
         int velocity = normalVelocity;
         double length = step * heldShare;
-        for (; word.find_last_of ("!,_") == word.size () - 1; word.pop_back ())
+        for (; !word.empty () && marks.find (word.back ()) != marks.npos; word.pop_back ())
         {
             if (word.back () == '_')
                 length = step + tieOverlap;
@@ -62,9 +63,14 @@ void Piece::line (double start, double step, std::string_view words)
                 velocity = word.back () == '!' ? hardVelocity : softVelocity;
         }
         firstHeld = played.size ();
-        std::istringstream chord (word);
-        for (std::string note; std::getline (chord, note, '+');)
-            played.push_back ({ now, length, keyOf (note), velocity });
+        for (std::string_view chord = word;;)
+        {
+            const auto plus = chord.find ('+');
+            played.push_back ({ now, length, keyOf (chord.substr (0, plus)), velocity });
+            if (plus == chord.npos)
+                break;
+            chord.remove_prefix (plus + 1);
+        }
     }
 }
 }

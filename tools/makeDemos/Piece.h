@@ -37,6 +37,7 @@ public:
     {
         changes.push_back ({ start, std::string (program) });
     }
+    void note (Note added) { played.push_back (added); }
     void controller (double start, int number, int value)
     {
         controllers.push_back ({ start, number, value });

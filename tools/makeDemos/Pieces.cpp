@@ -94,7 +94,7 @@ Piece harbourLights ()
     piece.program (17, "Warm Blanket");
     piece.line (17, 2,
                 "D3+F3+A3+E4 - Bb2+D3+F3+A3 - "
-                "F3+A3+C4+G4 - C3+E3+G3+D4 . ");
+                "F3+A3+C4 - C3+E3+G3+D4 . ");
     piece.line (18, 0.5,
                 "A4 D5 F5 E5 - C5 . D5 - - - F5, E5, D5 . "
                 "C5 - A4 G4 A4 - - - E5 - D5 . . . . .");
@@ -147,12 +147,17 @@ Piece nightTrain ()
     piece.line (68, 1, "C2! - - Eb2_ F2_ - - - Ab2_ - - - G2_ - - .");
 
     piece.program (85, "Two Bar Sync Riser");
-    piece.line (85, 1, "G3+D4+F4+B4 - - - - - - .");
+    piece.line (85, 1, "G3+D4+F4+B4 - - - - - - - - - - - - .");
 
-    piece.program (94, "Sync Triplet Ripple");
+    piece.program (100, "Sync Triplet Ripple");
     piece.line (94, 1,
                 "C3+G3+Eb4+Bb4 - - - Ab2+Eb3+C4+G4 - - - "
                 "F3+C4+Ab4+C5 - - - C3+G3+C4+E4+G4 - - -");
     return piece;
+}
+
+std::vector<Piece> allPieces ()
+{
+    return { demo (), lowRoads (), harbourLights (), nightTrain () };
 }
 }

@@ -9,4 +9,6 @@ Piece demo ();          // half a minute through several sounds
 Piece lowRoads ();      // bass-driven
 Piece harbourLights (); // pads and lead
 Piece nightTrain ();    // tempo-synced sequences
+
+std::vector<Piece> allPieces ();
 }

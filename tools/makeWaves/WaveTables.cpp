@@ -72,8 +72,8 @@ Samples makeSaw ()
     constexpr int lowestAt = 549;
     constexpr int fallSamples = lowestAt - highestAt;
     constexpr int riseSamples = sawLength - fallSamples;
-    constexpr double riseShare = 0.00277; // bends the rise until the cycle's mean is +0.33
-    constexpr double fallShare = 0.12;    // a time constant of 8 samples: 12 dB/octave above harmonic 14
+    constexpr double riseShare = 0.00285; // bends the rise until the cycle's mean is +0.33
+    constexpr double fallShare = 0.2;     // a time constant of 4.5 samples: 12 dB/octave above harmonic 26
 
     Samples fromLowest;
     appendCharge (fromLowest, lowest, highest, riseSamples, riseShare);

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "engine/Engine.h"
+
+// The engine's inside, for tests.
+class EngineProbe
+{
+public:
+    static Voice& voice (Engine& engine, int v) { return engine.voices[static_cast<std::size_t> (v)]; }
+    static Lfo& lfo (Engine& engine) { return engine.lfo; }
+    static bool transportStopped (const Engine& engine) { return engine.transportStopped; }
+    static float syncDivision (const Engine& engine) { return engine.syncDivision; }
+    static float volTypeGain (const Engine& engine) { return engine.volTypeGain; }
+
+    // What renderBlock has to do, told sample by sample with the plainest means: one voice after another,
+    // every object ticked once per sample. Slow, and the judge of the renderer.
+    static void renderSampleBySample (Engine& engine, float* left, float* right, int frames);
+
+private:
+    static float renderVoice (Engine& engine, Voice& voice, float lfoValue);
+    static void applyEvents (Engine& engine, int n);
+};

@@ -1,0 +1,173 @@
+// The renderer works run by run and stage by stage. It must give exactly the samples of a loop that does
+// everything sample by sample, whatever is played and turned.
+#include <algorithm>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "tests/engine/EngineProbe.h"
+#include "tests/engine/TestEngine.h"
+
+namespace
+{
+// Two engines that are told the same things.
+class Duel
+{
+public:
+    Duel (unsigned seed, float rate) : fast (rate), literal (rate), random (seed)
+    {
+        fast.programs = literal.programs = factoryPrograms ();
+    }
+
+    void set (int index, float value)
+    {
+        fast.set (index, value);
+        literal.set (index, value);
+    }
+
+    void load (const TestEngine::Program& program)
+    {
+        fast.load (program);
+        literal.load (program);
+    }
+
+    int below (int end) { return static_cast<int> (random () % static_cast<unsigned> (end)); }
+    float unit () { return static_cast<float> (random () % 10001u) / 10000.0f; }
+
+    // A value that a knob may take, often one of its ends or a position of a switch.
+    float knob () { return below (3) == 0 ? static_cast<float> (below (5)) / 4.0f : unit (); }
+
+    TimedMidi event (int offset)
+    {
+        const auto data = [this] { return static_cast<unsigned char> (below (128)); };
+        const auto note = [this] { return static_cast<unsigned char> (30 + below (50)); };
+        switch (below (16))
+        {
+        case 0:
+            return { offset, 0xE0, data (), data () };
+        case 1:
+            return { offset, 0xC0, data (), 0 };
+        case 2:
+            return { offset, 0xB0, 11, data () };
+        case 3:
+            return { offset, 0xB0, static_cast<unsigned char> (below (4) == 0 ? 123 : 1), data () };
+        case 4:
+            return { offset, 0xF0, 0, 0, kVstSysExType };
+        case 5:
+            return { offset, 0x90, static_cast<unsigned char> (below (4)), data () };
+        case 6:
+        case 7:
+        case 8:
+        case 9:
+        case 10:
+            return { offset, 0x80, note (), 0 };
+        default:
+            return { offset, 0x93, note (), data () };
+        }
+    }
+
+    std::vector<TimedMidi> events (int frames, int count)
+    {
+        std::vector<int> offsets;
+        for (int n = 0; n < count; ++n)
+            offsets.push_back (below (frames + 4) - 2); // some outside the block
+        if (below (20) != 0)
+            std::sort (offsets.begin (), offsets.end ());
+        std::vector<TimedMidi> list;
+        for (const int offset : offsets)
+            list.push_back (event (offset));
+        return list;
+    }
+
+    void advanceTransport (int frames)
+    {
+        for (TestEngine* side : { &fast, &literal })
+        {
+            side->time.samplePos += frames;
+            side->time.ppqPos += frames * side->time.tempo / 60.0 / static_cast<double> (side->rate);
+        }
+    }
+
+    // One block on both sides; the first sample that differs, or -1.
+    int differsAt (int frames, const std::vector<TimedMidi>& midi)
+    {
+        const std::vector<float> run = fast.block (frames, midi);
+        EventList list (midi);
+        literal.engine.processEvents (list.get ());
+        std::vector<float> left (run.size ());
+        std::vector<float> right (run.size ());
+        EngineProbe::renderSampleBySample (literal.engine, left.data (), right.data (), frames);
+        const auto difference = std::mismatch (run.begin (), run.end (), left.begin ());
+        heard = std::max (heard, peakOf (run));
+        return difference.first == run.end () ? -1 : static_cast<int> (difference.first - run.begin ());
+    }
+
+    TestEngine fast;
+    TestEngine literal;
+    std::mt19937 random;
+    float heard = 0.0f; // largest magnitude so far
+};
+
+class JudgeTest : public testing::TestWithParam<int>
+{
+};
+}
+
+TEST_P (JudgeTest, RunsEqualTheLoopSampleBySample)
+{
+    constexpr float rates[] = { 44100.0f, 48000.0f, 22050.0f, 96000.0f, 11025.0f, 192000.0f };
+    const auto seed = static_cast<unsigned> (GetParam ());
+    Duel duel (seed, rates[seed % std::size (rates)]);
+    duel.load (duel.fast.programs[(seed * 37u) % duel.fast.programs.size ()]);
+    for (TestEngine* side : { &duel.fast, &duel.literal })
+    {
+        side->hasTime = true;
+        side->time.tempo = 60.0 + seed;
+    }
+
+    for (int block = 0; block < 60; ++block)
+    {
+        const int frames = duel.below (5) == 0 ? 1 + duel.below (8) : 1 + duel.below (700);
+        for (int change = duel.below (4) == 0 ? duel.below (10) : 0; change > 0; --change)
+            duel.set (duel.below (parameterCount), duel.knob ());
+        if (duel.below (30) == 0)
+            duel.set (commandKeyboard, duel.unit ());
+        if (duel.below (40) == 0)
+            duel.fast.rate = duel.literal.rate = rates[duel.below (6)];
+        const std::vector<TimedMidi> midi = duel.events (frames, duel.below (7));
+        ASSERT_EQ (duel.differsAt (frames, midi), -1) << "block " << block << " of " << frames << " frames";
+        if (duel.below (4) != 0)
+            duel.advanceTransport (frames);
+    }
+    EXPECT_GT (duel.heard, 0.0f);
+}
+
+INSTANTIATE_TEST_SUITE_P (Seeds, JudgeTest, testing::Range (1, 61));
+
+TEST (JudgeTest, EveryFactoryProgramEqualsTheLoop)
+{
+    Duel duel (1, 44100.0f);
+    for (std::size_t program = 0; program < duel.fast.programs.size (); ++program)
+    {
+        duel.load (duel.fast.programs[program]);
+        const std::vector<TimedMidi> midi = { { 1, 0x90, 48, 100 },   { 30, 0x90, 55, 70 },
+                                              { 99, 0x90, 60, 120 },  { 700, 0x80, 48, 0 },
+                                              { 901, 0xE0, 0, 80 },   { 1200, 0x90, 64, 90 },
+                                              { 1500, 0xB0, 123, 0 }, { 1900, 0x90, 36, 127 } };
+        ASSERT_EQ (duel.differsAt (2500, midi), -1) << "program " << program;
+    }
+}
+
+// Falling asleep and waking, over more silence than it takes.
+TEST (JudgeTest, SleepEqualsTheLoop)
+{
+    Duel duel (7, 8000.0f);
+    duel.load (plainProgram ());
+    ASSERT_EQ (duel.differsAt (400, { { 5, 0x90, 60, 100 }, { 60, 0x80, 60, 0 } }), -1);
+    for (int block = 0; block < 40; ++block)
+        ASSERT_EQ (duel.differsAt (997, {}), -1);
+    EXPECT_TRUE (duel.fast.engine.isAsleep ());
+    EXPECT_TRUE (duel.literal.engine.isAsleep ());
+    ASSERT_EQ (duel.differsAt (400, { { 200, 0x90, 60, 100 } }), -1);
+    EXPECT_FALSE (duel.fast.engine.isAsleep ());
+}
