@@ -77,7 +77,7 @@ TEST_F (Registry, TwoProcessesMaySaveAtOnce)
     }
 }
 
-TEST (MessageBox, EachHasItsButtons)
+TEST (SystemBox, HasItsButtons)
 {
     using platform::Answer;
     using platform::Buttons;
