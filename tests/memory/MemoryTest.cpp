@@ -258,7 +258,7 @@ void storeAgainAndAgain (std::uint32_t controller)
         slot.midiController = controller;
     synth.setBank (image);
     BoxWatcher watcher;
-    for (int n = 0; n < 5; ++n)
+    for (int n = 0; n < 3; ++n)
         synth.setParameter (commandMainMenu, saveDefaults);
 }
 }

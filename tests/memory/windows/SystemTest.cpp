@@ -1,9 +1,11 @@
-// The registry as the library finds it and leaves it.
+// The registry as the library finds it and leaves it, and the system's message boxes.
+#include "platform/MessageBox.h"
 #include "plugin/Parameters.h"
 #include "tests/memory/LoadedSynth.h"
 #include "tests/memory/Surroundings.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 #include <windows.h>
 
 namespace
@@ -72,6 +74,27 @@ TEST_F (Registry, TwoProcessesMaySaveAtOnce)
     {
         const std::uint32_t number = numbers.at (std::string ("MidiCC-") + row.name);
         EXPECT_TRUE (number == 12 || number == 23) << row.name << " " << number;
+    }
+}
+
+TEST (SystemBox, HasItsButtons)
+{
+    using platform::Answer;
+    using platform::Buttons;
+    const std::tuple<Buttons, Press, Answer> cases[] = {
+        { Buttons::ok, Press::firstButton, Answer::ok },
+        { Buttons::ok, Press::lastButton, Answer::ok },
+        { Buttons::okCancel, Press::firstButton, Answer::ok },
+        { Buttons::okCancel, Press::lastButton, Answer::cancel },
+        { Buttons::okCancel, Press::close, Answer::cancel },
+        { Buttons::yesNo, Press::firstButton, Answer::yes },
+        { Buttons::yesNo, Press::lastButton, Answer::no },
+    };
+    for (const auto& [buttons, press, answer] : cases)
+    {
+        BoxWatcher watcher (press);
+        EXPECT_EQ (platform::showMessage ("Default Values Saved!", "Ok!", buttons), answer);
+        EXPECT_TRUE ((watcher.boxes () == std::vector<Box>{ { "Ok!", "Default Values Saved!" } }));
     }
 }
 }
