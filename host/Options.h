@@ -14,7 +14,7 @@ struct Options
 {
     std::filesystem::path library;
     std::filesystem::path song;
-    std::filesystem::path output; // beside the current folder's name of the song when not given
+    std::filesystem::path output; // the song's name with .wav in the current folder, when not given
     std::string program;          // empty: the instrument's own start, and the song's program changes
     int sampleRate = 44100;       // Hz
     int blockSize = 512;          // frames

@@ -99,14 +99,15 @@ void Plugin::start (int sampleRate, int blockSize)
 {
     rate = sampleRate;
     blockFrames = blockSize;
-    const auto channels = static_cast<std::size_t> (effect->numInputs + effect->numOutputs);
+    const auto inputCount = static_cast<std::size_t> (effect->numInputs);
+    const std::size_t channels = inputCount + static_cast<std::size_t> (effect->numOutputs);
     const auto frames = static_cast<std::size_t> (blockSize);
     samples.assign (channels * frames, 0.0f);
     inputs.clear ();
     outputs.clear ();
     for (std::size_t channel = 0; channel < channels; ++channel)
     {
-        auto& list = channel < static_cast<std::size_t> (effect->numInputs) ? inputs : outputs;
+        auto& list = channel < inputCount ? inputs : outputs;
         list.push_back (samples.data () + channel * frames);
     }
 

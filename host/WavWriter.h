@@ -32,7 +32,8 @@ public:
     WavWriter (const WavWriter&) = delete;
     WavWriter& operator= (const WavWriter&) = delete;
 
-    // Left and right in turn. Values beyond -1..1 are limited in the two integer formats.
+    // Left and right in turn. The two integer formats round to the nearest step, without dither, and limit
+    // values beyond -1..1.
     void add (std::span<const float> stereo);
 
     // Completes the file and gives it its name, in place of an older file of that name.

@@ -48,6 +48,7 @@ auto during (const std::string& what, const std::filesystem::path& file, Action 
 ProgramList programsOf (Plugin& plugin)
 {
     std::vector<std::string> names;
+    names.reserve (static_cast<std::size_t> (plugin.programCount ()));
     for (int i = 0; i < plugin.programCount (); ++i)
         names.push_back (plugin.programName (i));
     return ProgramList (std::move (names));
@@ -61,11 +62,11 @@ void selectProgram (Plugin& plugin, const ProgramList& programs, const std::stri
         return;
     }
     std::string message = "there is no program \"" + wanted + "\"";
-    std::string separator = "; did you mean ";
+    const char* separator = "; did you mean \"";
     for (const std::string& name : programs.similar (wanted))
     {
-        message += separator + "\"" + name + "\"";
-        separator = " or ";
+        message.append (separator).append (name).append ("\"");
+        separator = " or \"";
     }
     throw std::runtime_error (message + "; --list-programs shows all " + std::to_string (programs.size ()));
 }

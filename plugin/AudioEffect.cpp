@@ -1,5 +1,7 @@
 #include "plugin/AudioEffect.h"
 
+#include "plugin/Parameters.h"
+
 namespace
 {
 AudioEffect& objectOf (AEffect* effect)
@@ -182,7 +184,8 @@ VstIntPtr AudioEffect::dispatchEditor (VstInt32 opcode, VstInt32 index, VstIntPt
 {
     if (editor == nullptr)
         return 0;
-    VstKeyCode key = { index, static_cast<unsigned char> (value), static_cast<unsigned char> (opt) };
+    VstKeyCode key = { index, static_cast<unsigned char> (value),
+                       static_cast<unsigned char> (truncateToInt (opt)) }; // any float may come
     switch (opcode)
     {
     case effEditGetRect:

@@ -1,8 +1,9 @@
 #include "plugin/Services.h"
 
+#include "editor/EditorFactory.h"
 #include "platform/LibraryPath.h"
 
 Services systemServices ()
 {
-    return { platform::makeSettingsStore (), platform::showMessage, platform::ownLibraryPath, nullptr };
+    return { platform::makeSettingsStore (), platform::showMessage, platform::ownLibraryPath, createEditor };
 }

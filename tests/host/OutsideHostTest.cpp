@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -158,13 +159,16 @@ float peak (const std::vector<float>& samples, std::size_t first, std::size_t la
     return largest;
 }
 
-// The library is loaded from a folder of its own, where no bank of the user's lies beside it.
+// The library is loaded from a folder of its own, where no bank of the user's lies beside it. It finds none
+// of the user's settings, and no screen for a message box that would wait for somebody.
 class OutsideHost : public testing::Test
 {
 protected:
     static void SetUpTestSuite ()
     {
         folder = std::make_unique<TemporaryFolder> ();
+        setenv ("XDG_CONFIG_HOME", folder->folder ().c_str (), 1);
+        unsetenv ("DISPLAY");
         const auto copy = *folder / "Brimvale.so";
         std::filesystem::copy_file (BRIMVALE_LIBRARY, copy);
         library = dlopen (copy.c_str (), RTLD_NOW | RTLD_LOCAL);
@@ -351,30 +355,34 @@ TEST_F (OutsideHost, ChunksHoldNamesAndValuesAndBringThemBack)
     }
 }
 
+// Quirk: a stamp above 0 acts one sample before its place, so that stamps 0 and 1 fall together. Songs
+// rendered before sound the same only if this stays.
 TEST_F (OutsideHost, ANoteSoundsFromItsOwnSampleOnBothOutputs)
 {
-    const auto noteAt = [] (int frame)
+    const auto noteAt = [] (int stamp)
     {
         Instance instance (entry ());
         instance.start (48000.0f);
         EXPECT_EQ (hostSide.wantMidi, 1) << "asked for MIDI when it was switched on";
         hostSide.wantMidi = 0;
         Events events;
-        events.add (frame, { 0x90, 60, 100 });
+        events.add (stamp, { 0x90, 60, 100 });
         instance.call (effProcessEvents, 0, 0, events.record ());
-        return instance.render (8);
+        Stereo sound = instance.render (8);
+        EXPECT_EQ (sound.left, sound.right);
+        return sound.left;
     };
-    // An event acts one sample ahead of its offset, and offset 0 where offset 1 does.
-    constexpr std::ptrdiff_t late = 100;
-    constexpr std::ptrdiff_t ahead = late - 1;
-    const Stereo first = noteAt (0);
-    const Stereo second = noteAt (late);
-    EXPECT_EQ (first.left, first.right);
-    EXPECT_EQ (second.left, second.right);
-    EXPECT_GT (peak (first.left, 0, first.left.size ()), 0.01f);
-    EXPECT_EQ (peak (second.left, 0, ahead), 0.0f) << "asleep before its first note";
-    EXPECT_TRUE (std::equal (second.left.begin () + ahead, second.left.end (), first.left.begin ()))
-        << "the same sound, later";
+    const std::vector<float> atOnce = noteAt (0);
+    EXPECT_NE (atOnce[0], 0.0f);
+    EXPECT_GT (peak (atOnce, 0, atOnce.size ()), 0.01f);
+    for (const int stamp : { 1, 2, 100, blockSize - 1 })
+    {
+        const std::vector<float> later = noteAt (stamp);
+        const auto start = later.begin () + (stamp - 1);
+        EXPECT_TRUE (std::all_of (later.begin (), start, [] (float sample) { return sample == 0.0f; }))
+            << stamp;
+        EXPECT_TRUE (std::equal (start, later.end (), atOnce.begin ())) << stamp;
+    }
 }
 
 TEST_F (OutsideHost, ANoteEndsAfterItsRelease)

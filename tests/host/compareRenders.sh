@@ -8,6 +8,7 @@ tolerance=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export XDG_CONFIG_HOME=$work/settings # none of the user's own
+unset DISPLAY # and no window that would wait for somebody
 
 render=("$root/examples/demo.mid" --format float --rate 44100 --block 512)
 "$native/brimvale-host" "$native/Brimvale.so" "${render[@]}" -o "$work/native.wav"

@@ -1,0 +1,78 @@
+# The graphics toolkit, as the static library `vstgui`: one translation unit per platform and the
+# binding to the plug-in interface. Its sources are not part of this repository; BRIMVALE_VSTGUI_DIR
+# names a VSTGUI 4 source tree (the folder that holds vstgui/vstgui.h).
+if(DEFINED ENV{XDG_CACHE_HOME} AND NOT "$ENV{XDG_CACHE_HOME}" STREQUAL "")
+    set(vstguiDefault $ENV{XDG_CACHE_HOME}/brimvale/vstgui)
+else()
+    set(vstguiDefault $ENV{HOME}/.cache/brimvale/vstgui)
+endif()
+set(BRIMVALE_VSTGUI_DIR ${vstguiDefault} CACHE PATH "VSTGUI 4 source tree, the folder that holds vstgui/vstgui.h")
+if(NOT EXISTS ${BRIMVALE_VSTGUI_DIR}/vstgui/vstgui.h)
+    message(FATAL_ERROR "The VSTGUI 4 sources: no vstgui/vstgui.h in ${BRIMVALE_VSTGUI_DIR}. "
+                        "Run tools/fetchSources.sh, or name a folder that has it with -DBRIMVALE_VSTGUI_DIR=...")
+endif()
+
+set(vstguiSources ${BRIMVALE_VSTGUI_DIR}/vstgui)
+if(WIN32)
+    set(platformUnit ${vstguiSources}/vstgui_win32.cpp)
+else()
+    set(platformUnit ${vstguiSources}/vstgui_linux.cpp)
+endif()
+
+add_library(vstgui STATIC ${platformUnit} ${vstguiSources}/plugin-bindings/aeffguieditor.cpp)
+target_include_directories(vstgui SYSTEM PUBLIC ${BRIMVALE_VSTGUI_DIR})
+# The binding finds the dispatch layer under the name that it expects.
+target_include_directories(vstgui PUBLIC ${CMAKE_SOURCE_DIR}/plugin/sdk PRIVATE ${CMAKE_SOURCE_DIR})
+# With its assertions off in every build: they abort on states that the library itself recovers from.
+target_compile_definitions(
+    vstgui
+    PUBLIC VSTGUI_ENABLE_DEPRECATED_METHODS=1
+    PRIVATE NDEBUG RELEASE)
+target_compile_options(vstgui PRIVATE -w)
+
+if(WIN32)
+    target_compile_definitions(
+        vstgui PUBLIC WIN32=1 UNICODE _UNICODE _WIN32_WINNT=0x0A00 WINVER=0x0A00)
+    target_compile_options(
+        vstgui PRIVATE -include ${CMAKE_SOURCE_DIR}/cmake/VstguiMingw.h)
+    target_link_libraries(
+        vstgui
+        PUBLIC d2d1
+               dwrite
+               windowscodecs
+               shlwapi
+               ole32
+               uuid
+               oleaut32
+               comdlg32
+               comctl32
+               opengl32
+               gdi32
+               imm32
+               dxguid
+               dwmapi
+               d3d11
+               dxgi)
+else()
+    find_package(PkgConfig REQUIRED)
+    pkg_check_modules(
+        VstguiSystem
+        REQUIRED
+        IMPORTED_TARGET
+        x11
+        x11-xcb
+        xcb
+        xcb-util
+        xcb-cursor
+        xcb-keysyms
+        xcb-xkb
+        xkbcommon
+        xkbcommon-x11
+        fontconfig
+        freetype2
+        cairo
+        pangocairo
+        pangoft2)
+    target_compile_definitions(vstgui PUBLIC LINUX=1)
+    target_link_libraries(vstgui PUBLIC PkgConfig::VstguiSystem ${CMAKE_DL_LIBS})
+endif()

@@ -1,0 +1,404 @@
+#include "editor/Editor.h"
+
+#include <chrono>
+
+#include "editor/EditorFactory.h"
+#include "editor/MenuTable.h"
+#include "editor/ValueText.h"
+#include "platform/EditorWindow.h"
+#include "plugin/VstSynth.h"
+
+using namespace VSTGUI;
+
+namespace
+{
+constexpr std::int32_t linearKnobs = kLinearMode;
+
+// The zoom lies beside the synth's stored settings, in percent.
+constexpr std::string_view settingsKey = "Brimvale";
+constexpr std::string_view zoomName = "EditorZoom";
+
+std::uint32_t clockSeed ()
+{
+    return static_cast<std::uint32_t> (std::chrono::system_clock::now ().time_since_epoch ().count ());
+}
+
+// A light that tells whether a parameter is at its special place.
+struct Lamp
+{
+    std::int32_t tag;
+    std::int32_t parameter;
+    bool (*isLit) (float value);
+};
+bool isNotAbove0 (float value)
+{
+    return !(value > 0.0f);
+}
+bool isOffCentre (float value)
+{
+    return value != 0.5f;
+}
+constexpr Lamp lamps[] = { { 39, param1Sustain, isNotAbove0 },
+                           { 40, param2Delay, isNotAbove0 },
+                           { 41, paramLfoFilter, isOffCentre },
+                           { 42, param2ToFilter, isOffCentre } };
+
+// Category of a number key, or -1.
+std::int32_t categoryOfKey (std::int32_t character)
+{
+    return character >= '1' && character <= '4' ? character - '1' : -1;
+}
+}
+
+std::unique_ptr<SynthEditor> createEditor (VstSynth& synth)
+{
+    return std::make_unique<Editor> (synth);
+}
+
+Editor::Editor (VstSynth& owner)
+    : AEffGUIEditor (static_cast<AudioEffect*> (&owner)), synth (owner), randomSound (clockSeed ())
+{
+    rect = { 0, 0, static_cast<VstInt16> (panel::panelRect.height), static_cast<VstInt16> (panel::panelRect.width) };
+    AEffGUIEditor::setKnobMode (linearKnobs);
+}
+
+Editor::~Editor ()
+{
+    Editor::close ();
+}
+
+bool Editor::getRect (ERect** rectangle)
+{
+    if (closed)
+        updateRect ();
+    *rectangle = &rect;
+    return true;
+}
+
+bool Editor::open (void* parentWindow)
+{
+    close ();
+    if (parentWindow == nullptr)
+        return false;
+    if (toolkit == nullptr)
+        toolkit = Toolkit::use ();
+    background = panelBitmap (panel::panelBitmapId);
+    aboutPicture = panelBitmap (panel::aboutBitmapId);
+
+    updateRect ();
+    mailbox.open (); // before anything is read, so that no change falls between
+    frame = new CFrame (CRect (0, 0, panel::panelRect.width, panelHeight ()), this);
+    frame->setBackground (background);
+    setKnobMode (linearKnobs);
+    buildPanel ();
+    makeAboutPage ();
+    frame->setZoom (zoomPercents[zoomChoice] / 100.0);
+    if (!platform::openFrame (*frame, parentWindow))
+    {
+        close ();
+        return false;
+    }
+    styleMenus ();
+    AEffGUIEditor::open (parentWindow);
+    copyLearnBindings ();
+    closed = false;
+    return true;
+}
+
+void Editor::close ()
+{
+    closed = true;
+    mailbox.shut ();
+    if (frame == nullptr)
+        return;
+    for (const ControlSlot& entry : slots)
+    {
+        while (entry.control != nullptr && entry.control->isEditing ())
+            entry.control->endEdit ();
+    }
+    hoverHelp.reset ();
+    frame->unregisterKeyboardHook (this);
+    platform::closeFrame (*frame);
+    frame = nullptr;
+    systemWindow = nullptr;
+
+    slots = {};
+    topView = nullptr;
+    keyboard = nullptr;
+    keyboardShown = false;
+    shownNotes = {};
+    programDisplay = nullptr;
+    aboutPage = nullptr;
+    aboutShown = false;
+}
+
+void Editor::idle ()
+{
+    if (closed)
+        return;
+    platform::handleWindowEvents ();
+    if (closed) // a window event can lead to anything, also to that
+        return;
+    applyNews ();
+    hoverHelp->idle ();
+    AEffGUIEditor::idle ();
+}
+
+bool Editor::onKeyDown (VstKeyCode& keyCode)
+{
+    if (!closed && randomChoice == useNumberKeysEntry)
+        makeRandomSound (categoryOfKey (keyCode.character));
+    return true;
+}
+
+void Editor::onKeyboardEvent (KeyboardEvent& event, CFrame* /*owner*/)
+{
+    const std::int32_t category = categoryOfKey (static_cast<std::int32_t> (event.character));
+    if (event.type != EventType::KeyDown || randomChoice != useNumberKeysEntry || category < 0)
+        return;
+    makeRandomSound (category);
+    event.consumed = true;
+}
+
+void Editor::beginEdit (std::int32_t index)
+{
+    if (isParameter (index))
+        AEffGUIEditor::beginEdit (index);
+}
+
+void Editor::endEdit (std::int32_t index)
+{
+    if (isParameter (index))
+        AEffGUIEditor::endEdit (index);
+}
+
+bool Editor::beforeSizeChange (const CRect& newSize, const CRect& oldSize)
+{
+    return closed || AEffGUIEditor::beforeSizeChange (newSize, oldSize);
+}
+
+// Any thread.
+void Editor::setParameter (std::int32_t index, float value)
+{
+    mailbox.post (index, value);
+}
+
+void Editor::valueChanged (CControl* control)
+{
+    if (closed)
+        return;
+    const auto guard = shared (control); // what follows can show a message box, and meanwhile the host can close us
+    if (const auto* rightMenu = dynamic_cast<VstGraph::CRightMenu*> (control))
+        synth.setParameter (commandLearn, rightMenu->getValue ());
+    else if (auto* menu = dynamic_cast<COptionMenu*> (control))
+        menuChosen (*menu);
+    else
+        forward (control->getTag (), control->getValue ());
+    if (closed)
+        return;
+    if (control != keyboard) // which has marked the keys that changed
+        control->setDirty ();
+    applyNews ();
+    if (!closed)
+        hoverHelp->refresh ();
+}
+
+void Editor::forward (std::int32_t tag, float value)
+{
+    if (tag == commandRemoveAbout)
+        setParameter (tag, value);
+    else
+        synth.setParameterAutomated (tag, value);
+}
+
+void Editor::applyNews ()
+{
+    if (applying)
+        return;
+    applying = true;
+    // What is applied can make news of its own (a program change moves every parameter).
+    for (Mailbox::News news = mailbox.take (); news.any () && !closed; news = mailbox.take ())
+    {
+        for (std::int32_t index = 0; index < Mailbox::indexCount && !closed; ++index)
+        {
+            if (news.has (index))
+                applyValue (index, news.value (index));
+        }
+        if (closed)
+            break;
+        applyNotes (news);
+        if (news.learnMenus ())
+            copyLearnBindings ();
+        if (news.programs ())
+            updateProgramDisplay ();
+    }
+    applying = false;
+}
+
+void Editor::applyValue (std::int32_t index, float value)
+{
+    switch (index)
+    {
+    case commandProgram:
+        synth.setProgram (truncateToInt (value));
+        synth.updateDisplay ();
+        return;
+    case commandMainMenu:
+        if (value == static_cast<float> (menuAbout))
+            showAboutPage ();
+        return;
+    case commandRemoveAbout:
+        removeAboutPage ();
+        return;
+    case commandRandom:
+        makeRandomSound (truncateToInt (value));
+        return;
+    default:
+        break;
+    }
+    if (index >= slotCount)
+        return;
+
+    const ControlSlot& entry = slot (index);
+    if (entry.active && entry.display != nullptr)
+    {
+        const float shown = entry.integerDisplay ? static_cast<float> (truncateToInt (value)) : value;
+        entry.display->setValue (shown * entry.displayScale + entry.displayOffset);
+    }
+    if (entry.active && entry.control != nullptr)
+        entry.control->setValue (value);
+
+    if (index == paramShowKeys)
+        setKeyboardShown (value != 0.0f);
+    else if (index == paramLfoRate || index == paramLfoBmpSync)
+        updateRateDisplay ();
+    else
+        updateLamps ();
+}
+
+void Editor::applyNotes (const Mailbox::News& news)
+{
+    if (news.has (commandVoiceMode))
+    {
+        keyboard->allKeysOff ();
+        shownNotes = {};
+    }
+    for (int note = 0; note < Mailbox::noteCount; ++note)
+    {
+        const bool down = Mailbox::contains (news.notesDown (), note);
+        if (down == Mailbox::contains (shownNotes, note))
+            continue;
+        if (down)
+            keyboard->setKeyOn (note);
+        else
+            keyboard->setKeyOff (note);
+    }
+    shownNotes = news.notesDown ();
+}
+
+// The lamps say what a knob at its special place does.
+void Editor::updateLamps ()
+{
+    for (const Lamp& lamp : lamps)
+    {
+        if (slot (lamp.tag).control != nullptr)
+            slot (lamp.tag).control->setValue (lamp.isLit (synth.getParameter (lamp.parameter)) ? 1.0f : 0.0f);
+    }
+}
+
+void Editor::updateRateDisplay ()
+{
+    CControl* display = slot (paramLfoRate).display;
+    const std::string before = rateText;
+    lfoRateText (synth.parameterValue (paramLfoRate), synth.parameterValue (paramLfoBmpSync) != 0.0f, rateText);
+    if (display != nullptr && rateText != before)
+        display->setDirty ();
+}
+
+void Editor::updateProgramDisplay ()
+{
+    if (programDisplay != nullptr)
+        programDisplay->setText (programEntry (synth.getProgram (), synth.programName (synth.getProgram ())));
+}
+
+void Editor::copyLearnBindings ()
+{
+    for (std::int32_t index = 0; index < parameterCount; ++index)
+    {
+        if (slot (index).rightMenu != nullptr)
+            slot (index).rightMenu->setController (synth.midiController (index));
+    }
+}
+
+void Editor::stepProgram (std::int32_t step)
+{
+    const std::int32_t next = (synth.getProgram () + step + programCount) % programCount;
+    forward (commandProgram, static_cast<float> (next));
+    applyNews ();
+}
+
+void Editor::makeRandomSound (std::int32_t category)
+{
+    randomSound.generate (category, [this] (std::int32_t index, float value) { synth.setParameter (index, value); });
+    applyNews ();
+}
+
+void Editor::showAboutPage ()
+{
+    if (aboutShown)
+        return;
+    aboutShown = true;
+    addShared (aboutPage);
+}
+
+void Editor::removeAboutPage ()
+{
+    if (aboutShown)
+        frame->removeView (aboutPage);
+    aboutShown = false;
+}
+
+int Editor::panelHeight () const
+{
+    return synth.getParameter (paramShowKeys) != 0.0f ? panel::panelRect.height : panel::heightWithoutKeys;
+}
+
+void Editor::updateRect ()
+{
+    if (zoomChoice < 0)
+        zoomChoice = zoomEntryOf (synth.settings ().read (settingsKey, zoomName));
+    const int percent = zoomPercents[zoomChoice];
+    rect.top = 0;
+    rect.left = 0;
+    rect.right = static_cast<VstInt16> (panel::panelRect.width * percent / 100);
+    rect.bottom = static_cast<VstInt16> (panelHeight () * percent / 100);
+}
+
+void Editor::setKeyboardShown (bool shown)
+{
+    if (shown == keyboardShown)
+        return;
+    keyboardShown = shown;
+    if (shown)
+        addShared (keyboard);
+    else
+        frame->removeView (keyboard);
+    updateRect (); // first, for the host may ask while it resizes
+    frame->setSize (rect.right, rect.bottom);
+    frame->invalid ();
+}
+
+void Editor::setZoomEntry (int entry)
+{
+    const int before = zoomChoice;
+    zoomChoice = entry;
+    updateRect ();
+    if (!frame->setZoom (zoomPercents[entry] / 100.0))
+    {
+        zoomChoice = before;
+        updateRect ();
+        return;
+    }
+    synth.settings ().write (settingsKey, zoomName, static_cast<std::uint32_t> (zoomPercents[entry]));
+    synth.settings ().commit ();
+}

@@ -1,0 +1,136 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+
+#include "editor/AboutPage.h"
+#include "editor/HoverHelp.h"
+#include "editor/Keyboard.h"
+#include "editor/Mailbox.h"
+#include "editor/PanelLayout.h"
+#include "editor/ProgramDisplay.h"
+#include "editor/RandomSound.h"
+#include "editor/RightMenu.h"
+#include "editor/Toolkit.h"
+#include "plugin/SynthEditor.h"
+
+// The panel in the host's window. Everything runs on the host's user-interface thread but the four calls of
+// SynthEditor that bring news: those may come on the audio thread, go into the mailbox and are worked off at
+// the next idle, or at once when the change came from the panel itself.
+class Editor final : public VSTGUI::AEffGUIEditor,
+                     public VSTGUI::IControlListener,
+                     public VSTGUI::IKeyboardHook,
+                     public SynthEditor
+{
+public:
+    explicit Editor (VstSynth& owner);
+    ~Editor () override;
+
+    // AEffEditor
+    bool getRect (ERect** rectangle) override;
+    bool open (void* parentWindow) override;
+    void close () override;
+    void idle () override;
+    bool onKeyDown (VstKeyCode& keyCode) override; // takes every key
+    void beginEdit (std::int32_t index) override;  // only parameters reach the host
+    void endEdit (std::int32_t index) override;
+    bool beforeSizeChange (const VSTGUI::CRect& newSize, const VSTGUI::CRect& oldSize) override;
+
+    // SynthEditor
+    void setParameter (std::int32_t index, float value) override;
+    void refreshLearnMenus () override { mailbox.postLearnMenus (); }
+    void setProgramEntry (std::int32_t, const char*) override { mailbox.postPrograms (); }
+    void markCurrentProgram () override { mailbox.postPrograms (); }
+    AEffEditor& asAEffEditor () override { return *this; }
+
+    // From the controls
+    void valueChanged (VSTGUI::CControl* control) override;
+    void onKeyboardEvent (VSTGUI::KeyboardEvent& event, VSTGUI::CFrame* frame) override;
+
+    // What stands on the panel for one tag. The views are the frame's and live until `close`.
+    struct ControlSlot
+    {
+        VstGraph::CRightMenu* rightMenu = nullptr; // parameters only
+        VSTGUI::CControl* control = nullptr;
+        VSTGUI::CControl* display = nullptr;
+        bool active = false;         // in use
+        bool integerDisplay = false; // the display shows the value cut to an integer
+        float displayScale = 1.0f;   // the display shows value x scale + offset
+        float displayOffset = 0.0f;
+        std::uint32_t bitmapId = 0;
+    };
+    static constexpr std::int32_t slotCount = 43;
+    const ControlSlot& slot (std::int32_t tag) const { return slots[static_cast<std::size_t> (tag)]; }
+    const Keyboard* onScreenKeyboard () const { return keyboard; }
+    bool isKeyboardShown () const { return keyboardShown; }
+    bool isAboutShown () const { return aboutShown; }
+
+private:
+    // EditorPanel.cpp: what the panel is built of
+    void buildPanel ();
+    void addKnob (int x, int y, std::int32_t tag, int frameHeight, int bitmapId, bool addToFrame);
+    void addOnOffButton (int x, int y, int width, int height, std::int32_t tag, int bitmapId, bool addToFrame);
+    void addHorizontalSlider (int x, int y, int width, int height, std::int32_t tag, int bitmapId, bool addToFrame);
+    void addValueDisplay (int x, int y, int width, int height, std::int32_t tag, float scale, float offset,
+                          bool isInteger, bool addToFrame);
+    void addKeyboard (const panel::Rect& rect, std::int32_t tag);
+    void addProgramControls ();
+    void addShared (VSTGUI::CView* view);
+    void makeAboutPage ();
+    void enterControl (VSTGUI::CControl* control, std::int32_t tag, int bitmapId, bool addToFrame);
+    VSTGUI::SharedPointer<VSTGUI::CBitmap> panelBitmap (int resourceId);
+    std::string helpFor (VSTGUI::CView* view);
+
+    // EditorMenus.cpp
+    VSTGUI::SharedPointer<VSTGUI::COptionMenu> makeMenu (std::int32_t tag);
+    VSTGUI::SharedPointer<VSTGUI::COptionMenu> makeMainMenu ();
+    VSTGUI::SharedPointer<VSTGUI::COptionMenu> makeProgramMenu ();
+    void popUp (VSTGUI::SharedPointer<VSTGUI::COptionMenu> menu, const VSTGUI::CPoint& where);
+    void openMainMenu (const VSTGUI::CPoint& where);
+    void openProgramMenu ();
+    int currentEntry (std::int32_t tag) const;
+    void menuChosen (VSTGUI::COptionMenu& menu);
+    void styleMenus ();
+
+    // Editor.cpp: news and their effects
+    void applyNews ();
+    void applyValue (std::int32_t index, float value);
+    void applyNotes (const Mailbox::News& news);
+    void updateLamps ();
+    void updateRateDisplay ();
+    void updateProgramDisplay ();
+    void copyLearnBindings ();
+    void forward (std::int32_t tag, float value);
+    void stepProgram (std::int32_t step);
+    void makeRandomSound (std::int32_t category);
+    void showAboutPage ();
+    void removeAboutPage ();
+
+    // Size
+    int panelHeight () const;
+    void updateRect ();
+    void setKeyboardShown (bool shown);
+    void setZoomEntry (int entry);
+
+    VstSynth& synth;
+    std::shared_ptr<Toolkit> toolkit; // from the first time open
+    Mailbox mailbox;
+    bool closed = true;
+    bool applying = false; // news are being worked off; calls that come back in between wait
+    std::array<ControlSlot, slotCount> slots;
+    VSTGUI::SharedPointer<VSTGUI::CBitmap> background;
+    VSTGUI::SharedPointer<VSTGUI::CBitmap> aboutPicture;
+    VSTGUI::CView* topView = nullptr; // everything that joins the panel later goes below it
+    VSTGUI::SharedPointer<Keyboard> keyboard;
+    bool keyboardShown = false;
+    Mailbox::NoteSet shownNotes = {};
+    ProgramDisplay* programDisplay = nullptr;
+    VSTGUI::SharedPointer<CAboutPage> aboutPage;
+    bool aboutShown = false;
+    std::unique_ptr<HoverHelp> hoverHelp;
+    std::string rateText; // what the LFO rate's display shows
+    std::int32_t randomChoice = 0; // last chosen entry of the random-sound menu
+    std::int32_t zoomChoice = -1;  // entry of the zoom menu, -1: not read yet
+    RandomSound randomSound;
+};

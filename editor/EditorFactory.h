@@ -1,0 +1,8 @@
+#pragma once
+
+#include <memory>
+
+#include "plugin/SynthEditor.h"
+
+// The instrument's graphical editor. Cheap: it makes no window and touches no display before it is opened.
+std::unique_ptr<SynthEditor> createEditor (VstSynth& synth);

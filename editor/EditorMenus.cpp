@@ -1,0 +1,141 @@
+// The pop-up menus, from the menu table.
+#include "editor/Colours.h"
+#include "editor/Editor.h"
+#include "editor/MenuTable.h"
+#include "platform/EditorWindow.h"
+#include "plugin/VstSynth.h"
+#include "vstgui/lib/platform/common/genericoptionmenu.h"
+#include "vstgui/lib/platform/iplatformframe.h"
+
+using namespace VSTGUI;
+
+namespace
+{
+constexpr double menuFontSize = 12.0; // pixels
+}
+
+SharedPointer<COptionMenu> Editor::makeMenu (std::int32_t tag)
+{
+    auto menu = makeOwned<COptionMenu> (CRect (), this, tag);
+    for (const char* entry : menuTable (tag).entries)
+    {
+        if (entry == menuSeparator)
+            menu->addSeparator ();
+        else
+            menu->addEntry (entry);
+    }
+    const int current = currentEntry (tag);
+    menu->setCurrent (current);
+    menu->checkEntry (current, true);
+    return menu;
+}
+
+SharedPointer<COptionMenu> Editor::makeMainMenu ()
+{
+    auto menu = makeMenu (commandMainMenu);
+    menu->addSeparator ();
+    for (const MenuTable& table : menuTables ())
+    {
+        if (table.title == nullptr)
+            continue;
+        const auto submenu = table.tag == commandProgram ? makeProgramMenu () : makeMenu (table.tag);
+        menu->addEntry (submenu, table.title);
+    }
+    return menu;
+}
+
+// Entries carry their program as tag, for the groups count from 0 each.
+SharedPointer<COptionMenu> Editor::makeProgramMenu ()
+{
+    auto menu = makeOwned<COptionMenu> (CRect (), this, commandProgram);
+    for (const ProgramGroup& group : programGroups ())
+    {
+        auto submenu = makeOwned<COptionMenu> (CRect (), this, commandProgram);
+        bool holdsCurrent = false;
+        for (const std::int32_t program : group.programs)
+        {
+            auto* item = new CMenuItem (programEntry (program, synth.programName (program)).c_str (), program);
+            const bool current = program == synth.getProgram ();
+            item->setChecked (current);
+            holdsCurrent = holdsCurrent || current;
+            submenu->addEntry (item);
+        }
+        menu->addEntry (submenu, group.title)->setChecked (holdsCurrent);
+    }
+    return menu;
+}
+
+// -1 where no entry is a state.
+int Editor::currentEntry (std::int32_t tag) const
+{
+    if (tag == commandRandom)
+        return randomChoice == useNumberKeysEntry ? randomChoice : -1;
+    if (tag == zoomMenuTag)
+        return zoomChoice;
+    return isParameter (tag) ? static_cast<int> (synth.parameterValue (tag) + 0.5f) : -1;
+}
+
+// The toolkit takes its reference back only while the frame lives, so it gets one of its own.
+void Editor::popUp (SharedPointer<COptionMenu> menu, const CPoint& where)
+{
+    const auto show = [this, menu, where] {
+        if (closed)
+            return;
+        menu->remember ();
+        menu->popup (frame, where, [menu] (COptionMenu*) { menu->forget (); });
+    };
+    hoverHelp->hide ();
+    if (frame->inEventProcessing ())
+        frame->doAfterEventProcessing (show);
+    else
+        show ();
+}
+
+void Editor::openMainMenu (const CPoint& where)
+{
+    popUp (makeMainMenu (), where);
+}
+
+void Editor::openProgramMenu ()
+{
+    popUp (makeProgramMenu (), toRect (panel::programDisplayRect).getBottomLeft ());
+}
+
+void Editor::menuChosen (COptionMenu& menu)
+{
+    std::int32_t index = -1;
+    COptionMenu* chosen = menu.getLastItemMenu (index);
+    if (chosen == nullptr || menu.getLastResult () < 0) // Escape leaves a menu but no entry
+        return;
+    const std::int32_t tag = chosen->getTag ();
+    if (tag == zoomMenuTag)
+    {
+        setZoomEntry (index);
+        return;
+    }
+    if (tag == commandRandom)
+        randomChoice = index;
+    const bool isProgram = tag == commandProgram;
+    const std::int32_t value = isProgram ? chosen->getEntry (index)->getTag () : index;
+    beginEdit (tag);
+    forward (tag, static_cast<float> (value));
+    if (!closed)
+        endEdit (tag);
+}
+
+void Editor::styleMenus ()
+{
+    if (platform::hasMenusOfItsOwn ())
+        return;
+    GenericOptionMenuTheme theme;
+    theme.font = toolkit->font (menuFontSize);
+    theme.backgroundColor = toColour (panel::caseColour);
+    theme.backgroundColor.alpha = 254; // the toolkit leaves a fully opaque one out
+    theme.textColor = toColour (panel::letterColour);
+    theme.selectedBackgroundColor = toColour (panel::accentColour);
+    theme.selectedTextColor = toColour (panel::glassColour);
+    theme.separatorColor = toColour (panel::scaleColour);
+    theme.titleTextColor = toColour (panel::scaleColour);
+    theme.menuAnimationTime = 60; // ms
+    frame->getPlatformFrame ()->setupGenericOptionMenu (true, &theme);
+}

@@ -1,0 +1,81 @@
+#include "editor/SmallButton.h"
+
+#include "editor/Colours.h"
+
+using namespace VSTGUI;
+
+SmallButton::SmallButton (const CRect& size, CBitmap* picture, Sign buttonSign, std::function<void ()> onPress)
+    : CView (size), sign (buttonSign), press (std::move (onPress))
+{
+    setBackground (picture);
+}
+
+void SmallButton::draw (CDrawContext* context)
+{
+    if (getBackground () != nullptr)
+    {
+        const CCoord frameHeight = getBackground ()->getHeight () / 2.0;
+        getBackground ()->draw (context, getViewSize (), CPoint (0.0, pressed ? frameHeight : 0.0));
+    }
+    drawSign (context);
+    setDirty (false);
+}
+
+void SmallButton::drawSign (CDrawContext* context) const
+{
+    // Pixels from the button's middle; a pressed button's sign sinks with it.
+    constexpr double halfHeight = 4.0;
+    constexpr double halfWidth = 3.0;
+    constexpr double barHalfWidth = 5.0;
+    constexpr double barPitch = 4.0;
+    CPoint middle = getViewSize ().getCenter ();
+    middle.y += pressed ? 1.0 : 0.0;
+
+    context->setFillColor (toColour (panel::letterColour));
+    if (sign == Sign::menu)
+    {
+        for (const double offset : { -barPitch, 0.0, barPitch })
+        {
+            const CRect bar (middle.x - barHalfWidth, middle.y + offset - 1.0, middle.x + barHalfWidth,
+                             middle.y + offset + 1.0);
+            context->drawRect (bar, kDrawFilled);
+        }
+        return;
+    }
+    const double tip = sign == Sign::left ? -halfWidth : halfWidth;
+    context->setDrawMode (kAntiAliasing);
+    const CDrawContext::PointList triangle = { { middle.x + tip, middle.y },
+                                               { middle.x - tip, middle.y - halfHeight },
+                                               { middle.x - tip, middle.y + halfHeight },
+                                               { middle.x + tip, middle.y } };
+    context->drawPolygon (triangle, kDrawFilled);
+}
+
+void SmallButton::onMouseDownEvent (MouseDownEvent& event)
+{
+    if (!event.buttonState.isLeft ())
+        return;
+    setPressed (true);
+    event.consumed = true;
+    press ();
+}
+
+void SmallButton::onMouseUpEvent (MouseUpEvent& event)
+{
+    setPressed (false);
+    event.consumed = true;
+}
+
+void SmallButton::onMouseCancelEvent (MouseCancelEvent& event)
+{
+    setPressed (false);
+    event.consumed = true;
+}
+
+void SmallButton::setPressed (bool isPressed)
+{
+    if (pressed == isPressed)
+        return;
+    pressed = isPressed;
+    invalid ();
+}

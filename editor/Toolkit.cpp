@@ -1,0 +1,115 @@
+#include "editor/Toolkit.h"
+
+#include <map>
+#include <mutex>
+#include <string_view>
+
+#include "editor/DibBitmap.h"
+#include "editor/PanelLayout.h"
+#include "platform/EditorWindow.h"
+#include "platform/Resources.h"
+#include "vstgui/lib/platform/iplatformbitmap.h"
+#include "vstgui/lib/platform/platformfactory.h"
+
+using namespace VSTGUI;
+
+struct Toolkit::Cache
+{
+    std::map<int, SharedPointer<CBitmap>> bitmaps;
+};
+
+namespace
+{
+// Arial is listed on systems where nothing of it can be drawn, so the printed family comes first.
+const char* existingFamily ()
+{
+    bool found = false;
+    getPlatformFactory ().getAllFontFamilies ([&] (const std::string& name) {
+        found = found || name == panel::fontFamily; // not every system stops at false
+        return !found;
+    });
+    return found ? panel::fontFamily : panel::fontFamilyFallback;
+}
+
+SharedPointer<CBitmap> makeBitmap (const DibBitmap& image)
+{
+    auto bitmap = makeOwned<CBitmap> (CPoint (image.width, image.height));
+    const auto& platformBitmap = bitmap->getPlatformBitmap ();
+    if (!platformBitmap)
+        return nullptr;
+    auto pixels = platformBitmap->lockPixels (true);
+    if (!pixels)
+        return nullptr;
+
+    // The order of the bytes in memory differs between the systems.
+    const auto format = pixels->getPixelFormat ();
+    const bool blueFirst = format == IPlatformBitmapPixelAccess::kBGRA;
+    for (int y = 0; y < image.height; ++y)
+    {
+        auto* out = pixels->getAddress () + static_cast<std::size_t> (y) * pixels->getBytesPerRow ();
+        for (int x = 0; x < image.width; ++x, out += 4)
+        {
+            const DibBitmap::Pixel& pixel = image.at (x, y);
+            out[0] = blueFirst ? pixel.blue : pixel.red;
+            out[1] = pixel.green;
+            out[2] = blueFirst ? pixel.red : pixel.blue;
+            out[3] = 255;
+        }
+    }
+    return bitmap;
+}
+
+// A double click or ctrl-click sets a knob or slider back.
+bool asksForDefault (CControl* control, MouseDownEvent& event)
+{
+    const bool canTurn = dynamic_cast<CKnobBase*> (control) != nullptr || dynamic_cast<CSliderBase*> (control) != nullptr;
+    return canTurn && event.buttonState.isLeft () &&
+           (event.clickCount == 2 || event.modifiers.is (ModifierKey::Control));
+}
+
+std::mutex useMutex; // hosts may make and delete instances on any thread
+std::weak_ptr<Toolkit> inUse;
+}
+
+std::shared_ptr<Toolkit> Toolkit::use ()
+{
+    const std::lock_guard lock (useMutex);
+    auto toolkit = inUse.lock ();
+    if (toolkit == nullptr)
+    {
+        toolkit = std::shared_ptr<Toolkit> (new Toolkit);
+        inUse = toolkit;
+    }
+    return toolkit;
+}
+
+Toolkit::Toolkit () : cache (std::make_unique<Cache> ())
+{
+    platform::startToolkit ();
+    family = existingFamily ();
+    CControl::CheckDefaultValueEventFunc = asksForDefault;
+}
+
+Toolkit::~Toolkit ()
+{
+    cache.reset ();
+    platform::endToolkit ();
+}
+
+SharedPointer<CBitmap> Toolkit::bitmap (int resourceId)
+{
+    const auto known = cache->bitmaps.find (resourceId);
+    if (known != cache->bitmaps.end ())
+        return known->second;
+
+    SharedPointer<CBitmap> loaded;
+    if (const auto image = DibBitmap::read (platform::findResource ("BITMAP", resourceId)))
+        loaded = makeBitmap (*image);
+    cache->bitmaps.emplace (resourceId, loaded);
+    return loaded;
+}
+
+SharedPointer<CFontDesc> Toolkit::font (double size, bool bold) const
+{
+    return makeOwned<CFontDesc> (family, size, bold ? kBoldFace : kNormalFace);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+
+// The toolkit's headers, in the one order that works: its plug-in binding first, which brings the dispatch
+// layer. Everything in this folder includes them from here.
+#include "vstgui/plugin-bindings/aeffguieditor.h"
+// Separate, for the binding has to come first.
+#include "vstgui/vstgui.h"
+
+// The toolkit as the whole process uses it: started for the first editor that opens, ended with the last one
+// that existed. Starting it may create graphics devices, so scanning hosts never get here. User-interface
+// thread only.
+class Toolkit
+{
+public:
+    static std::shared_ptr<Toolkit> use ();
+    ~Toolkit ();
+    Toolkit (const Toolkit&) = delete;
+    Toolkit& operator= (const Toolkit&) = delete;
+
+    // The bitmap with this resource id, loaded once; null when there is none or it is damaged.
+    VSTGUI::SharedPointer<VSTGUI::CBitmap> bitmap (int resourceId);
+
+    // The panel's lettering in a size in pixels.
+    VSTGUI::SharedPointer<VSTGUI::CFontDesc> font (double size, bool bold = false) const;
+
+private:
+    Toolkit ();
+
+    struct Cache;
+    std::unique_ptr<Cache> cache;
+    const char* family;
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+namespace VSTGUI
+{
+class CFrame;
+}
+
+// What the editor's window needs of the system. User-interface thread only.
+namespace platform
+{
+// Starts the toolkit, and ends it when no frame is open any more.
+void startToolkit ();
+void endToolkit ();
+
+// Opens the frame inside the host's window (an HWND or an X11 window id); false when there is no display or
+// the system refused.
+bool openFrame (VSTGUI::CFrame& frame, void* parentWindow);
+
+// Takes the frame's window away and gives up the caller's reference to the frame.
+void closeFrame (VSTGUI::CFrame& frame);
+
+// Whether pop-up menus are windows of the system; else the toolkit draws them inside the frame.
+bool hasMenusOfItsOwn ();
+
+// Hands waiting window events and due timers to the toolkit, where the system has no message loop that
+// does so by itself. To be called at every idle of an open editor.
+void handleWindowEvents ();
+}

@@ -1,0 +1,38 @@
+#include "platform/EditorWindow.h"
+
+#include <windows.h>
+
+#include "platform/LibraryPath.h"
+#include "vstgui/lib/cframe.h"
+#include "vstgui/lib/vstguiinit.h"
+
+namespace platform
+{
+void startToolkit ()
+{
+    VSTGUI::init (static_cast<HINSTANCE> (ownModuleHandle ()));
+}
+
+void endToolkit ()
+{
+    VSTGUI::exit ();
+}
+
+bool openFrame (VSTGUI::CFrame& frame, void* parentWindow)
+{
+    return frame.open (parentWindow, VSTGUI::PlatformType::kHWND);
+}
+
+void closeFrame (VSTGUI::CFrame& frame)
+{
+    frame.close ();
+}
+
+bool hasMenusOfItsOwn ()
+{
+    return true;
+}
+
+// The host's message loop serves the windows of this library as it serves its own.
+void handleWindowEvents () {}
+}

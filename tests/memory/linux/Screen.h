@@ -1,0 +1,44 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <xcb/xcb.h>
+
+// A second look at the display: the message boxes of this process, as another client sees them.
+class Screen
+{
+public:
+    Screen ();
+    ~Screen ();
+    Screen (const Screen&) = delete;
+    Screen& operator= (const Screen&) = delete;
+
+    bool isThere () const { return xcb_connection_has_error (connection) == 0; }
+
+    // The message box that is shown and has the keyboard; 0 when there is none.
+    xcb_window_t box ();
+
+    std::string title (xcb_window_t window) { return property (window, XCB_ATOM_WM_NAME); }
+    std::string text (xcb_window_t window) { return property (window, XCB_ATOM_WM_ICON_NAME); }
+    xcb_get_geometry_reply_t geometry (xcb_window_t window);
+    xcb_screen_t size () const { return *screen; }
+
+    // The pixels of a window's part, 0xRRGGBB, row by row.
+    std::vector<std::uint32_t> picture (xcb_window_t window, int x, int y, int width, int height);
+
+    void close (xcb_window_t window); // as a window manager asks for it
+
+private:
+    std::string property (xcb_window_t window, xcb_atom_t name);
+    xcb_atom_t atom (const std::string& name);
+
+    xcb_connection_t* connection;
+    xcb_screen_t* screen = nullptr;
+};
+
+// Keys and mouse, by xdotool: "key Return", "mousemove 3 4 click 1". Throws when it fails.
+void userDoes (const std::string& actions);

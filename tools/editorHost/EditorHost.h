@@ -1,0 +1,60 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/HostWindow.h"
+#include "platform/SharedLibrary.h"
+#include "plugin/vst2.h"
+
+// A host with one instrument and its editor in a window, driven by lines of text: see `commands` in the
+// source for the list. One thread does everything, as the smallest real hosts do.
+class EditorHost
+{
+public:
+    // Throws std::runtime_error when the library cannot be loaded or refuses.
+    explicit EditorHost (const std::filesystem::path& library);
+    ~EditorHost ();
+    EditorHost (const EditorHost&) = delete;
+    EditorHost& operator= (const EditorHost&) = delete;
+
+    // Carries out one line and answers what is to be printed, one line too: "ok", what was asked for, or
+    // "error" and why.
+    std::string obey (const std::string& line);
+
+    // A turn of the event loop: window events, then the editor's idle call.
+    void idle ();
+
+private:
+    using Words = std::vector<std::string>;
+    struct Command;
+    static const Command commands[];
+
+    static VstIntPtr answer (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
+                             float opt);
+    VstIntPtr answer (VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);
+    VstIntPtr call (VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, void* ptr = nullptr,
+                    float opt = 0.0f);
+
+    std::string openEditor (const Words& words);
+    std::string closeEditor (const Words& words);
+    std::string redraw (const Words& words);
+    std::string rectangle (const Words& words);
+    std::string getParameter (const Words& words);
+    std::string setParameter (const Words& words);
+    std::string program (const Words& words);
+    std::string sendMidi (const Words& words);
+    std::string render (const Words& words);
+    std::string takeCalls (const Words& words);
+    std::string pressKey (const Words& words);
+    std::string memoryUse (const Words& words);
+    std::string cycle (const Words& words);
+    std::string removeInstrument (const Words& words);
+
+    platform::SharedLibrary file; // outlives the instrument that it made
+    AEffect* effect = nullptr;
+    std::unique_ptr<platform::HostWindow> window;
+    std::string calls; // what the instrument told its host since the last question
+};
