@@ -71,6 +71,7 @@ std::vector<double> relativeDecibels (const std::vector<double>& values, double 
 {
     const double loudest = decibelsOfPower (*std::ranges::max_element (values));
     std::vector<double> result;
+    result.reserve (values.size ());
     for (const double value : values)
         result.push_back (std::max (decibelsOfPower (value) - loudest, floor));
     return result;
@@ -159,6 +160,7 @@ std::vector<double> powerSpectrum (Samples audio, std::size_t start, int size)
     std::vector<kiss_fft_cpx> bins (windowed.size () / 2 + 1);
     kiss_fftr (plan.get (), windowed.data (), bins.data ());
     std::vector<double> power;
+    power.reserve (bins.size ());
     for (const kiss_fft_cpx& bin : bins)
         power.push_back ((static_cast<double> (bin.r) * static_cast<double> (bin.r) +
                           static_cast<double> (bin.i) * static_cast<double> (bin.i)) /

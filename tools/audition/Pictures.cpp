@@ -139,8 +139,9 @@ void drawContactSheet (const std::filesystem::path& file,
     Canvas canvas (columns * cellWidth, rows * cellHeight + 6);
     for (std::size_t n = 0; n < programs.size (); ++n)
     {
+        const std::size_t row = n / columns;
         const double x = static_cast<double> (n % columns) * cellWidth + 6.0;
-        const double y = static_cast<double> (n / columns) * cellHeight + 18.0;
+        const double y = static_cast<double> (row) * cellHeight + 18.0;
         canvas.text (x, y - 4.0, 11.0, ink, std::to_string (n) + "  " + programs[n].name ());
         drawSpectrogram (canvas, x, y, pictureWidth, pictureHeight, phrases[n]);
     }

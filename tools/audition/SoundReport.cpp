@@ -84,6 +84,7 @@ std::vector<SoundFigures> measureBank (const std::vector<makeBank::SourceProgram
 double medianLoudness (const std::vector<SoundFigures>& figures)
 {
     std::vector<double> values;
+    values.reserve (figures.size ());
     for (const SoundFigures& sound : figures)
         values.push_back (sound.loudness);
     std::ranges::sort (values);
