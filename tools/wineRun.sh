@@ -17,6 +17,7 @@ while [ $# -gt 0 ]; do
     case $1 in
         --own-prefix) prefix=own-$2; shift 2 ;;
         --display) display=1; shift ;;
+        --this-display) givenDisplay=${DISPLAY:-}; shift ;;
         *) break ;;
     esac
 done
