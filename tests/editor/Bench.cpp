@@ -125,12 +125,8 @@ bool Bench::isWine ()
     return std::getenv ("BRIMVALE_EDITOR_WINE") != nullptr;
 }
 
-Bench::Bench ()
+VirtualDisplay::VirtualDisplay ()
 {
-    char folder[] = "/tmp/brimvale-editor.XXXXXX";
-    settingsFolder = mkdtemp (folder);
-    setenv ("XDG_CONFIG_HOME", settingsFolder.c_str (), 1);
-
     int displayPipe = -1;
     server = std::make_unique<ChildProcess> (
         std::vector<std::string>{ "Xvfb", "-displayfd", "{pipe}", "-screen", "0", "1300x900x24", "-noreset", "-nolisten",
@@ -143,6 +139,23 @@ Bench::Bench ()
     if (number.empty ())
         throw std::runtime_error ("Xvfb did not start");
     setenv ("DISPLAY", (":" + number).c_str (), 1);
+}
+
+VirtualDisplay::~VirtualDisplay ()
+{
+    leave ();
+}
+
+void VirtualDisplay::leave ()
+{
+    unsetenv ("DISPLAY");
+}
+
+Bench::Bench ()
+{
+    char folder[] = "/tmp/brimvale-editor.XXXXXX";
+    settingsFolder = mkdtemp (folder);
+    setenv ("XDG_CONFIG_HOME", settingsFolder.c_str (), 1);
 
     std::vector<std::string> command = { EDITOR_HOST, EDITOR_LIBRARY };
     if (isWine ())
@@ -157,7 +170,6 @@ Bench::~Bench ()
     screen.reset ();
     if (host != nullptr)
         finish ();
-    server.reset ();
     std::filesystem::remove_all (settingsFolder);
 }
 

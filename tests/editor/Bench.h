@@ -31,7 +31,20 @@ private:
     int output = -1;
 };
 
-// An X server of its own with one instrument's editor in it, played with a real mouse and keyboard. Both the
+// An X server that DISPLAY names while this object lives.
+class VirtualDisplay
+{
+public:
+    VirtualDisplay ();
+    ~VirtualDisplay ();
+
+    void leave (); // DISPLAY names none any more
+
+private:
+    std::unique_ptr<ChildProcess> server;
+};
+
+// A display of its own with one instrument's editor in it, played with a real mouse and keyboard. Both the
 // library for Linux and the one for Windows (under Wine) can be on it: see `isWine`.
 class Bench
 {
@@ -67,7 +80,7 @@ public:
 
 private:
     std::string settingsFolder;
-    std::unique_ptr<ChildProcess> server;
+    VirtualDisplay display;
     std::unique_ptr<ChildProcess> host;
     std::unique_ptr<ScreenGrab> screen;
 };
