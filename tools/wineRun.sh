@@ -1,10 +1,10 @@
 #!/bin/bash
 # Runs a 64-bit Windows program under Wine, away from the user's own Wine settings:
-#   tools/wineRun.sh [--own-prefix NAME [--display]] PROGRAM.exe [arguments...]
+#   tools/wineRun.sh [--own-prefix NAME [--display | --this-display]] PROGRAM.exe [arguments...]
 # The prefix (Wine's Windows disk and registry) lies in build/wine/ and is made on first use. Programs share
 # one and see no screen. A program that writes to the registry gets a fresh prefix of its own with
-# --own-prefix; with --display it also gets a virtual screen (1024 by 768) of its own. Never two at a time
-# with the same NAME.
+# --own-prefix; with --display it also gets a virtual screen (1024 by 768) of its own, with --this-display
+# the one that this command was started on. Never two at a time with the same NAME.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/common.sh"
@@ -13,10 +13,12 @@ wine=/usr/lib/wine/wine64
 folder=$here/../build/wine
 prefix=shared
 display=
+givenDisplay=
 while [ $# -gt 0 ]; do
     case $1 in
         --own-prefix) prefix=own-$2; shift 2 ;;
         --display) display=1; shift ;;
+        --this-display) givenDisplay=${DISPLAY:-}; shift ;;
         *) break ;;
     esac
 done
@@ -62,6 +64,7 @@ cleanUp () {
     [ -z "$screen" ] || kill "$screen" 2> /dev/null || true
 }
 trap cleanUp EXIT
+[ -z "$givenDisplay" ] || export DISPLAY=$givenDisplay
 if [ -n "$display" ]; then
     # The server picks a free number itself and writes it once it is ready.
     coproc Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp 2> /dev/null

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <vector>
 
 #include "vstgui/lib/cframe.h"
@@ -123,6 +124,19 @@ void registerDevice (xcb_window_t window)
         }
     }
 }
+// The toolkit asks for hints of motion, of which the last of a quick move may never come. Without that
+// bit every motion arrives.
+void askForEveryMotion (xcb_window_t window)
+{
+    xcb_connection_t* connection = X11::RunLoop::instance ().getXcbConnection ();
+    auto* attributes = xcb_get_window_attributes_reply (
+        connection, xcb_get_window_attributes (connection, window), nullptr);
+    if (attributes == nullptr)
+        return;
+    const std::uint32_t mask = attributes->your_event_mask & ~static_cast<std::uint32_t> (XCB_EVENT_MASK_POINTER_MOTION_HINT);
+    xcb_change_window_attributes (connection, window, XCB_CW_EVENT_MASK, &mask);
+    std::free (attributes);
+}
 }
 
 // Told where this library lies it would look for files beside it; everything is compiled in.
@@ -147,7 +161,9 @@ bool openFrame (CFrame& frame, void* parentWindow)
     config.runLoop = shared (static_cast<X11::IRunLoop*> (&runLoop ()));
     if (!frame.open (parentWindow, PlatformType::kX11EmbedWindowID, &config))
         return false;
-    registerDevice (dynamic_cast<X11::IX11Frame&> (*frame.getPlatformFrame ()).getX11WindowID ());
+    const xcb_window_t window = dynamic_cast<X11::IX11Frame&> (*frame.getPlatformFrame ()).getX11WindowID ();
+    registerDevice (window);
+    askForEveryMotion (window);
     handleWindowEvents (); // the window maps itself on its first event
     return true;
 }

@@ -1,0 +1,295 @@
+#include "tests/editor/Bench.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <stdexcept>
+#include <thread>
+
+namespace
+{
+constexpr auto patience = std::chrono::seconds (10);
+constexpr auto pollPause = std::chrono::milliseconds (20);
+constexpr int readPatience = 60000; // ms; the first start of Wine is slow
+
+constexpr int fileHeaderBytes = 14;
+
+struct Pipe
+{
+    int read = -1;
+    int write = -1;
+
+    Pipe ()
+    {
+        int ends[2];
+        if (pipe2 (ends, O_CLOEXEC) != 0)
+            throw std::runtime_error ("no pipe");
+        read = ends[0];
+        write = ends[1];
+    }
+};
+}
+
+ChildProcess::ChildProcess (std::vector<std::string> command, int* inheritedPipe)
+{
+    std::signal (SIGPIPE, SIG_IGN); // a child that ends early is told by its answers
+    Pipe toChild;
+    Pipe fromChild;
+    std::unique_ptr<Pipe> extra;
+    if (inheritedPipe != nullptr)
+    {
+        extra = std::make_unique<Pipe> ();
+        *inheritedPipe = extra->read;
+        fcntl (extra->write, F_SETFD, 0);
+        for (auto& word : command)
+        {
+            if (word == "{pipe}")
+                word = std::to_string (extra->write);
+        }
+    }
+    std::vector<char*> arguments;
+    for (auto& word : command)
+        arguments.push_back (word.data ());
+    arguments.push_back (nullptr);
+
+    pid = fork ();
+    if (pid == 0)
+    {
+        setpgid (0, 0); // so that a shell's children end with it
+        dup2 (toChild.read, STDIN_FILENO);
+        dup2 (fromChild.write, STDOUT_FILENO);
+        execvp (arguments[0], arguments.data ());
+        _exit (127);
+    }
+    close (toChild.read);
+    close (fromChild.write);
+    if (extra != nullptr)
+        close (extra->write);
+    input = toChild.write;
+    output = fromChild.read;
+}
+
+ChildProcess::~ChildProcess ()
+{
+    if (pid > 0)
+    {
+        kill (-pid, SIGTERM);
+        waitpid (pid, nullptr, 0);
+    }
+    if (input >= 0)
+        close (input);
+    close (output);
+}
+
+void ChildProcess::writeLine (const std::string& line)
+{
+    const std::string text = line + "\n";
+    if (write (input, text.data (), text.size ()) != static_cast<ssize_t> (text.size ()))
+        throw std::runtime_error ("the program no longer listens");
+}
+
+std::string ChildProcess::readLine ()
+{
+    std::string line;
+    for (char character = 0;;)
+    {
+        pollfd waiting = { output, POLLIN, 0 };
+        if (poll (&waiting, 1, readPatience) <= 0 || read (output, &character, 1) != 1 || character == '\n')
+            break;
+        if (character != '\r')
+            line += character;
+    }
+    return line;
+}
+
+int ChildProcess::wait ()
+{
+    close (input);
+    input = -1;
+    int status = 0;
+    waitpid (pid, &status, 0);
+    pid = -1;
+    return WIFEXITED (status) ? WEXITSTATUS (status) : 128 + WTERMSIG (status);
+}
+
+bool Bench::isWine ()
+{
+    return std::getenv ("BRIMVALE_EDITOR_WINE") != nullptr;
+}
+
+VirtualDisplay::VirtualDisplay ()
+{
+    int displayPipe = -1;
+    server = std::make_unique<ChildProcess> (
+        std::vector<std::string>{ "Xvfb", "-displayfd", "{pipe}", "-screen", "0", "1300x900x24", "-noreset", "-nolisten",
+                                  "tcp" },
+        &displayPipe);
+    std::string number;
+    for (char character = 0; read (displayPipe, &character, 1) == 1 && character != '\n';)
+        number += character;
+    close (displayPipe);
+    if (number.empty ())
+        throw std::runtime_error ("Xvfb did not start");
+    setenv ("DISPLAY", (":" + number).c_str (), 1);
+}
+
+VirtualDisplay::~VirtualDisplay ()
+{
+    leave ();
+}
+
+void VirtualDisplay::leave ()
+{
+    unsetenv ("DISPLAY");
+}
+
+Bench::Bench ()
+{
+    char folder[] = "/tmp/brimvale-editor.XXXXXX";
+    settingsFolder = mkdtemp (folder);
+    setenv ("XDG_CONFIG_HOME", settingsFolder.c_str (), 1);
+
+    std::vector<std::string> command = { EDITOR_HOST, EDITOR_LIBRARY };
+    if (isWine ())
+        command = { SOURCE_FOLDER "/tools/wineRun.sh", "--own-prefix", "editorwindows", "--this-display",
+                    SOURCE_FOLDER "/build/windows/brimvale-editor-host.exe", SOURCE_FOLDER "/build/windows/Brimvale.dll" };
+    host = std::make_unique<ChildProcess> (command);
+    screen = std::make_unique<ScreenGrab> ();
+}
+
+Bench::~Bench ()
+{
+    screen.reset ();
+    if (host != nullptr)
+        finish ();
+    std::filesystem::remove_all (settingsFolder);
+}
+
+int Bench::finish ()
+{
+    host->writeLine ("quit");
+    const int code = host->wait ();
+    host.reset ();
+    return code;
+}
+
+std::string Bench::say (const std::string& command)
+{
+    host->writeLine (command);
+    return host->readLine ();
+}
+
+float Bench::parameter (int index)
+{
+    const std::string answer = say ("get " + std::to_string (index));
+    return answer.empty () ? -1.0f : std::stof (answer);
+}
+
+std::string Bench::open ()
+{
+    const std::string answer = say ("open");
+    // The logo's corner of the background is the first thing to look at.
+    eventually ([this] { return matches (picture (), { 0, 0, 160, 90 }, bitmapFile (panel::panelBitmapId), 0); });
+    say ("calls");
+    return answer;
+}
+
+void Bench::mouse (const std::string& actions)
+{
+    if (std::system (("xdotool " + actions).c_str ()) != 0)
+        throw std::runtime_error ("xdotool failed");
+}
+
+void Bench::moveTo (int x, int y)
+{
+    mouse ("mousemove " + std::to_string (x) + " " + std::to_string (y));
+}
+
+// One by one, for a menu that opens or moves wants to be drawn before it takes the next.
+void Bench::keys (const std::string& names)
+{
+    mouse ("key --delay 60 " + names);
+}
+
+void Bench::enterSubmenu ()
+{
+    keys (isWine () ? "Right" : "Right Down");
+}
+
+Picture Bench::picture (int width, int height)
+{
+    return screen->grab (width, height);
+}
+
+bool Bench::eventually (const std::function<bool ()>& condition)
+{
+    const auto deadline = std::chrono::steady_clock::now () + patience;
+    while (!condition ())
+    {
+        if (std::chrono::steady_clock::now () > deadline)
+            return false;
+        std::this_thread::sleep_for (pollPause);
+    }
+    return true;
+}
+
+bool Bench::shows (const panel::Rect& place, int bitmapId, int frame)
+{
+    const int row = frame * panel::findBitmap (bitmapId)->frameHeight ();
+    return eventually ([&] { return matches (picture (), place, bitmapFile (bitmapId), row); });
+}
+
+std::string Bench::callsUntil (const std::string& last)
+{
+    std::string calls;
+    eventually ([&] {
+        calls += say ("calls");
+        return calls.find (last) != std::string::npos;
+    });
+    return calls;
+}
+
+const DibBitmap& bitmapFile (int id)
+{
+    static std::map<int, DibBitmap> read;
+    const auto known = read.find (id);
+    if (known != read.end ())
+        return known->second;
+    std::ifstream file (std::string (SOURCE_FOLDER "/resources/") + panel::findBitmap (id)->file, std::ios::binary);
+    const std::vector<char> bytes{ std::istreambuf_iterator<char> (file), {} };
+    const auto image = DibBitmap::read (std::as_bytes (std::span (bytes)).subspan (fileHeaderBytes));
+    return read.emplace (id, image.value ()).first->second;
+}
+
+bool matches (const Picture& picture, const panel::Rect& place, const DibBitmap& bitmap, int row)
+{
+    for (int y = 0; y < place.height; ++y)
+    {
+        for (int x = 0; x < place.width; ++x)
+        {
+            const DibBitmap::Pixel& pixel = bitmap.at (x, row + y);
+            const auto expected = static_cast<std::uint32_t> (pixel.red << 16 | pixel.green << 8 | pixel.blue);
+            if (picture.at (place.x + x, place.y + y) != expected)
+                return false;
+        }
+    }
+    return true;
+}
+
+const panel::Control& controlOf (int tag)
+{
+    for (const panel::Control& control : panel::controls ())
+    {
+        if (control.tag == tag && control.kind != panel::ControlKind::valueDisplay)
+            return control;
+    }
+    throw std::out_of_range ("no control has this tag");
+}

@@ -1,0 +1,473 @@
+// The editor in a real window, seen and played from outside. The same tests run on both libraries.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "plugin/Parameters.h"
+#include "tests/editor/Bench.h"
+
+namespace
+{
+// A knob's or button's frame for a value, as the eye tells it: equal steps, the last one at the very end.
+int frameOf (const panel::Control& control, float value)
+{
+    const int frames = panel::findBitmap (control.bitmapId)->frames;
+    return static_cast<int> (std::floor (static_cast<double> (value) * (frames - 1)));
+}
+
+class EditorWindow : public testing::Test
+{
+protected:
+    void SetUp () override { ASSERT_EQ (bench.open ().find ("error"), std::string::npos); }
+
+    // Whether a knob or button stands where its parameter is.
+    bool standsAt (int tag, float value)
+    {
+        const panel::Control& control = controlOf (tag);
+        return bench.shows (panel::paintedRect (control), control.bitmapId, frameOf (control, value));
+    }
+    void moveToControl (int tag)
+    {
+        const panel::Rect& rect = controlOf (tag).rect;
+        bench.moveTo (rect.x + rect.width / 2, rect.y + rect.height / 2);
+    }
+    bool parameterBecomes (int index, float value)
+    {
+        return Bench::eventually ([&] { return std::abs (bench.parameter (index) - value) < 1e-4f; });
+    }
+    void clickMenuButton ()
+    {
+        const panel::Rect& rect = panel::menuButtonRect;
+        bench.moveTo (rect.x + rect.width / 2, rect.y + rect.height / 2);
+        const Picture before = bench.picture ();
+        bench.mouse ("click 1");
+        EXPECT_TRUE (menuIsOpen (before));
+    }
+    // A menu covers part of the panel that was free before: wait until the picture rests at something new.
+    bool menuIsOpen (const Picture& before)
+    {
+        Picture last = before;
+        return Bench::eventually ([&] {
+            const Picture now = bench.picture ();
+            const bool rests = now == last && now != before;
+            last = now;
+            return rests;
+        });
+    }
+    bool pictureBecomes (const Picture& wanted)
+    {
+        return Bench::eventually ([&] { return bench.picture () == wanted; });
+    }
+
+    Bench bench;
+};
+
+TEST_F (EditorWindow, EveryControlShowsItsPicture)
+{
+    EXPECT_EQ (bench.say ("rect"), "612 433");
+    for (const panel::Control& control : panel::controls ())
+    {
+        switch (control.kind)
+        {
+        case panel::ControlKind::knob:
+        case panel::ControlKind::onOffButton:
+            EXPECT_TRUE (standsAt (control.tag, bench.parameter (control.tag))) << control.help;
+            break;
+        default:
+            break;
+        }
+    }
+    // The lamps by their rules.
+    EXPECT_TRUE (standsAt (39, bench.parameter (param1Sustain) > 0.0f ? 0.0f : 1.0f));
+    EXPECT_TRUE (standsAt (40, bench.parameter (param2Delay) > 0.0f ? 0.0f : 1.0f));
+    EXPECT_TRUE (standsAt (41, bench.parameter (paramLfoFilter) != 0.5f ? 1.0f : 0.0f));
+    EXPECT_TRUE (standsAt (42, bench.parameter (param2ToFilter) != 0.5f ? 1.0f : 0.0f));
+    // The lower part of the lowest key and the third black one, with nothing over them.
+    EXPECT_TRUE (bench.shows ({ 39, 316, 24, 97 }, panel::whiteKeyUpId));
+    EXPECT_TRUE (bench.shows ({ 39 + 4 * 35 - 11, 316, 21, 59 }, panel::blackKeyUpId));
+    // The about page is not there; what it would cover is the panel.
+    const panel::Rect free = { 14, 26, 150, 50 };
+    const Picture now = bench.picture ();
+    const DibBitmap& background = bitmapFile (panel::panelBitmapId);
+    for (int x = 0; x < free.width; ++x)
+        EXPECT_EQ (now.at (free.x + x, free.y) & 0xFFu, background.at (free.x + x, free.y).blue);
+}
+
+TEST_F (EditorWindow, SlidersStandAtTheirValues)
+{
+    for (const int tag : { paramOsc1Vol, paramOsc2Vol })
+    {
+        const panel::Rect& rect = controlOf (tag).rect;
+        for (const float value : { 0.0f, 0.5f, 1.0f })
+        {
+            bench.say ("set " + std::to_string (tag) + " " + std::to_string (value));
+            const int left = static_cast<int> (std::floor (value * 94.0f)); // the handle is 6 of 100 pixels wide
+            EXPECT_TRUE (Bench::eventually ([&] {
+                return matches (bench.picture (), { rect.x + left, rect.y, 6, 10 }, bitmapFile (184), 1);
+            })) << tag << " at " << value;
+        }
+    }
+}
+
+TEST_F (EditorWindow, HostMovesTheControls)
+{
+    struct Change
+    {
+        int index;
+        float value;
+    };
+    for (const Change& change : { Change{ paramFilterFreq, 0.25f }, Change{ paramFilterType, 0.5f },
+                                  Change{ paramOsc1Range, 1.0f }, Change{ paramLfoWave, 0.8f },
+                                  Change{ paramVoices, 0.0f }, Change{ paramVelocityAmp, 1.0f },
+                                  Change{ paramSmothFilt, 1.0f }, Change{ paramFilterFreq, 1.0f } })
+    {
+        bench.say ("set " + std::to_string (change.index) + " " + std::to_string (change.value));
+        EXPECT_TRUE (standsAt (change.index, change.value)) << change.index;
+    }
+    EXPECT_EQ (bench.say ("calls"), "") << "what comes from the host does not go back to it";
+}
+
+TEST_F (EditorWindow, LampsFollowTheirParameters)
+{
+    bench.say ("set 12 0");
+    EXPECT_TRUE (standsAt (39, 1.0f));
+    bench.say ("set 12 0.5");
+    EXPECT_TRUE (standsAt (39, 0.0f));
+    bench.say ("set 24 0.49"); // snaps to the centre
+    EXPECT_TRUE (standsAt (41, 0.0f));
+    bench.say ("set 17 1");
+    EXPECT_TRUE (standsAt (42, 1.0f));
+    moveToControl (42);
+    bench.mouse ("click 1");
+    EXPECT_TRUE (standsAt (42, 1.0f)) << "lamps do not switch";
+    EXPECT_EQ (bench.say ("calls"), "");
+}
+
+TEST_F (EditorWindow, DraggingAKnobReachesTheHost)
+{
+    bench.say ("set 18 0.5");
+    moveToControl (paramFilterFreq);
+    bench.mouse ("mousedown 1");
+    EXPECT_EQ (bench.callsUntil ("begin 18;"), "begin 18;");
+    bench.mouse ("mousemove_relative -- 0 -10 mousemove_relative -- 0 -10");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.6f)) << "200 pixels are the whole travel";
+    EXPECT_TRUE (standsAt (paramFilterFreq, 0.6f));
+    bench.mouse ("mouseup 1");
+    const std::string calls = bench.callsUntil ("end 18;");
+    EXPECT_NE (calls.find ("automate 18 0.6000;"), std::string::npos) << calls;
+    EXPECT_TRUE (calls.ends_with ("end 18;")) << calls;
+}
+
+TEST_F (EditorWindow, ShiftDragsFinely)
+{
+    bench.say ("set 18 0.5");
+    moveToControl (paramFilterFreq);
+    bench.mouse ("keydown shift mousedown 1 mousemove_relative -- 0 -20 mousemove_relative -- 0 -20 mouseup 1 keyup shift");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.52f));
+}
+
+TEST_F (EditorWindow, DoubleClickAndControlClickSetBack)
+{
+    bench.say ("set 18 0.25");
+    moveToControl (paramFilterFreq);
+    bench.mouse ("click --repeat 2 --delay 60 1");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 1.0f)); // its initial value
+    bench.say ("set 9 0.25");
+    moveToControl (paramMasterP);
+    bench.mouse ("keydown ctrl click 1 keyup ctrl");
+    EXPECT_TRUE (parameterBecomes (paramMasterP, 0.5f));
+}
+
+TEST_F (EditorWindow, WheelTurnsKnobs)
+{
+    bench.say ("set 18 0.5");
+    moveToControl (paramFilterFreq);
+    bench.mouse ("click 4 click 4 click 4 click 5");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.54f));
+    bench.say ("set 22 0");
+    moveToControl (paramLfoWave);
+    bench.mouse ("click 4 click 4");
+    EXPECT_TRUE (parameterBecomes (paramLfoWave, 0.4f)) << "two of the six positions on";
+    bench.mouse ("click --repeat 9 --delay 30 5");
+    EXPECT_TRUE (parameterBecomes (paramLfoWave, 0.0f));
+    const std::string calls = bench.callsUntil ("end 22;");
+    EXPECT_NE (calls.find ("begin 22;automate 22 0.2000;end 22;"), std::string::npos) << calls;
+}
+
+TEST_F (EditorWindow, ButtonsSwitch)
+{
+    bench.say ("set 36 0");
+    moveToControl (paramLfoBmpSync);
+    bench.mouse ("click 1");
+    EXPECT_TRUE (parameterBecomes (paramLfoBmpSync, 1.0f));
+    EXPECT_TRUE (standsAt (paramLfoBmpSync, 1.0f));
+    EXPECT_EQ (bench.callsUntil ("end 36;"), "begin 36;automate 36 1.0000;end 36;");
+}
+
+TEST_F (EditorWindow, RateDisplayChangesWithTheSync)
+{
+    const panel::Rect place = { 222, 190, 25, 12 };
+    const auto display = [&] { return bench.picture ().part (place.x, place.y, place.width, place.height); };
+    bench.say ("set 36 0");
+    bench.say ("set 21 0.5");
+    EXPECT_TRUE (standsAt (paramLfoRate, 0.5f)); // drawn together with its display
+    const Picture hertz = display ();
+    bench.say ("set 36 1");
+    EXPECT_TRUE (Bench::eventually ([&] { return display () != hertz; }));
+    bench.say ("set 36 0");
+    EXPECT_TRUE (Bench::eventually ([&] { return display () == hertz; }));
+}
+
+TEST_F (EditorWindow, KeyboardPlaysNotes)
+{
+    bench.say ("set 36 0");
+    const int x = 39 + 7 * 35 + 5; // middle C, note 60
+    bench.moveTo (x, 400);
+    bench.mouse ("mousedown 1");
+    EXPECT_EQ (bench.callsUntil ("automate 49"), "automate 49 0.4688;"); // 60 / 128
+    EXPECT_TRUE (Bench::eventually ([&] {
+        return matches (bench.picture (), { 39 + 7 * 35, 380, 35, 33 }, bitmapFile (panel::whiteKeyDownId), 64);
+    }));
+    EXPECT_GT (std::stof (bench.say ("render 40")), 0.01f);
+
+    bench.mouse ("mousemove_relative 35 0"); // on to D
+    EXPECT_EQ (bench.callsUntil ("automate 49"), "automate 49 0.4844;");
+    EXPECT_TRUE (Bench::eventually ([&] {
+        return matches (bench.picture (), { 39 + 7 * 35, 380, 35, 33 }, bitmapFile (panel::whiteKeyUpId), 64);
+    })) << "the key left behind comes up";
+
+    bench.mouse ("mouseup 1");
+    EXPECT_EQ (bench.callsUntil ("automate 49"), "automate 49 -1.0000;");
+    EXPECT_TRUE (Bench::eventually ([&] {
+        return matches (bench.picture (), { 39 + 8 * 35, 380, 35, 33 }, bitmapFile (panel::whiteKeyUpId), 64);
+    }));
+}
+
+TEST_F (EditorWindow, MidiNotesLightTheKeys)
+{
+    const panel::Rect middleC = { 39 + 7 * 35, 380, 35, 33 };
+    bench.say ("midi 144 60 100");
+    EXPECT_TRUE (Bench::eventually (
+        [&] { return matches (bench.picture (), middleC, bitmapFile (panel::whiteKeyDownId), 64); }));
+    bench.say ("midi 128 60 0");
+    EXPECT_TRUE (Bench::eventually (
+        [&] { return matches (bench.picture (), middleC, bitmapFile (panel::whiteKeyUpId), 64); }));
+}
+
+TEST_F (EditorWindow, MenuSetsAParameter)
+{
+    bench.say ("set 34 0");
+    clickMenuButton ();
+    bench.keys ("Up Up"); // from the end: Zoom, HighQuality
+    bench.enterSubmenu ();
+    bench.keys ("Down Return");
+    EXPECT_TRUE (parameterBecomes (paramHighQuality, 1.0f)) << "its second entry is Off, which is 1";
+    EXPECT_EQ (bench.callsUntil ("end 34;"), "begin 34;automate 34 1.0000;end 34;");
+}
+
+TEST_F (EditorWindow, EscapeChoosesNothing)
+{
+    bench.moveTo (300, 300);
+    const Picture before = bench.picture ();
+    clickMenuButton ();
+    bench.keys ("Up Escape");
+    bench.moveTo (300, 300);
+    EXPECT_TRUE (pictureBecomes (before));
+    EXPECT_EQ (bench.say ("calls"), "");
+}
+
+TEST_F (EditorWindow, RightClickOnEmptyPanelOpensTheMenu)
+{
+    bench.moveTo (300, 300);
+    const Picture before = bench.picture ();
+    bench.mouse ("click 3");
+    EXPECT_TRUE (menuIsOpen (before));
+    bench.keys ("Escape");
+    EXPECT_TRUE (pictureBecomes (before));
+}
+
+TEST_F (EditorWindow, AboutPageComesAndGoes)
+{
+    bench.moveTo (300, 300);
+    const Picture before = bench.picture ();
+    clickMenuButton ();
+    bench.keys ("Down Down Down Return");
+    // The part of the page above its version line.
+    const panel::Rect top = { panel::aboutRect.x, panel::aboutRect.y, panel::aboutRect.width, 40 };
+    EXPECT_TRUE (bench.shows (top, panel::aboutBitmapId));
+    bench.moveTo (300, 200);
+    bench.mouse ("click 1");
+    bench.moveTo (300, 300);
+    EXPECT_TRUE (pictureBecomes (before));
+    EXPECT_EQ (bench.say ("calls"), "automate 45 2.0000;") << "taking it away is the editor's own";
+}
+
+TEST_F (EditorWindow, LearnsAndForgetsAController)
+{
+    moveToControl (paramFilterFreq);
+    Picture before = bench.picture ();
+    bench.mouse ("click 3");
+    EXPECT_TRUE (menuIsOpen (before));
+    bench.keys ("Down Return");
+    EXPECT_TRUE (pictureBecomes (before));
+    bench.say ("midi 176 74 32");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 32.0f / 127.0f));
+    EXPECT_TRUE (standsAt (paramFilterFreq, 32.0f / 127.0f));
+    EXPECT_EQ (bench.say ("calls"), "") << "neither learning nor the controller is automation";
+
+    before = bench.picture ();
+    bench.mouse ("click 3");
+    EXPECT_TRUE (menuIsOpen (before));
+    bench.keys ("Down Down Return"); // the second entry is there now: Forget CC 74
+    EXPECT_TRUE (Bench::eventually ([&] {
+        bench.say ("midi 176 74 100");
+        bench.say ("set 18 0.25");
+        bench.say ("midi 176 74 100");
+        return std::abs (bench.parameter (paramFilterFreq) - 0.25f) < 1e-4f;
+    }));
+}
+
+TEST_F (EditorWindow, ProgramsCanBeStepped)
+{
+    const panel::Rect& display = panel::programDisplayRect;
+    const auto text = [&] { return bench.picture ().part (display.x, display.y, display.width, display.height); };
+    const Picture first = text ();
+    bench.moveTo (panel::nextProgramRect.x + 10, panel::nextProgramRect.y + 10);
+    bench.mouse ("click 1");
+    EXPECT_TRUE (Bench::eventually ([&] { return bench.say ("program ?") == "1"; }));
+    EXPECT_TRUE (Bench::eventually ([&] { return text () != first; }));
+    EXPECT_NE (bench.callsUntil ("display;").find ("automate 46 1.0000;"), std::string::npos);
+    EXPECT_TRUE (standsAt (paramFilterFreq, bench.parameter (paramFilterFreq))) << "the controls follow";
+
+    bench.moveTo (display.x + 20, display.y + 10);
+    bench.mouse ("click 5"); // down the list
+    EXPECT_TRUE (Bench::eventually ([&] { return bench.say ("program ?") == "2"; }));
+    bench.mouse ("click 4 click 4 click 4");
+    EXPECT_TRUE (Bench::eventually ([&] { return bench.say ("program ?") == "127"; })) << "round to the end";
+    bench.say ("program 0");
+    bench.moveTo (300, 300);
+    EXPECT_TRUE (Bench::eventually ([&] { return text () == first; })) << "the host's choice is shown too";
+}
+
+TEST_F (EditorWindow, ProgramMenuChooses)
+{
+    const panel::Rect& display = panel::programDisplayRect;
+    bench.moveTo (display.x + 20, display.y + 10);
+    const Picture before = bench.picture ();
+    bench.mouse ("click 1");
+    EXPECT_TRUE (menuIsOpen (before));
+    bench.keys ("Down Down"); // the second group
+    bench.enterSubmenu ();
+    bench.keys ("Down Return");
+    EXPECT_TRUE (Bench::eventually ([&] { return bench.say ("program ?") == "25"; })) << "the second lead";
+}
+
+TEST_F (EditorWindow, RandomSoundsByNumberKeys)
+{
+    bench.say ("set 20 0.9");
+    bench.say ("key 1");
+    EXPECT_NEAR (bench.parameter (paramFilterType), 0.9f, 1e-4f) << "not armed yet";
+    clickMenuButton ();
+    bench.keys ("Up Up Up"); // Zoom, HighQuality, Random
+    bench.enterSubmenu ();
+    bench.keys ("Down Down Down Down Return"); // from its first entry to its last: Use Keys
+    EXPECT_EQ (bench.callsUntil ("automate 54"), "automate 54 5.0000;");
+    EXPECT_NEAR (bench.parameter (paramFilterType), 0.9f, 1e-4f) << "arming makes no sound itself";
+
+    EXPECT_EQ (bench.say ("key 1"), "1");
+    EXPECT_TRUE (parameterBecomes (paramFilterType, 0.1f)) << "a bass";
+    EXPECT_EQ (bench.say ("calls"), "");
+    bench.say ("set 20 0.9");
+    bench.moveTo (300, 300);
+    bench.mouse ("click 1"); // the window gets the keys
+    bench.keys ("1");
+    EXPECT_TRUE (parameterBecomes (paramFilterType, 0.1f)) << "typed into the window";
+}
+
+TEST_F (EditorWindow, KeyboardCanBeHidden)
+{
+    bench.say ("set 30 0");
+    EXPECT_EQ (bench.callsUntil ("size"), "size 612 295;");
+    EXPECT_EQ (bench.say ("rect"), "612 295");
+    bench.say ("set 30 1");
+    EXPECT_EQ (bench.callsUntil ("size"), "size 612 433;");
+    EXPECT_EQ (bench.say ("rect"), "612 433");
+    EXPECT_TRUE (bench.shows ({ 39, 316, 24, 97 }, panel::whiteKeyUpId));
+    bench.say ("set 30 0");
+    bench.say ("close");
+    EXPECT_EQ (bench.say ("rect"), "612 295");
+    EXPECT_EQ (bench.say ("open").find ("error"), std::string::npos);
+    EXPECT_TRUE (Bench::eventually ([&] { return (bench.picture (612, 295).at (300, 290) & 0xFFFFFFu) != 0; }));
+}
+
+TEST_F (EditorWindow, ZoomIsKept)
+{
+    clickMenuButton ();
+    bench.keys ("Up");
+    bench.enterSubmenu ();
+    bench.keys ("Down Down Return");
+    EXPECT_EQ (bench.callsUntil ("size"), "size 1224 866;");
+    EXPECT_EQ (bench.say ("rect"), "1224 866");
+    // At twice the size the mouse finds the controls at twice the place.
+    bench.say ("set 18 0.5");
+    const panel::Rect& rect = controlOf (paramFilterFreq).rect;
+    bench.moveTo (2 * rect.x + 22, 2 * rect.y + 22);
+    bench.mouse ("click 4");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.52f));
+    bench.say ("close");
+    EXPECT_EQ (bench.say ("rect"), "1224 866");
+}
+
+TEST_F (EditorWindow, HoverHelpComesAndGoes)
+{
+    bench.moveTo (300, 300);
+    const Picture before = bench.picture ();
+    moveToControl (paramFilterRez);
+    EXPECT_TRUE (Bench::eventually ([&] { return bench.picture () != before; }));
+    bench.moveTo (300, 300);
+    EXPECT_TRUE (pictureBecomes (before));
+}
+
+TEST_F (EditorWindow, ClosedAndOpenedAgainShowsTheSame)
+{
+    bench.moveTo (300, 300);
+    const Picture before = bench.picture ();
+    bench.say ("close");
+    bench.say ("set 18 0.7"); // while nobody looks
+    bench.open ();
+    EXPECT_TRUE (standsAt (paramFilterFreq, 0.7f));
+    bench.say ("program 0");
+    bench.say ("set 18 0.7");
+    EXPECT_TRUE (standsAt (paramFilterFreq, 0.7f));
+}
+
+TEST_F (EditorWindow, InstrumentCanGoWithItsEditorOpen)
+{
+    EXPECT_EQ (bench.say ("remove"), "ok");
+    EXPECT_EQ (bench.finish (), 0);
+}
+
+TEST_F (EditorWindow, InstrumentCanGoWithAMenuOpen)
+{
+    if (Bench::isWine ())
+        GTEST_SKIP () << "menus are modal there, so the host cannot act while one is open";
+    clickMenuButton ();
+    bench.keys ("Up");
+    bench.enterSubmenu ();
+    EXPECT_EQ (bench.say ("remove"), "ok");
+    EXPECT_EQ (bench.finish (), 0);
+}
+
+TEST_F (EditorWindow, AHundredOpeningsLeaveNothingBehind)
+{
+    bench.say ("close");
+    ASSERT_EQ (bench.say ("cycle 20"), "ok");
+    const long before = std::stol (bench.say ("memory"));
+    ASSERT_EQ (bench.say ("cycle 100"), "ok");
+    const long after = std::stol (bench.say ("memory"));
+    // Kilobytes; one leaked picture of the panel a time would be a hundred thousand.
+    EXPECT_LT (after - before, 4000) << before << " -> " << after;
+    bench.open ();
+    EXPECT_TRUE (standsAt (paramFilterFreq, bench.parameter (paramFilterFreq)));
+}
+}

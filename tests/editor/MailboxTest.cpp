@@ -1,0 +1,127 @@
+#include "editor/Mailbox.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+namespace
+{
+float noteValue (int note)
+{
+    return static_cast<float> (note) / 128.0f;
+}
+
+TEST (Mailbox, ShutBoxDropsEverything)
+{
+    Mailbox box;
+    box.post (paramVolume, 0.5f);
+    box.post (commandKeyOn, noteValue (60));
+    box.postPrograms ();
+    box.open ();
+    EXPECT_FALSE (box.take ().any ());
+    box.shut ();
+    box.post (paramVolume, 0.5f);
+    box.postLearnMenus ();
+    EXPECT_FALSE (box.take ().any ());
+}
+
+TEST (Mailbox, NewestValueStaysAndIsTakenOnce)
+{
+    Mailbox box;
+    box.open ();
+    box.post (paramVolume, 0.25f);
+    box.post (paramFilterFreq, 0.75f);
+    box.post (paramVolume, 0.5f);
+    const auto news = box.take ();
+    EXPECT_TRUE (news.has (paramVolume));
+    EXPECT_EQ (news.value (paramVolume), 0.5f);
+    EXPECT_EQ (news.value (paramFilterFreq), 0.75f);
+    EXPECT_FALSE (news.has (paramNoise));
+    EXPECT_FALSE (news.programs ());
+    EXPECT_FALSE (box.take ().any ());
+}
+
+TEST (Mailbox, IndicesOutsideTheTableAreDropped)
+{
+    Mailbox box;
+    box.open ();
+    for (const std::int32_t index : { -1, Mailbox::indexCount, 1000, std::numeric_limits<std::int32_t>::min () })
+        box.post (index, 1.0f);
+    EXPECT_FALSE (box.take ().any ());
+}
+
+TEST (Mailbox, NotesAreHeldUntilTheyEnd)
+{
+    Mailbox box;
+    box.open ();
+    box.post (commandKeyOn, noteValue (0));
+    box.post (commandKeyOn, noteValue (60));
+    box.post (commandKeyOn, noteValue (127));
+    box.post (commandKeyOff, noteValue (60));
+    auto news = box.take ();
+    EXPECT_TRUE (Mailbox::contains (news.notesDown (), 0));
+    EXPECT_FALSE (Mailbox::contains (news.notesDown (), 60));
+    EXPECT_TRUE (Mailbox::contains (news.notesDown (), 127));
+
+    box.post (paramVolume, 1.0f); // other news do not end notes
+    EXPECT_TRUE (Mailbox::contains (box.take ().notesDown (), 127));
+
+    box.post (commandVoiceMode, 1.0f);
+    news = box.take ();
+    EXPECT_TRUE (news.has (commandVoiceMode));
+    EXPECT_FALSE (Mailbox::contains (news.notesDown (), 0));
+    EXPECT_FALSE (Mailbox::contains (news.notesDown (), 127));
+}
+
+TEST (Mailbox, NotesOutsideTheRangeAreDropped)
+{
+    Mailbox box;
+    box.open ();
+    for (const float value : { -1.0f, 1.0f, 1e9f })
+        box.post (commandKeyOn, value);
+    const auto news = box.take ();
+    EXPECT_EQ (news.notesDown (), Mailbox::NoteSet{});
+}
+
+TEST (Mailbox, OpeningForgetsWhatWasLeft)
+{
+    Mailbox box;
+    box.open ();
+    box.post (commandKeyOn, noteValue (60));
+    box.shut ();
+    box.open ();
+    const auto news = box.take ();
+    EXPECT_FALSE (news.any ());
+    EXPECT_EQ (news.notesDown (), Mailbox::NoteSet{});
+}
+
+// The last value posted is always seen in the end, however posts and takes fall.
+TEST (Mailbox, NothingIsLostBetweenThreads)
+{
+    Mailbox box;
+    box.open ();
+    constexpr int posts = 20000;
+    std::atomic<bool> done = false;
+    std::thread audio ([&] {
+        for (int i = 1; i <= posts; ++i)
+        {
+            box.post (paramVolume, static_cast<float> (i));
+            box.post (i % 2 == 0 ? commandKeyOff : commandKeyOn, noteValue (i % 128 / 2 * 2));
+        }
+        done = true;
+    });
+    float newest = 0.0f;
+    for (bool last = false; !last;)
+    {
+        last = done;
+        const auto news = box.take ();
+        if (!news.has (paramVolume))
+            continue;
+        EXPECT_GE (news.value (paramVolume), newest);
+        newest = news.value (paramVolume);
+    }
+    audio.join ();
+    EXPECT_EQ (newest, static_cast<float> (posts));
+}
+}
