@@ -24,5 +24,6 @@ DECLARE_INTERFACE_IID_ (IDCompositionVisual3, IDCompositionVisual2, "2775f462-b6
     STDMETHOD (SetOpacity) (THIS_ IDCompositionAnimation * animation) PURE;
     STDMETHOD (SetOpacity) (THIS_ float opacity) PURE;
 };
-__CRT_UUID_DECL (IDCompositionVisual3, 0x2775f462, 0xb6c1, 0x4015, 0xb0, 0xbe, 0xb3, 0xe7, 0xd6, 0xa4, 0x97, 0x6d)
+__CRT_UUID_DECL (IDCompositionVisual3, 0x2775f462, 0xb6c1, 0x4015, 0xb0, 0xbe, 0xb3, 0xe7, 0xd6, 0xa4, 0x97,
+                 0x6d)
 #undef INTERFACE

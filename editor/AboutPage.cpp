@@ -4,9 +4,11 @@
 
 using namespace VSTGUI;
 
-CAboutPage::CAboutPage (const CRect& size, IControlListener* viewListener, std::int32_t viewTag, CBitmap* picture,
-                        const CRect& versionRect, CFontDesc* versionFont)
-    : CControl (size, viewListener, viewTag, picture), textRect (versionRect), font (versionFont)
+CAboutPage::CAboutPage (const CRect& size, IControlListener* viewListener, std::int32_t viewTag,
+                        CBitmap* picture, const CRect& versionRect, CFontDesc* versionFont)
+    : CControl (size, viewListener, viewTag, picture),
+      textRect (versionRect),
+      font (versionFont)
 {
 }
 

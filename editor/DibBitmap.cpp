@@ -35,8 +35,8 @@ std::optional<DibBitmap> DibBitmap::read (std::span<const std::byte> bytes)
     const std::int32_t rows = topDown && header.height > -mostPixels ? -header.height : header.height;
     const bool knownDepth =
         header.bitsPerPixel == 8 || header.bitsPerPixel == 24 || header.bitsPerPixel == 32;
-    if (header.size < sizeof header || header.size > bytes.size () || header.compression != 0 || !knownDepth ||
-        header.width <= 0 || header.width > mostPixels || rows <= 0 || rows > mostPixels)
+    if (header.size < sizeof header || header.size > bytes.size () || header.compression != 0 ||
+        !knownDepth || header.width <= 0 || header.width > mostPixels || rows <= 0 || rows > mostPixels)
         return std::nullopt;
 
     std::size_t paletteSize = 0;

@@ -56,9 +56,12 @@ std::unique_ptr<SynthEditor> createEditor (VstSynth& synth)
 }
 
 Editor::Editor (VstSynth& owner)
-    : AEffGUIEditor (static_cast<AudioEffect*> (&owner)), synth (owner), randomSound (clockSeed ())
+    : AEffGUIEditor (static_cast<AudioEffect*> (&owner)),
+      synth (owner),
+      randomSound (clockSeed ())
 {
-    rect = { 0, 0, static_cast<VstInt16> (panel::panelRect.height), static_cast<VstInt16> (panel::panelRect.width) };
+    rect = { 0, 0, static_cast<VstInt16> (panel::panelRect.height),
+             static_cast<VstInt16> (panel::panelRect.width) };
     AEffGUIEditor::setKnobMode (linearKnobs);
 }
 
@@ -187,7 +190,8 @@ void Editor::valueChanged (CControl* control)
 {
     if (closed)
         return;
-    const auto guard = shared (control); // what follows can show a message box, and meanwhile the host can close us
+    const auto guard =
+        shared (control); // what follows can show a message box, and meanwhile the host can close us
     if (const auto* rightMenu = dynamic_cast<VstGraph::CRightMenu*> (control))
         synth.setParameter (commandLearn, rightMenu->getValue ());
     else if (auto* menu = dynamic_cast<COptionMenu*> (control))
@@ -302,7 +306,8 @@ void Editor::updateLamps ()
     for (const Lamp& lamp : lamps)
     {
         if (slot (lamp.tag).control != nullptr)
-            slot (lamp.tag).control->setValue (lamp.isLit (synth.getParameter (lamp.parameter)) ? 1.0f : 0.0f);
+            slot (lamp.tag).control->setValue (lamp.isLit (synth.getParameter (lamp.parameter)) ? 1.0f
+                                                                                                : 0.0f);
     }
 }
 
@@ -310,7 +315,8 @@ void Editor::updateRateDisplay ()
 {
     CControl* display = slot (paramLfoRate).display;
     const std::string before = rateText;
-    lfoRateText (synth.parameterValue (paramLfoRate), synth.parameterValue (paramLfoBmpSync) != 0.0f, rateText);
+    lfoRateText (synth.parameterValue (paramLfoRate), synth.parameterValue (paramLfoBmpSync) != 0.0f,
+                 rateText);
     if (display != nullptr && rateText != before)
         display->setDirty ();
 }
@@ -339,7 +345,8 @@ void Editor::stepProgram (std::int32_t step)
 
 void Editor::makeRandomSound (std::int32_t category)
 {
-    randomSound.generate (category, [this] (std::int32_t index, float value) { synth.setParameter (index, value); });
+    randomSound.generate (category,
+                          [this] (std::int32_t index, float value) { synth.setParameter (index, value); });
     applyNews ();
 }
 

@@ -70,8 +70,10 @@ private:
     // EditorPanel.cpp: what the panel is built of
     void buildPanel ();
     void addKnob (int x, int y, std::int32_t tag, int frameHeight, int bitmapId, bool addToFrame);
-    void addOnOffButton (int x, int y, int width, int height, std::int32_t tag, int bitmapId, bool addToFrame);
-    void addHorizontalSlider (int x, int y, int width, int height, std::int32_t tag, int bitmapId, bool addToFrame);
+    void addOnOffButton (int x, int y, int width, int height, std::int32_t tag, int bitmapId,
+                         bool addToFrame);
+    void addHorizontalSlider (int x, int y, int width, int height, std::int32_t tag, int bitmapId,
+                              bool addToFrame);
     void addValueDisplay (int x, int y, int width, int height, std::int32_t tag, float scale, float offset,
                           bool isInteger, bool addToFrame);
     void addKeyboard (const panel::Rect& rect, std::int32_t tag);
@@ -129,7 +131,7 @@ private:
     VSTGUI::SharedPointer<CAboutPage> aboutPage;
     bool aboutShown = false;
     std::unique_ptr<HoverHelp> hoverHelp;
-    std::string rateText; // what the LFO rate's display shows
+    std::string rateText;          // what the LFO rate's display shows
     std::int32_t randomChoice = 0; // last chosen entry of the random-sound menu
     std::int32_t zoomChoice = -1;  // entry of the zoom menu, -1: not read yet
     RandomSound randomSound;

@@ -12,11 +12,18 @@ using namespace VSTGUI;
 namespace
 {
 constexpr double menuFontSize = 12.0; // pixels
+
+// In the one style whose check marks, also on submenus, show on both systems.
+SharedPointer<COptionMenu> emptyMenu (IControlListener* listener, std::int32_t tag)
+{
+    return makeOwned<COptionMenu> (CRect (), listener, tag, nullptr, nullptr,
+                                   COptionMenu::kMultipleCheckStyle);
+}
 }
 
 SharedPointer<COptionMenu> Editor::makeMenu (std::int32_t tag)
 {
-    auto menu = makeOwned<COptionMenu> (CRect (), this, tag);
+    auto menu = emptyMenu (this, tag);
     for (const char* entry : menuTable (tag).entries)
     {
         if (entry == menuSeparator)
@@ -24,9 +31,7 @@ SharedPointer<COptionMenu> Editor::makeMenu (std::int32_t tag)
         else
             menu->addEntry (entry);
     }
-    const int current = currentEntry (tag);
-    menu->setCurrent (current);
-    menu->checkEntry (current, true);
+    menu->checkEntry (currentEntry (tag), true);
     return menu;
 }
 
@@ -47,14 +52,15 @@ SharedPointer<COptionMenu> Editor::makeMainMenu ()
 // Entries carry their program as tag, for the groups count from 0 each.
 SharedPointer<COptionMenu> Editor::makeProgramMenu ()
 {
-    auto menu = makeOwned<COptionMenu> (CRect (), this, commandProgram);
+    auto menu = emptyMenu (this, commandProgram);
     for (const ProgramGroup& group : programGroups ())
     {
-        auto submenu = makeOwned<COptionMenu> (CRect (), this, commandProgram);
+        auto submenu = emptyMenu (this, commandProgram);
         bool holdsCurrent = false;
         for (const std::int32_t program : group.programs)
         {
-            auto* item = new CMenuItem (programEntry (program, synth.programName (program)).c_str (), program);
+            auto* item =
+                new CMenuItem (programEntry (program, synth.programName (program)).c_str (), program);
             const bool current = program == synth.getProgram ();
             item->setChecked (current);
             holdsCurrent = holdsCurrent || current;
@@ -78,7 +84,8 @@ int Editor::currentEntry (std::int32_t tag) const
 // The toolkit takes its reference back only while the frame lives, so it gets one of its own.
 void Editor::popUp (SharedPointer<COptionMenu> menu, const CPoint& where)
 {
-    const auto show = [this, menu, where] {
+    const auto show = [this, menu, where]
+    {
         if (closed)
             return;
         menu->remember ();

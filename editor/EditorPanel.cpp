@@ -24,7 +24,8 @@ class EmptyPanel : public CView
 {
 public:
     EmptyPanel (const CRect& size, std::function<void (const CPoint&)> onRightClick)
-        : CView (size), rightClick (std::move (onRightClick))
+        : CView (size),
+          rightClick (std::move (onRightClick))
     {
         setTransparency (true);
     }
@@ -47,7 +48,8 @@ private:
 
 void Editor::buildPanel ()
 {
-    frame->addView (new EmptyPanel (toRect (panel::panelRect), [this] (const CPoint& where) { openMainMenu (where); }));
+    frame->addView (
+        new EmptyPanel (toRect (panel::panelRect), [this] (const CPoint& where) { openMainMenu (where); }));
     for (const panel::Control& control : panel::controls ())
     {
         const panel::Rect& r = control.rect;
@@ -99,8 +101,8 @@ void Editor::enterControl (CControl* control, std::int32_t tag, int bitmapId, bo
     {
         control->setDefaultValue (paramTable[static_cast<std::size_t> (tag)].initial);
         control->setValue (synth.getParameter (tag));
-        entry.rightMenu =
-            new VstGraph::CRightMenu (control->getViewSize (), this, VstGraph::CRightMenu::storedTag, control);
+        entry.rightMenu = new VstGraph::CRightMenu (control->getViewSize (), this,
+                                                    VstGraph::CRightMenu::storedTag, control);
     }
     else
     {
@@ -123,7 +125,8 @@ void Editor::addKnob (int x, int y, std::int32_t tag, int frameHeight, int bitma
     enterControl (new StepKnob (size, this, tag, frames, frameHeight, bitmap), tag, bitmapId, addToFrame);
 }
 
-void Editor::addOnOffButton (int x, int y, int width, int height, std::int32_t tag, int bitmapId, bool addToFrame)
+void Editor::addOnOffButton (int x, int y, int width, int height, std::int32_t tag, int bitmapId,
+                             bool addToFrame)
 {
     const CRect size (x, y, x + width, y + height);
     enterControl (new COnOffButton (size, this, tag, panelBitmap (bitmapId)), tag, bitmapId, addToFrame);
@@ -140,8 +143,8 @@ void Editor::addHorizontalSlider (int x, int y, int width, int height, std::int3
     enterControl (slider, tag, bitmapId, addToFrame);
 }
 
-void Editor::addValueDisplay (int x, int y, int width, int height, std::int32_t tag, float scale, float offset,
-                              bool isInteger, bool addToFrame)
+void Editor::addValueDisplay (int x, int y, int width, int height, std::int32_t tag, float scale,
+                              float offset, bool isInteger, bool addToFrame)
 {
     ControlSlot& entry = slots[static_cast<std::size_t> (tag)];
     entry.displayScale = scale;
@@ -157,20 +160,24 @@ void Editor::addValueDisplay (int x, int y, int width, int height, std::int32_t 
     display->setFontColor (toColour (panel::accentColour));
     display->setValue (synth.getParameter (tag) * scale + offset);
     updateRateDisplay ();
-    display->setValueToStringFunction2 ([this] (float, std::string& text, CParamDisplay*) {
-        text = rateText;
-        return true;
-    });
+    display->setValueToStringFunction2 (
+        [this] (float, std::string& text, CParamDisplay*)
+        {
+            text = rateText;
+            return true;
+        });
     if (addToFrame)
         frame->addView (display);
 }
 
 void Editor::addKeyboard (const panel::Rect& rectangle, std::int32_t tag)
 {
-    const Keyboard::Pictures pictures = { panelBitmap (panel::whiteKeyUpId), panelBitmap (panel::whiteKeyDownId),
-                                          panelBitmap (panel::blackKeyUpId), panelBitmap (panel::blackKeyDownId) };
-    keyboard = makeOwned<Keyboard> (toRect (rectangle), this, tag, pictures, panel::keyCount, panel::firstKey, 0,
-                                    highestNote);
+    const Keyboard::Pictures pictures = { panelBitmap (panel::whiteKeyUpId),
+                                          panelBitmap (panel::whiteKeyDownId),
+                                          panelBitmap (panel::blackKeyUpId),
+                                          panelBitmap (panel::blackKeyDownId) };
+    keyboard = makeOwned<Keyboard> (toRect (rectangle), this, tag, pictures, panel::keyCount, panel::firstKey,
+                                    0, highestNote);
     keyboardShown = synth.getParameter (paramShowKeys) != 0.0f;
     if (keyboardShown)
         addShared (keyboard);
@@ -192,8 +199,8 @@ void Editor::addProgramControls ()
 
     const auto picture = panelBitmap (panel::smallButtonBitmapId);
     using Sign = SmallButton::Sign;
-    frame->addView (
-        new SmallButton (toRect (panel::previousProgramRect), picture, Sign::left, [this] { stepProgram (-1); }));
+    frame->addView (new SmallButton (toRect (panel::previousProgramRect), picture, Sign::left,
+                                     [this] { stepProgram (-1); }));
     frame->addView (
         new SmallButton (toRect (panel::nextProgramRect), picture, Sign::right, [this] { stepProgram (1); }));
     const CRect menuRect = toRect (panel::menuButtonRect);
@@ -216,7 +223,8 @@ std::string Editor::helpFor (CView* view)
         {
             if (control.tag == tag && control.kind != panel::ControlKind::valueDisplay)
                 return std::string (control.help) + " \xE2\x80\x94 " +
-                       valueText (tag, synth.parameterValue (tag), synth.parameterValue (paramLfoBmpSync) != 0.0f);
+                       valueText (tag, synth.parameterValue (tag),
+                                  synth.parameterValue (paramLfoBmpSync) != 0.0f);
         }
     }
     if (view == programDisplay)

@@ -36,7 +36,8 @@ public:
         const auto context = COffscreenContext::create (CPoint (1.0, 1.0));
         context->setFont (font);
         const double width = context->getStringWidth (text.c_str ()) + 2.0 * padding;
-        const double left = std::clamp (control.getCenter ().x - width / 2.0, 0.0, std::max (0.0, area.right - width));
+        const double left =
+            std::clamp (control.getCenter ().x - width / 2.0, 0.0, std::max (0.0, area.right - width));
         const bool fitsBelow = control.bottom + gap + height <= area.bottom;
         const double top = fitsBelow ? control.bottom + gap : control.top - gap - height;
         CRect rect (left, top, left + width, top + height);
@@ -67,7 +68,10 @@ private:
 };
 
 HoverHelp::HoverHelp (CFrame& owner, CView* viewAbove, CFontDesc* textFont, Lookup textOf)
-    : frame (owner), above (viewAbove), font (textFont), lookup (std::move (textOf))
+    : frame (owner),
+      above (viewAbove),
+      font (textFont),
+      lookup (std::move (textOf))
 {
     frame.registerMouseObserver (this);
 }

@@ -3,8 +3,8 @@
 namespace
 {
 constexpr int semitonesPerOctave = 12;
-constexpr bool whites[semitonesPerOctave] = { true,  false, true, false, true,  true,
-                                              false, true,  false, true, false, true };
+constexpr bool whites[semitonesPerOctave] = { true,  false, true,  false, true,  true,
+                                              false, true,  false, true,  false, true };
 
 // How much of a white key's upper part its black neighbours cover, in black key widths: half a key each.
 constexpr double coveredShare (int semitone)

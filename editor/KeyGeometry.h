@@ -3,12 +3,12 @@
 // Where the keys of a keyboard lie, in pixels from its top left. Starts on a C.
 struct KeyGeometry
 {
-    int firstKey;         // note number of the leftmost key, a C
-    int keyCount;         // white and black
-    double whiteWidth;    // of a white key; all that the lower zone is divided into
-    double whiteHeight;   // of the keyboard
+    int firstKey;       // note number of the leftmost key, a C
+    int keyCount;       // white and black
+    double whiteWidth;  // of a white key; all that the lower zone is divided into
+    double whiteHeight; // of the keyboard
     double blackWidth;
-    double blackHeight;   // down to and including this y lies the upper zone
+    double blackHeight; // down to and including this y lies the upper zone
 
     static constexpr int noKey = -1;
 

@@ -8,9 +8,8 @@ namespace
 {
 KeyGeometry geometryOf (const Keyboard::Pictures& pictures, int firstKey, int keyCount)
 {
-    const auto size = [] (const SharedPointer<CBitmap>& bitmap) {
-        return bitmap ? CPoint (bitmap->getWidth (), bitmap->getHeight ()) : CPoint ();
-    };
+    const auto size = [] (const SharedPointer<CBitmap>& bitmap)
+    { return bitmap ? CPoint (bitmap->getWidth (), bitmap->getHeight ()) : CPoint (); };
     const CPoint white = size (pictures.whiteUp);
     const CPoint black = size (pictures.blackUp);
     return { firstKey, keyCount, white.x, white.y, black.x, black.y };

@@ -88,7 +88,8 @@ private:
     static constexpr std::int32_t learnMenusBit = 62;
     static constexpr std::int32_t programsBit = 63;
     static_assert (indexCount <= learnMenusBit);
-    static_assert (std::atomic<std::uint64_t>::is_always_lock_free && std::atomic<float>::is_always_lock_free);
+    static_assert (std::atomic<std::uint64_t>::is_always_lock_free &&
+                   std::atomic<float>::is_always_lock_free);
 
     void raise (std::int32_t bit) noexcept
     {

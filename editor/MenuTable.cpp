@@ -17,12 +17,9 @@ constexpr const char* zoomEntries[] = { "100 %", "150 %", "200 %" };
 static_assert (std::size (zoomEntries) == std::size (zoomPercents));
 
 constexpr MenuTable tables[] = {
-    { commandMainMenu, nullptr, mainEntries },
-    { paramGlideAuto, "AutoGlide", offOnEntries },
-    { commandProgram, "Presets", {} },
-    { paramShowKeys, "Keyboard", offOnEntries },
-    { commandRandom, "Random", randomEntries },
-    { paramHighQuality, "HighQuality", onOffEntries },
+    { commandMainMenu, nullptr, mainEntries },  { paramGlideAuto, "AutoGlide", offOnEntries },
+    { commandProgram, "Presets", {} },          { paramShowKeys, "Keyboard", offOnEntries },
+    { commandRandom, "Random", randomEntries }, { paramHighQuality, "HighQuality", onOffEntries },
     { zoomMenuTag, "Zoom", zoomEntries },
 };
 
@@ -40,7 +37,7 @@ constexpr const char* sequences = "Sequences";
 constexpr const char* effects = "Effects";
 constexpr const char* groupOrder[] = { bass, leads, pads, keys, sequences, effects };
 constexpr ProgramRun programRuns[] = {
-    { 0, 23, bass }, { 24, 53, leads },      { 54, 84, pads },      { 85, 85, leads },
+    { 0, 23, bass },   { 24, 53, leads },       { 54, 84, pads },      { 85, 85, leads },
     { 86, 102, keys }, { 103, 113, sequences }, { 114, 126, effects }, { 127, 127, pads },
 };
 }

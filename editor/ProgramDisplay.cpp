@@ -5,7 +5,9 @@
 using namespace VSTGUI;
 
 ProgramDisplay::ProgramDisplay (const CRect& size, CFontDesc* textFont, Actions whatToDo)
-    : CView (size), font (textFont), actions (std::move (whatToDo))
+    : CView (size),
+      font (textFont),
+      actions (std::move (whatToDo))
 {
     setTransparency (true);
 }

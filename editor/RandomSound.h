@@ -23,8 +23,8 @@ public:
     struct Rule
     {
         std::int32_t parameter;
-        bool centred; // the range lies around 0.5 instead of above 0
-        float base;   // added afterwards
+        bool centred;               // the range lies around 0.5 instead of above 0
+        float base;                 // added afterwards
         float range[categoryCount]; // width; a negative one is a fixed value, -range
     };
     static std::span<const Rule> rules (); // ascending by parameter

@@ -20,13 +20,17 @@ public:
 
 CRightMenu::CRightMenu (const CRect& size, IControlListener* viewListener, std::int32_t viewTag,
                         CControl* servedControl)
-    : CControl (size, viewListener, viewTag), served (servedControl)
+    : CControl (size, viewListener, viewTag),
+      served (servedControl)
 {
     setTransparency (true);
 }
 
 CRightMenu::CRightMenu (const CRightMenu& other)
-    : CControl (other), menu (other.menu), served (other.served), controller (other.controller)
+    : CControl (other),
+      menu (other.menu),
+      served (other.served),
+      controller (other.controller)
 {
 }
 
@@ -103,13 +107,15 @@ void CRightMenu::openMenu (const CPoint& where)
 
     // The toolkit's menus may close later than this call returns, and with the frame.
     const auto self = shared (this);
-    menu->popup ([self] (COptionMenu* closed) {
-        const std::int32_t entry = closed->getLastResult ();
-        self->menu = nullptr;
-        if (CFrame* frame = closed->getFrame ())
-            frame->removeView (closed);
-        self->chosen (entry);
-    });
+    menu->popup (
+        [self] (COptionMenu* closed)
+        {
+            const std::int32_t entry = closed->getLastResult ();
+            self->menu = nullptr;
+            if (CFrame* frame = closed->getFrame ())
+                frame->removeView (closed);
+            self->chosen (entry);
+        });
 }
 
 void CRightMenu::chosen (std::int32_t entry)

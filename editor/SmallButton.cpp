@@ -4,8 +4,11 @@
 
 using namespace VSTGUI;
 
-SmallButton::SmallButton (const CRect& size, CBitmap* picture, Sign buttonSign, std::function<void ()> onPress)
-    : CView (size), sign (buttonSign), press (std::move (onPress))
+SmallButton::SmallButton (const CRect& size, CBitmap* picture, Sign buttonSign,
+                          std::function<void ()> onPress)
+    : CView (size),
+      sign (buttonSign),
+      press (std::move (onPress))
 {
     setBackground (picture);
 }

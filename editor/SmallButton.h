@@ -16,7 +16,8 @@ public:
     };
 
     // `picture` holds the button up, then pressed.
-    SmallButton (const VSTGUI::CRect& size, VSTGUI::CBitmap* picture, Sign buttonSign, std::function<void ()> onPress);
+    SmallButton (const VSTGUI::CRect& size, VSTGUI::CBitmap* picture, Sign buttonSign,
+                 std::function<void ()> onPress);
 
     void draw (VSTGUI::CDrawContext* context) override;
     void onMouseDownEvent (VSTGUI::MouseDownEvent& event) override;

@@ -6,12 +6,12 @@ using namespace VSTGUI;
 
 namespace
 {
-constexpr float wheelShare = 0.02f;      // of the travel, for one notch
+constexpr float wheelShare = 0.02f;     // of the travel, for one notch
 constexpr float fineDragFactor = 10.0f; // shift makes a drag this much longer
 }
 
-StepKnob::StepKnob (const CRect& size, IControlListener* viewListener, std::int32_t viewTag, std::int32_t frames,
-                    CCoord frameHeight, CBitmap* bitmap)
+StepKnob::StepKnob (const CRect& size, IControlListener* viewListener, std::int32_t viewTag,
+                    std::int32_t frames, CCoord frameHeight, CBitmap* bitmap)
     : CAnimKnob (size, viewListener, viewTag, frames, frameHeight, bitmap, CPoint (0, 0))
 {
     setWheelInc (wheelShare);

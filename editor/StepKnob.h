@@ -9,8 +9,8 @@ class StepKnob : public VSTGUI::CAnimKnob
 public:
     static constexpr std::int32_t mostPositions = 16; // more frames than this count as continuous
 
-    StepKnob (const VSTGUI::CRect& size, VSTGUI::IControlListener* listener, std::int32_t tag, std::int32_t frames,
-              VSTGUI::CCoord frameHeight, VSTGUI::CBitmap* bitmap);
+    StepKnob (const VSTGUI::CRect& size, VSTGUI::IControlListener* listener, std::int32_t tag,
+              std::int32_t frames, VSTGUI::CCoord frameHeight, VSTGUI::CBitmap* bitmap);
 
     void onMouseWheelEvent (VSTGUI::MouseWheelEvent& event) override;
 

@@ -24,10 +24,12 @@ namespace
 const char* existingFamily ()
 {
     bool found = false;
-    getPlatformFactory ().getAllFontFamilies ([&] (const std::string& name) {
-        found = found || name == panel::fontFamily; // not every system stops at false
-        return !found;
-    });
+    getPlatformFactory ().getAllFontFamilies (
+        [&] (const std::string& name)
+        {
+            found = found || name == panel::fontFamily; // not every system stops at false
+            return !found;
+        });
     return found ? panel::fontFamily : panel::fontFamilyFallback;
 }
 
@@ -62,7 +64,8 @@ SharedPointer<CBitmap> makeBitmap (const DibBitmap& image)
 // A double click or ctrl-click sets a knob or slider back.
 bool asksForDefault (CControl* control, MouseDownEvent& event)
 {
-    const bool canTurn = dynamic_cast<CKnobBase*> (control) != nullptr || dynamic_cast<CSliderBase*> (control) != nullptr;
+    const bool canTurn =
+        dynamic_cast<CKnobBase*> (control) != nullptr || dynamic_cast<CSliderBase*> (control) != nullptr;
     return canTurn && event.buttonState.isLeft () &&
            (event.clickCount == 2 || event.modifiers.is (ModifierKey::Control));
 }

@@ -9,5 +9,6 @@
 // value names no division; the display then keeps what it shows.
 bool lfoRateText (float rate, bool synced, std::string& text);
 
-// Any parameter, for the hover help: "-12 semitones", "1.2 s", "50 %". `synced` matters to the LFO rate alone.
+// Any parameter, for the hover help: "-12 semitones", "1.2 s", "50 %". `synced` matters to the LFO rate
+// alone.
 std::string valueText (std::int32_t parameter, float value, bool synced);

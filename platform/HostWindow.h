@@ -15,7 +15,7 @@ public:
 
     virtual void* handle () const = 0; // HWND or X11 window id
     virtual void resize (int width, int height) = 0;
-    virtual void redraw () = 0; // everything inside, as if it had been covered
+    virtual void redraw () = 0;       // everything inside, as if it had been covered
     virtual void handleEvents () = 0; // those that wait; does not block
 };
 

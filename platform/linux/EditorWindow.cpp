@@ -114,7 +114,8 @@ void registerDevice (xcb_window_t window)
     const xcb_screen_t* screen = xcb_setup_roots_iterator (xcb_get_setup (connection)).data;
     for (auto depth = xcb_screen_allowed_depths_iterator (screen); depth.rem > 0; xcb_depth_next (&depth))
     {
-        for (auto visual = xcb_depth_visuals_iterator (depth.data); visual.rem > 0; xcb_visualtype_next (&visual))
+        for (auto visual = xcb_depth_visuals_iterator (depth.data); visual.rem > 0;
+             xcb_visualtype_next (&visual))
         {
             if (visual.data->visual_id != screen->root_visual)
                 continue;
@@ -129,11 +130,12 @@ void registerDevice (xcb_window_t window)
 void askForEveryMotion (xcb_window_t window)
 {
     xcb_connection_t* connection = X11::RunLoop::instance ().getXcbConnection ();
-    auto* attributes = xcb_get_window_attributes_reply (
-        connection, xcb_get_window_attributes (connection, window), nullptr);
+    auto* attributes =
+        xcb_get_window_attributes_reply (connection, xcb_get_window_attributes (connection, window), nullptr);
     if (attributes == nullptr)
         return;
-    const std::uint32_t mask = attributes->your_event_mask & ~static_cast<std::uint32_t> (XCB_EVENT_MASK_POINTER_MOTION_HINT);
+    const std::uint32_t mask =
+        attributes->your_event_mask & ~static_cast<std::uint32_t> (XCB_EVENT_MASK_POINTER_MOTION_HINT);
     xcb_change_window_attributes (connection, window, XCB_CW_EVENT_MASK, &mask);
     std::free (attributes);
 }

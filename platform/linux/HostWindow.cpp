@@ -16,7 +16,8 @@ class XcbHostWindow final : public HostWindow
 {
 public:
     XcbHostWindow (xcb_connection_t* display, int width, int height)
-        : connection (display), window (xcb_generate_id (display))
+        : connection (display),
+          window (xcb_generate_id (display))
     {
         const xcb_screen_t* screen = xcb_setup_roots_iterator (xcb_get_setup (connection)).data;
         const std::uint32_t values[] = { screen->black_pixel, 1 }; // in the order of their bits
@@ -35,7 +36,8 @@ public:
 
     void resize (int width, int height) override
     {
-        const std::uint32_t values[] = { static_cast<std::uint32_t> (width), static_cast<std::uint32_t> (height) };
+        const std::uint32_t values[] = { static_cast<std::uint32_t> (width),
+                                         static_cast<std::uint32_t> (height) };
         xcb_configure_window (connection, window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values);
         xcb_flush (connection);
     }

@@ -51,8 +51,8 @@ std::unique_ptr<HostWindow> HostWindow::make (int width, int height)
     windowClass.lpszClassName = className;
     RegisterClassW (&windowClass); // fails the second time, when it is there already
     const DWORD style = WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN;
-    const HWND hwnd = CreateWindowExW (0, className, L"Brimvale", style, 0, 0, width, height, nullptr, nullptr,
-                                       windowClass.hInstance, nullptr);
+    const HWND hwnd = CreateWindowExW (0, className, L"Brimvale", style, 0, 0, width, height, nullptr,
+                                       nullptr, windowClass.hInstance, nullptr);
     return hwnd != nullptr ? std::make_unique<Win32HostWindow> (hwnd) : nullptr;
 }
 

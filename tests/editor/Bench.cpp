@@ -128,10 +128,10 @@ bool Bench::isWine ()
 VirtualDisplay::VirtualDisplay ()
 {
     int displayPipe = -1;
-    server = std::make_unique<ChildProcess> (
-        std::vector<std::string>{ "Xvfb", "-displayfd", "{pipe}", "-screen", "0", "1300x900x24", "-noreset", "-nolisten",
-                                  "tcp" },
-        &displayPipe);
+    server = std::make_unique<ChildProcess> (std::vector<std::string>{ "Xvfb", "-displayfd", "{pipe}",
+                                                                       "-screen", "0", "1300x900x24",
+                                                                       "-noreset", "-nolisten", "tcp" },
+                                             &displayPipe);
     std::string number;
     for (char character = 0; read (displayPipe, &character, 1) == 1 && character != '\n';)
         number += character;
@@ -159,8 +159,12 @@ Bench::Bench ()
 
     std::vector<std::string> command = { EDITOR_HOST, EDITOR_LIBRARY };
     if (isWine ())
-        command = { SOURCE_FOLDER "/tools/wineRun.sh", "--own-prefix", "editorwindows", "--this-display",
-                    SOURCE_FOLDER "/build/windows/brimvale-editor-host.exe", SOURCE_FOLDER "/build/windows/Brimvale.dll" };
+        command = { SOURCE_FOLDER "/tools/wineRun.sh",
+                    "--own-prefix",
+                    "editorwindows",
+                    "--this-display",
+                    SOURCE_FOLDER "/build/windows/brimvale-editor-host.exe",
+                    SOURCE_FOLDER "/build/windows/Brimvale.dll" };
     host = std::make_unique<ChildProcess> (command);
     screen = std::make_unique<ScreenGrab> ();
 }
@@ -197,7 +201,10 @@ std::string Bench::open ()
 {
     const std::string answer = say ("open");
     // The logo's corner of the background is the first thing to look at.
-    eventually ([this] { return matches (picture (), { 0, 0, 160, 90 }, bitmapFile (panel::panelBitmapId), 0); });
+    eventually (
+        [this] {
+            return matches (picture (), { 0, 0, 160, 90 }, bitmapFile (panel::panelBitmapId), 0);
+        });
     say ("calls");
     return answer;
 }
@@ -229,6 +236,13 @@ Picture Bench::picture (int width, int height)
     return screen->grab (width, height);
 }
 
+Picture Bench::redrawnPicture ()
+{
+    if (isWine ())
+        say ("redraw");
+    return picture ();
+}
+
 bool Bench::eventually (const std::function<bool ()>& condition)
 {
     const auto deadline = std::chrono::steady_clock::now () + patience;
@@ -244,16 +258,18 @@ bool Bench::eventually (const std::function<bool ()>& condition)
 bool Bench::shows (const panel::Rect& place, int bitmapId, int frame)
 {
     const int row = frame * panel::findBitmap (bitmapId)->frameHeight ();
-    return eventually ([&] { return matches (picture (), place, bitmapFile (bitmapId), row); });
+    return eventually ([&] { return matches (redrawnPicture (), place, bitmapFile (bitmapId), row); });
 }
 
 std::string Bench::callsUntil (const std::string& last)
 {
     std::string calls;
-    eventually ([&] {
-        calls += say ("calls");
-        return calls.find (last) != std::string::npos;
-    });
+    eventually (
+        [&]
+        {
+            calls += say ("calls");
+            return calls.find (last) != std::string::npos;
+        });
     return calls;
 }
 
@@ -263,7 +279,8 @@ const DibBitmap& bitmapFile (int id)
     const auto known = read.find (id);
     if (known != read.end ())
         return known->second;
-    std::ifstream file (std::string (SOURCE_FOLDER "/resources/") + panel::findBitmap (id)->file, std::ios::binary);
+    std::ifstream file (std::string (SOURCE_FOLDER "/resources/") + panel::findBitmap (id)->file,
+                        std::ios::binary);
     const std::vector<char> bytes{ std::istreambuf_iterator<char> (file), {} };
     const auto image = DibBitmap::read (std::as_bytes (std::span (bytes)).subspan (fileHeaderBytes));
     return read.emplace (id, image.value ()).first->second;
@@ -276,7 +293,8 @@ bool matches (const Picture& picture, const panel::Rect& place, const DibBitmap&
         for (int x = 0; x < place.width; ++x)
         {
             const DibBitmap::Pixel& pixel = bitmap.at (x, row + y);
-            const auto expected = static_cast<std::uint32_t> (pixel.red << 16 | pixel.green << 8 | pixel.blue);
+            const auto expected =
+                static_cast<std::uint32_t> (pixel.red << 16 | pixel.green << 8 | pixel.blue);
             if (picture.at (place.x + x, place.y + y) != expected)
                 return false;
         }

@@ -93,11 +93,15 @@ TEST (DibBitmap, DamagedOnesAreRefused)
         std::int32_t value;
     };
     const Damage damages[] = {
-        { "header too small", 0, 12 },       { "header beyond the end", 0, 1000 },
-        { "no width", 4, 0 },                { "negative width", 4, -2 },
-        { "huge width", 4, 0x7FFFFFFF },     { "no height", 8, 0 },
+        { "header too small", 0, 12 },
+        { "header beyond the end", 0, 1000 },
+        { "no width", 4, 0 },
+        { "negative width", 4, -2 },
+        { "huge width", 4, 0x7FFFFFFF },
+        { "no height", 8, 0 },
         { "lowest height", 8, std::numeric_limits<std::int32_t>::min () },
-        { "16 bits", 12, 1 | 16 << 16 },     { "compressed", 16, 1 },
+        { "16 bits", 12, 1 | 16 << 16 },
+        { "compressed", 16, 1 },
     };
     for (const Damage& damage : damages)
     {

@@ -21,7 +21,10 @@ class DrawRecorder : public CView
 public:
     DrawRecorder () : CView (CRect (0, 0, 612, 433)) { setMouseEnabled (false); }
 
-    void drawRect (CDrawContext* /*context*/, const CRect& updateRect) override { drawn.push_back (updateRect); }
+    void drawRect (CDrawContext* /*context*/, const CRect& updateRect) override
+    {
+        drawn.push_back (updateRect);
+    }
 
     std::vector<CRect> drawn;
 };
@@ -30,13 +33,17 @@ public:
 struct OpenEditor
 {
     explicit OpenEditor (FakeHost& host)
-        : synth (&FakeHost::callback, host.services ()), window (platform::HostWindow::make (612, 433))
+        : synth (&FakeHost::callback, host.services ()),
+          window (platform::HostWindow::make (612, 433))
     {
         call (effEditOpen, window->handle ());
     }
     ~OpenEditor () { call (effEditClose); }
 
-    VstIntPtr call (VstInt32 opcode, void* ptr = nullptr) { return synth.dispatcher (opcode, 0, 0, ptr, 0.0f); }
+    VstIntPtr call (VstInt32 opcode, void* ptr = nullptr)
+    {
+        return synth.dispatcher (opcode, 0, 0, ptr, 0.0f);
+    }
     Editor& editor () { return *dynamic_cast<Editor*> (synth.getEditor ()); }
     void idle ()
     {
@@ -57,12 +64,14 @@ protected:
     static bool settle (OpenEditor& open, DrawRecorder& recorder)
     {
         int quiet = 0;
-        return Bench::eventually ([&] {
-            const auto before = recorder.drawn.size ();
-            open.idle ();
-            quiet = recorder.drawn.size () == before ? quiet + 1 : 0;
-            return quiet > 10 && !recorder.drawn.empty ();
-        });
+        return Bench::eventually (
+            [&]
+            {
+                const auto before = recorder.drawn.size ();
+                open.idle ();
+                quiet = recorder.drawn.size () == before ? quiet + 1 : 0;
+                return quiet > 10 && !recorder.drawn.empty ();
+            });
     }
 
     VirtualDisplay display;
@@ -112,8 +121,8 @@ TEST_F (EditorInProcess, DrawsOnlyWhatChanged)
         {
             CRect inside = rect;
             inside.bound (change.place);
-            EXPECT_EQ (inside, rect) << "drew more than " << change.index << " needs: " << rect.left << " " << rect.top
-                                     << " " << rect.right << " " << rect.bottom;
+            EXPECT_EQ (inside, rect) << "drew more than " << change.index << " needs: " << rect.left << " "
+                                     << rect.top << " " << rect.right << " " << rect.bottom;
         }
     }
 }
@@ -201,15 +210,18 @@ TEST_F (EditorInProcess, AudioThreadAndInterfaceThread)
     VstSynth synth (&FakeHost::callback, host.services ());
     std::atomic<bool> stop = false;
     auto& editor = *dynamic_cast<SynthEditor*> (synth.getEditor ());
-    std::thread audio ([&] {
-        for (int i = 0; !stop; ++i)
+    std::thread audio (
+        [&]
         {
-            editor.setParameter (i % Editor::slotCount, static_cast<float> (i % 100) / 100.0f);
-            editor.setParameter (i % 2 == 0 ? commandKeyOn : commandKeyOff, static_cast<float> (i % 128) / 128.0f);
-            editor.refreshLearnMenus ();
-            editor.markCurrentProgram ();
-        }
-    });
+            for (int i = 0; !stop; ++i)
+            {
+                editor.setParameter (i % Editor::slotCount, static_cast<float> (i % 100) / 100.0f);
+                editor.setParameter (i % 2 == 0 ? commandKeyOn : commandKeyOff,
+                                     static_cast<float> (i % 128) / 128.0f);
+                editor.refreshLearnMenus ();
+                editor.markCurrentProgram ();
+            }
+        });
     for (int opening = 0; opening < 5; ++opening)
     {
         const auto window = platform::HostWindow::make (612, 433);

@@ -39,7 +39,7 @@ protected:
     {
         const panel::Rect& rect = panel::menuButtonRect;
         bench.moveTo (rect.x + rect.width / 2, rect.y + rect.height / 2);
-        const Picture before = bench.picture ();
+        const Picture before = bench.redrawnPicture ();
         bench.mouse ("click 1");
         EXPECT_TRUE (menuIsOpen (before));
     }
@@ -47,16 +47,18 @@ protected:
     bool menuIsOpen (const Picture& before)
     {
         Picture last = before;
-        return Bench::eventually ([&] {
-            const Picture now = bench.picture ();
-            const bool rests = now == last && now != before;
-            last = now;
-            return rests;
-        });
+        return Bench::eventually (
+            [&]
+            {
+                const Picture now = bench.picture ();
+                const bool rests = now == last && now != before;
+                last = now;
+                return rests;
+            });
     }
     bool pictureBecomes (const Picture& wanted)
     {
-        return Bench::eventually ([&] { return bench.picture () == wanted; });
+        return Bench::eventually ([&] { return bench.redrawnPicture () == wanted; });
     }
 
     Bench bench;
@@ -101,10 +103,14 @@ TEST_F (EditorWindow, SlidersStandAtTheirValues)
         for (const float value : { 0.0f, 0.5f, 1.0f })
         {
             bench.say ("set " + std::to_string (tag) + " " + std::to_string (value));
-            const int left = static_cast<int> (std::floor (value * 94.0f)); // the handle is 6 of 100 pixels wide
-            EXPECT_TRUE (Bench::eventually ([&] {
-                return matches (bench.picture (), { rect.x + left, rect.y, 6, 10 }, bitmapFile (184), 1);
-            })) << tag << " at " << value;
+            const int left =
+                static_cast<int> (std::floor (value * 94.0f)); // the handle is 6 of 100 pixels wide
+            EXPECT_TRUE (Bench::eventually (
+                [&] {
+                    return matches (bench.redrawnPicture (), { rect.x + left, rect.y, 6, 10 },
+                                    bitmapFile (184), 1);
+                }))
+                << tag << " at " << value;
         }
     }
 }
@@ -116,10 +122,10 @@ TEST_F (EditorWindow, HostMovesTheControls)
         int index;
         float value;
     };
-    for (const Change& change : { Change{ paramFilterFreq, 0.25f }, Change{ paramFilterType, 0.5f },
-                                  Change{ paramOsc1Range, 1.0f }, Change{ paramLfoWave, 0.8f },
-                                  Change{ paramVoices, 0.0f }, Change{ paramVelocityAmp, 1.0f },
-                                  Change{ paramSmothFilt, 1.0f }, Change{ paramFilterFreq, 1.0f } })
+    for (const Change& change :
+         { Change{ paramFilterFreq, 0.25f }, Change{ paramFilterType, 0.5f }, Change{ paramOsc1Range, 1.0f },
+           Change{ paramLfoWave, 0.8f }, Change{ paramVoices, 0.0f }, Change{ paramVelocityAmp, 1.0f },
+           Change{ paramSmothFilt, 1.0f }, Change{ paramFilterFreq, 1.0f } })
     {
         bench.say ("set " + std::to_string (change.index) + " " + std::to_string (change.value));
         EXPECT_TRUE (standsAt (change.index, change.value)) << change.index;
@@ -162,7 +168,8 @@ TEST_F (EditorWindow, ShiftDragsFinely)
 {
     bench.say ("set 18 0.5");
     moveToControl (paramFilterFreq);
-    bench.mouse ("keydown shift mousedown 1 mousemove_relative -- 0 -20 mousemove_relative -- 0 -20 mouseup 1 keyup shift");
+    bench.mouse ("keydown shift mousedown 1 mousemove_relative -- 0 -20 mousemove_relative -- 0 -20 mouseup "
+                 "1 keyup shift");
     EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.52f));
 }
 
@@ -207,7 +214,8 @@ TEST_F (EditorWindow, ButtonsSwitch)
 TEST_F (EditorWindow, RateDisplayChangesWithTheSync)
 {
     const panel::Rect place = { 222, 190, 25, 12 };
-    const auto display = [&] { return bench.picture ().part (place.x, place.y, place.width, place.height); };
+    const auto display = [&]
+    { return bench.redrawnPicture ().part (place.x, place.y, place.width, place.height); };
     bench.say ("set 36 0");
     bench.say ("set 21 0.5");
     EXPECT_TRUE (standsAt (paramLfoRate, 0.5f)); // drawn together with its display
@@ -225,22 +233,32 @@ TEST_F (EditorWindow, KeyboardPlaysNotes)
     bench.moveTo (x, 400);
     bench.mouse ("mousedown 1");
     EXPECT_EQ (bench.callsUntil ("automate 49"), "automate 49 0.4688;"); // 60 / 128
-    EXPECT_TRUE (Bench::eventually ([&] {
-        return matches (bench.picture (), { 39 + 7 * 35, 380, 35, 33 }, bitmapFile (panel::whiteKeyDownId), 64);
-    }));
+    EXPECT_TRUE (Bench::eventually (
+        [&]
+        {
+            return matches (bench.redrawnPicture (), { 39 + 7 * 35, 380, 35, 33 },
+                            bitmapFile (panel::whiteKeyDownId), 64);
+        }));
     EXPECT_GT (std::stof (bench.say ("render 40")), 0.01f);
 
     bench.mouse ("mousemove_relative 35 0"); // on to D
     EXPECT_EQ (bench.callsUntil ("automate 49"), "automate 49 0.4844;");
-    EXPECT_TRUE (Bench::eventually ([&] {
-        return matches (bench.picture (), { 39 + 7 * 35, 380, 35, 33 }, bitmapFile (panel::whiteKeyUpId), 64);
-    })) << "the key left behind comes up";
+    EXPECT_TRUE (Bench::eventually (
+        [&]
+        {
+            return matches (bench.redrawnPicture (), { 39 + 7 * 35, 380, 35, 33 },
+                            bitmapFile (panel::whiteKeyUpId), 64);
+        }))
+        << "the key left behind comes up";
 
     bench.mouse ("mouseup 1");
     EXPECT_EQ (bench.callsUntil ("automate 49"), "automate 49 -1.0000;");
-    EXPECT_TRUE (Bench::eventually ([&] {
-        return matches (bench.picture (), { 39 + 8 * 35, 380, 35, 33 }, bitmapFile (panel::whiteKeyUpId), 64);
-    }));
+    EXPECT_TRUE (Bench::eventually (
+        [&]
+        {
+            return matches (bench.redrawnPicture (), { 39 + 8 * 35, 380, 35, 33 },
+                            bitmapFile (panel::whiteKeyUpId), 64);
+        }));
 }
 
 TEST_F (EditorWindow, MidiNotesLightTheKeys)
@@ -248,10 +266,10 @@ TEST_F (EditorWindow, MidiNotesLightTheKeys)
     const panel::Rect middleC = { 39 + 7 * 35, 380, 35, 33 };
     bench.say ("midi 144 60 100");
     EXPECT_TRUE (Bench::eventually (
-        [&] { return matches (bench.picture (), middleC, bitmapFile (panel::whiteKeyDownId), 64); }));
+        [&] { return matches (bench.redrawnPicture (), middleC, bitmapFile (panel::whiteKeyDownId), 64); }));
     bench.say ("midi 128 60 0");
     EXPECT_TRUE (Bench::eventually (
-        [&] { return matches (bench.picture (), middleC, bitmapFile (panel::whiteKeyUpId), 64); }));
+        [&] { return matches (bench.redrawnPicture (), middleC, bitmapFile (panel::whiteKeyUpId), 64); }));
 }
 
 TEST_F (EditorWindow, MenuSetsAParameter)
@@ -268,7 +286,7 @@ TEST_F (EditorWindow, MenuSetsAParameter)
 TEST_F (EditorWindow, EscapeChoosesNothing)
 {
     bench.moveTo (300, 300);
-    const Picture before = bench.picture ();
+    const Picture before = bench.redrawnPicture ();
     clickMenuButton ();
     bench.keys ("Up Escape");
     bench.moveTo (300, 300);
@@ -279,7 +297,7 @@ TEST_F (EditorWindow, EscapeChoosesNothing)
 TEST_F (EditorWindow, RightClickOnEmptyPanelOpensTheMenu)
 {
     bench.moveTo (300, 300);
-    const Picture before = bench.picture ();
+    const Picture before = bench.redrawnPicture ();
     bench.mouse ("click 3");
     EXPECT_TRUE (menuIsOpen (before));
     bench.keys ("Escape");
@@ -289,7 +307,7 @@ TEST_F (EditorWindow, RightClickOnEmptyPanelOpensTheMenu)
 TEST_F (EditorWindow, AboutPageComesAndGoes)
 {
     bench.moveTo (300, 300);
-    const Picture before = bench.picture ();
+    const Picture before = bench.redrawnPicture ();
     clickMenuButton ();
     bench.keys ("Down Down Down Return");
     // The part of the page above its version line.
@@ -305,7 +323,7 @@ TEST_F (EditorWindow, AboutPageComesAndGoes)
 TEST_F (EditorWindow, LearnsAndForgetsAController)
 {
     moveToControl (paramFilterFreq);
-    Picture before = bench.picture ();
+    Picture before = bench.redrawnPicture ();
     bench.mouse ("click 3");
     EXPECT_TRUE (menuIsOpen (before));
     bench.keys ("Down Return");
@@ -315,22 +333,25 @@ TEST_F (EditorWindow, LearnsAndForgetsAController)
     EXPECT_TRUE (standsAt (paramFilterFreq, 32.0f / 127.0f));
     EXPECT_EQ (bench.say ("calls"), "") << "neither learning nor the controller is automation";
 
-    before = bench.picture ();
+    before = bench.redrawnPicture ();
     bench.mouse ("click 3");
     EXPECT_TRUE (menuIsOpen (before));
     bench.keys ("Down Down Return"); // the second entry is there now: Forget CC 74
-    EXPECT_TRUE (Bench::eventually ([&] {
-        bench.say ("midi 176 74 100");
-        bench.say ("set 18 0.25");
-        bench.say ("midi 176 74 100");
-        return std::abs (bench.parameter (paramFilterFreq) - 0.25f) < 1e-4f;
-    }));
+    EXPECT_TRUE (Bench::eventually (
+        [&]
+        {
+            bench.say ("midi 176 74 100");
+            bench.say ("set 18 0.25");
+            bench.say ("midi 176 74 100");
+            return std::abs (bench.parameter (paramFilterFreq) - 0.25f) < 1e-4f;
+        }));
 }
 
 TEST_F (EditorWindow, ProgramsCanBeStepped)
 {
     const panel::Rect& display = panel::programDisplayRect;
-    const auto text = [&] { return bench.picture ().part (display.x, display.y, display.width, display.height); };
+    const auto text = [&]
+    { return bench.redrawnPicture ().part (display.x, display.y, display.width, display.height); };
     const Picture first = text ();
     bench.moveTo (panel::nextProgramRect.x + 10, panel::nextProgramRect.y + 10);
     bench.mouse ("click 1");
@@ -353,7 +374,7 @@ TEST_F (EditorWindow, ProgramMenuChooses)
 {
     const panel::Rect& display = panel::programDisplayRect;
     bench.moveTo (display.x + 20, display.y + 10);
-    const Picture before = bench.picture ();
+    const Picture before = bench.redrawnPicture ();
     bench.mouse ("click 1");
     EXPECT_TRUE (menuIsOpen (before));
     bench.keys ("Down Down"); // the second group
@@ -397,7 +418,8 @@ TEST_F (EditorWindow, KeyboardCanBeHidden)
     bench.say ("close");
     EXPECT_EQ (bench.say ("rect"), "612 295");
     EXPECT_EQ (bench.say ("open").find ("error"), std::string::npos);
-    EXPECT_TRUE (Bench::eventually ([&] { return (bench.picture (612, 295).at (300, 290) & 0xFFFFFFu) != 0; }));
+    EXPECT_TRUE (
+        Bench::eventually ([&] { return (bench.picture (612, 295).at (300, 290) & 0xFFFFFFu) != 0; }));
 }
 
 TEST_F (EditorWindow, ZoomIsKept)
@@ -421,7 +443,7 @@ TEST_F (EditorWindow, ZoomIsKept)
 TEST_F (EditorWindow, HoverHelpComesAndGoes)
 {
     bench.moveTo (300, 300);
-    const Picture before = bench.picture ();
+    const Picture before = bench.redrawnPicture ();
     moveToControl (paramFilterRez);
     EXPECT_TRUE (Bench::eventually ([&] { return bench.picture () != before; }));
     bench.moveTo (300, 300);
@@ -431,7 +453,7 @@ TEST_F (EditorWindow, HoverHelpComesAndGoes)
 TEST_F (EditorWindow, ClosedAndOpenedAgainShowsTheSame)
 {
     bench.moveTo (300, 300);
-    const Picture before = bench.picture ();
+    const Picture before = bench.redrawnPicture ();
     bench.say ("close");
     bench.say ("set 18 0.7"); // while nobody looks
     bench.open ();
@@ -463,7 +485,8 @@ TEST_F (EditorWindow, AHundredOpeningsLeaveNothingBehind)
     bench.say ("close");
     ASSERT_EQ (bench.say ("cycle 20"), "ok");
     const long before = std::stol (bench.say ("memory"));
-    ASSERT_EQ (bench.say ("cycle 100"), "ok");
+    for (int ten = 0; ten < 10; ++ten)
+        ASSERT_EQ (bench.say ("cycle 10"), "ok");
     const long after = std::stol (bench.say ("memory"));
     // Kilobytes; one leaked picture of the panel a time would be a hundred thousand.
     EXPECT_LT (after - before, 4000) << before << " -> " << after;

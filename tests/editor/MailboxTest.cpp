@@ -46,7 +46,8 @@ TEST (Mailbox, IndicesOutsideTheTableAreDropped)
 {
     Mailbox box;
     box.open ();
-    for (const std::int32_t index : { -1, Mailbox::indexCount, 1000, std::numeric_limits<std::int32_t>::min () })
+    for (const std::int32_t index :
+         { -1, Mailbox::indexCount, 1000, std::numeric_limits<std::int32_t>::min () })
         box.post (index, 1.0f);
     EXPECT_FALSE (box.take ().any ());
 }
@@ -103,14 +104,16 @@ TEST (Mailbox, NothingIsLostBetweenThreads)
     box.open ();
     constexpr int posts = 20000;
     std::atomic<bool> done = false;
-    std::thread audio ([&] {
-        for (int i = 1; i <= posts; ++i)
+    std::thread audio (
+        [&]
         {
-            box.post (paramVolume, static_cast<float> (i));
-            box.post (i % 2 == 0 ? commandKeyOff : commandKeyOn, noteValue (i % 128 / 2 * 2));
-        }
-        done = true;
-    });
+            for (int i = 1; i <= posts; ++i)
+            {
+                box.post (paramVolume, static_cast<float> (i));
+                box.post (i % 2 == 0 ? commandKeyOff : commandKeyOn, noteValue (i % 128 / 2 * 2));
+            }
+            done = true;
+        });
     float newest = 0.0f;
     for (bool last = false; !last;)
     {

@@ -28,8 +28,8 @@ TEST (MenuTable, EntriesStandAtTheirNumbers)
     EXPECT_EQ (entriesOf (paramGlideAuto), (Texts{ "Off", "On" }));
     EXPECT_EQ (entriesOf (paramShowKeys), (Texts{ "Off", "On" }));
     EXPECT_EQ (entriesOf (paramHighQuality), (Texts{ "On", "Off" })) << "0.0 turns the quality on";
-    EXPECT_EQ (entriesOf (commandRandom), (Texts{ "Bass Sounds", "Pad Sounds", "Lead Sounds", "FX Sounds", "-",
-                                                  "Use Keys (1234)" }));
+    EXPECT_EQ (entriesOf (commandRandom),
+               (Texts{ "Bass Sounds", "Pad Sounds", "Lead Sounds", "FX Sounds", "-", "Use Keys (1234)" }));
     EXPECT_EQ (entriesOf (commandRandom)[useNumberKeysEntry], "Use Keys (1234)");
 }
 
@@ -43,7 +43,8 @@ TEST (MenuTable, SubmenusOfTheMainMenu)
         if (table.title != nullptr)
             titles.emplace_back (table.title);
     }
-    EXPECT_EQ (titles, (std::vector<std::string>{ "AutoGlide", "Presets", "Keyboard", "Random", "HighQuality", "Zoom" }));
+    EXPECT_EQ (titles, (std::vector<std::string>{ "AutoGlide", "Presets", "Keyboard", "Random", "HighQuality",
+                                                  "Zoom" }));
     EXPECT_EQ (menuTable (commandProgram).title, std::string ("Presets"));
 }
 
@@ -90,8 +91,12 @@ std::map<std::int32_t, std::string> kindsOfFactoryBank ()
 TEST (MenuTable, EveryProgramStandsOnceInTheGroupOfItsKind)
 {
     const std::map<std::string, std::string> groupOfKind = {
-        { "bass", "Bass" },          { "lead", "Leads" },           { "pad", "Pads" },
-        { "keys", "Keys and plucks" }, { "pluck", "Keys and plucks" }, { "sequence", "Sequences" },
+        { "bass", "Bass" },
+        { "lead", "Leads" },
+        { "pad", "Pads" },
+        { "keys", "Keys and plucks" },
+        { "pluck", "Keys and plucks" },
+        { "sequence", "Sequences" },
         { "effect", "Effects" },
     };
     const auto kinds = kindsOfFactoryBank ();

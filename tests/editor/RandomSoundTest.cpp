@@ -55,11 +55,11 @@ struct Expectation
 TEST (RandomSound, CategoriesHaveTheirCharacter)
 {
     const Expectation expectations[] = {
-        { RandomSound::bass, paramOsc2Vol, 1.0f, 1.0f, true },       // a fixed one
-        { RandomSound::bass, paramFilterType, 0.1f, 0.1f, true },    // fixed, its base does not count
-        { RandomSound::bass, paramOsc1Wave, 0.5f, 1.0f, true },      // always sounding, half of them pulses
+        { RandomSound::bass, paramOsc2Vol, 1.0f, 1.0f, true },    // a fixed one
+        { RandomSound::bass, paramFilterType, 0.1f, 0.1f, true }, // fixed, its base does not count
+        { RandomSound::bass, paramOsc1Wave, 0.5f, 1.0f, true },   // always sounding, half of them pulses
         { RandomSound::bass, param1Sustain, 0.0f, 0.001f, true },
-        { RandomSound::bass, paramOsc1Range, 0.45f, 0.55f, true },   // around the middle
+        { RandomSound::bass, paramOsc1Range, 0.45f, 0.55f, true }, // around the middle
         { RandomSound::bass, param1Attack, 0.0f, 0.0f, true },
         { RandomSound::bass, param1Decay, 0.3f, 0.4f, true },
         { RandomSound::pad, param1Attack, 0.0f, 1.0f, true },

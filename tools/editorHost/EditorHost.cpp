@@ -14,7 +14,8 @@ namespace
 constexpr float sampleRate = 44100.0f; // Hz
 constexpr int blockFrames = 512;
 
-// The one host of this process; the interface's callback carries no pointer to it while the instrument is made.
+// The one host of this process; the interface's callback carries no pointer to it while the instrument is
+// made.
 EditorHost* current = nullptr;
 
 int toInt (const std::string& word)
@@ -40,25 +41,25 @@ struct EditorHost::Command
 };
 
 const EditorHost::Command EditorHost::commands[] = {
-    { "open", 1, &EditorHost::openEditor },      // answers the milliseconds it took
+    { "open", 1, &EditorHost::openEditor }, // answers the milliseconds it took
     { "close", 1, &EditorHost::closeEditor },
-    { "redraw", 1, &EditorHost::redraw },        // all of it, as if the window had been covered
-    { "rect", 1, &EditorHost::rectangle },       // width height
-    { "get", 2, &EditorHost::getParameter },     // get INDEX
-    { "set", 3, &EditorHost::setParameter },     // set INDEX VALUE
-    { "program", 2, &EditorHost::program },      // program NUMBER, or "program ?"; counted from 0
-    { "midi", 4, &EditorHost::sendMidi },        // midi STATUS DATA1 DATA2
-    { "render", 2, &EditorHost::render },        // render BLOCKS: answers the largest magnitude
-    { "calls", 1, &EditorHost::takeCalls },      // what the host was told since the last question
-    { "key", 2, &EditorHost::pressKey },         // key CHARACTER
-    { "memory", 1, &EditorHost::memoryUse },     // resident kilobytes
-    { "cycle", 2, &EditorHost::cycle },          // cycle COUNT: opens and closes so often
+    { "redraw", 1, &EditorHost::redraw },    // all of it, as if the window had been covered
+    { "rect", 1, &EditorHost::rectangle },   // width height
+    { "get", 2, &EditorHost::getParameter }, // get INDEX
+    { "set", 3, &EditorHost::setParameter }, // set INDEX VALUE
+    { "program", 2, &EditorHost::program },  // program NUMBER, or "program ?"; counted from 0
+    { "midi", 4, &EditorHost::sendMidi },    // midi STATUS DATA1 DATA2
+    { "render", 2, &EditorHost::render },    // render BLOCKS: answers the largest magnitude
+    { "calls", 1, &EditorHost::takeCalls },  // what the host was told since the last question
+    { "key", 2, &EditorHost::pressKey },     // key CHARACTER
+    { "memory", 1, &EditorHost::memoryUse }, // resident kilobytes
+    { "cycle", 2, &EditorHost::cycle },      // cycle COUNT: opens and closes so often
     { "remove", 1, &EditorHost::removeInstrument },
 };
 
 EditorHost::EditorHost (const std::filesystem::path& library) : file (library)
 {
-    using Entry = AEffect* (*) (AudioMasterCallback);
+    using Entry = AEffect* (*)(AudioMasterCallback);
     const auto entry = reinterpret_cast<Entry> (file.symbol ("VSTPluginMain"));
     if (entry == nullptr)
         throw std::runtime_error ("this library has no instrument in it");
@@ -78,8 +79,8 @@ EditorHost::~EditorHost ()
     removeInstrument ({});
 }
 
-VstIntPtr EditorHost::answer (AEffect* /*effect*/, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
-                              float opt)
+VstIntPtr EditorHost::answer (AEffect* /*effect*/, VstInt32 opcode, VstInt32 index, VstIntPtr value,
+                              void* ptr, float opt)
 {
     return current->answer (opcode, index, value, ptr, opt);
 }
@@ -125,8 +126,8 @@ std::string EditorHost::obey (const std::string& line)
     Words words;
     for (std::string word; in >> word;)
         words.push_back (word);
-    const auto command = std::ranges::find_if (
-        commands, [&] (const Command& row) { return !words.empty () && words.front () == row.name; });
+    const auto command = std::ranges::find_if (commands, [&] (const Command& row)
+                                               { return !words.empty () && words.front () == row.name; });
     if (command == std::end (commands) || command->words != words.size ())
         return "error no such command: " + line;
     try

@@ -51,8 +51,8 @@ void collect (Display* display, Window parent, int depth, std::vector<WindowInfo
 // Copies a drawable into the picture with its top left at x, y.
 void draw (Display* display, Drawable source, int width, int height, int x, int y, Picture& onto)
 {
-    XImage* image = XGetImage (display, source, 0, 0, static_cast<unsigned> (width), static_cast<unsigned> (height),
-                               AllPlanes, ZPixmap);
+    XImage* image = XGetImage (display, source, 0, 0, static_cast<unsigned> (width),
+                               static_cast<unsigned> (height), AllPlanes, ZPixmap);
     if (image == nullptr)
         return;
     for (int row = std::max (0, -y); row < std::min (height, onto.height - y); ++row)
@@ -90,7 +90,8 @@ Picture ScreenGrab::grab (int width, int height) const
     ::Display* x = display->connection;
     const Window root = DefaultRootWindow (x);
     Picture picture{ width, height,
-                     std::vector<std::uint32_t> (static_cast<std::size_t> (width) * static_cast<std::size_t> (height)) };
+                     std::vector<std::uint32_t> (static_cast<std::size_t> (width) *
+                                                 static_cast<std::size_t> (height)) };
     XGrabServer (x); // nothing moves while its picture is taken
     draw (x, root, std::min (width, DisplayWidth (x, DefaultScreen (x))),
           std::min (height, DisplayHeight (x, DefaultScreen (x))), 0, 0, picture);
@@ -106,7 +107,8 @@ Picture ScreenGrab::grab (int width, int height) const
         const Pixmap pixmap = XCompositeNameWindowPixmap (x, info.window);
         draw (x, pixmap, width, height, 0, 0, picture);
         XFreePixmap (x, pixmap);
-        // It covers what lay above it: the pop-ups, which the window managerless host opens later than itself.
+        // It covers what lay above it: the pop-ups, which the window managerless host opens later than
+        // itself.
         for (const WindowInfo& other : windows)
         {
             const bool isPopUp = other.depth == 1 && other.attributes.map_state == IsViewable &&
@@ -126,9 +128,10 @@ bool ScreenGrab::hasWindow (int width, int height) const
 {
     std::vector<WindowInfo> windows;
     collect (display->connection, DefaultRootWindow (display->connection), 1, windows);
-    return std::ranges::any_of (windows, [=] (const WindowInfo& info) {
-        return info.attributes.width == width && info.attributes.height == height;
-    });
+    return std::ranges::any_of (windows,
+                                [=] (const WindowInfo& info) {
+                                    return info.attributes.width == width && info.attributes.height == height;
+                                });
 }
 
 Picture Picture::part (int x, int y, int partWidth, int partHeight) const

@@ -14,7 +14,8 @@ struct Picture
 
     std::uint32_t at (int x, int y) const
     {
-        return pixels[static_cast<std::size_t> (y) * static_cast<std::size_t> (width) + static_cast<std::size_t> (x)];
+        return pixels[static_cast<std::size_t> (y) * static_cast<std::size_t> (width) +
+                      static_cast<std::size_t> (x)];
     }
     Picture part (int x, int y, int partWidth, int partHeight) const; // must lie inside
     bool writePng (const std::string& path) const;
@@ -31,8 +32,8 @@ public:
     ScreenGrab (const ScreenGrab&) = delete;
     ScreenGrab& operator= (const ScreenGrab&) = delete;
 
-    // What the display shows from its top left. Windows that draw through a redirected window out of sight, as
-    // Direct2D's do under Wine, are put at `width` x `height` into the corner, below the pop-ups.
+    // What the display shows from its top left. Windows that draw through a redirected window out of sight,
+    // as Direct2D's do under Wine, are put at `width` x `height` into the corner, below the pop-ups.
     Picture grab (int width, int height) const;
 
     // True when a window of this size exists and is not the root.
