@@ -1,5 +1,6 @@
 #include "plugin/VstSynth.h"
 
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -140,9 +141,17 @@ void VstSynth::getParameterLabel (VstInt32 /*index*/, char* text)
 void VstSynth::getParameterDisplay (VstInt32 index, char* text)
 {
     constexpr std::size_t longest = 23; // as the names, more than the interface's 8; every host holds them
-    char formatted[64];
-    std::snprintf (formatted, sizeof formatted, "%.3f", static_cast<double> (getParameter (index)));
-    copyTo (text, isParameter (index) ? formatted : "", longest);
+    constexpr int decimals = 3;
+    if (!isParameter (index))
+    {
+        *text = 0;
+        return;
+    }
+    // Not printf: it would write the decimal comma of the host's language.
+    std::array<char, 64> digits;
+    const auto end = std::to_chars (digits.data (), digits.data () + digits.size (), getParameter (index),
+                                    std::chars_format::fixed, decimals);
+    copyTo (text, { digits.data (), static_cast<std::size_t> (end.ptr - digits.data ()) }, longest);
 }
 
 // The whole name, blanks included. The names are longer than the interface's 8 characters on purpose.
