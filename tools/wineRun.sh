@@ -37,19 +37,22 @@ unset DISPLAY WAYLAND_DISPLAY
 # The shared prefix is made under a lock and gets its name when it is complete.
 exec 9> "$folder/lock"
 flock 9
-if [ ! -d "$folder/shared" ]; then
-    rm -rf "$folder/new"
+if [ ! -d "$folder/shared" ] || [ ! -d "$folder/registry" ]; then
+    rm -rf "$folder/new" "$folder/shared" "$folder/registry"
     if ! WINEPREFIX=$folder/new timeout 300 "$wine" wineboot -i > "$folder/wineboot.log" 2>&1 < /dev/null 9>&-; then
         fail "Wine could not set up its folder; the reason may be in $folder/wineboot.log."
     fi
     WINEPREFIX=$folder/new timeout 60 /usr/lib/wine/wineserver64 -w 9>&- || true
+    # The registry as it is before any program of ours has seen it.
+    mkdir "$folder/registry"
+    cp -t "$folder/registry" "$folder"/new/*.reg
     mv "$folder/new" "$folder/shared"
 fi
 if [ "$prefix" != shared ]; then
     rm -rf "${folder:?}/$prefix"
     # Linked, for Wine's own files are large and never written; its registry files are.
     cp -al "$folder/shared" "$folder/$prefix"
-    cp --remove-destination -t "$folder/$prefix" "$folder"/shared/*.reg
+    cp --remove-destination -t "$folder/$prefix" "$folder"/registry/*.reg
 fi
 exec 9>&-
 
