@@ -165,13 +165,15 @@ void Dialog::createWindow (const std::string& title)
 {
     const auto x = static_cast<std::int16_t> ((screen->width_in_pixels - width) / 2);
     const auto y = static_cast<std::int16_t> ((screen->height_in_pixels - height) / 2);
-    const std::uint32_t events = XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_KEY_PRESS |
-                                 XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
-                                 XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    const std::uint32_t attributes[] = { screen->white_pixel, // until the first drawing
+                                         XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_KEY_PRESS |
+                                             XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
+                                             XCB_EVENT_MASK_STRUCTURE_NOTIFY };
     window = xcb_generate_id (connection);
     xcb_create_window (connection, XCB_COPY_FROM_PARENT, window, screen->root, x, y,
                        static_cast<std::uint16_t> (width), static_cast<std::uint16_t> (height), 0,
-                       XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_EVENT_MASK, &events);
+                       XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual,
+                       XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, attributes);
     describeWindow (title);
 }
 
