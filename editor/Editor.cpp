@@ -131,6 +131,7 @@ void Editor::close ()
     keyboardShown = false;
     shownNotes = {};
     programDisplay = nullptr;
+    menuButton = nullptr;
     aboutPage = nullptr;
     aboutShown = false;
 }

@@ -12,6 +12,7 @@
 #include "editor/ProgramDisplay.h"
 #include "editor/RandomSound.h"
 #include "editor/RightMenu.h"
+#include "editor/SmallButton.h"
 #include "editor/Toolkit.h"
 #include "plugin/SynthEditor.h"
 
@@ -128,6 +129,7 @@ private:
     bool keyboardShown = false;
     Mailbox::NoteSet shownNotes = {};
     ProgramDisplay* programDisplay = nullptr;
+    SmallButton* menuButton = nullptr;
     VSTGUI::SharedPointer<CAboutPage> aboutPage;
     bool aboutShown = false;
     std::unique_ptr<HoverHelp> hoverHelp;
@@ -135,4 +137,5 @@ private:
     std::int32_t randomChoice = 0; // last chosen entry of the random-sound menu
     std::int32_t zoomChoice = -1;  // entry of the zoom menu, -1: not read yet
     RandomSound randomSound;
+    std::shared_ptr<const bool> alive = std::make_shared<bool> (true); // for what may outlive this object
 };

@@ -89,7 +89,13 @@ void Editor::popUp (SharedPointer<COptionMenu> menu, const CPoint& where)
         if (closed)
             return;
         menu->remember ();
-        menu->popup (frame, where, [menu] (COptionMenu*) { menu->forget (); });
+        menu->popup (frame, where,
+                     [this, menu, owner = std::weak_ptr (alive)] (COptionMenu*)
+                     {
+                         menu->forget ();
+                         if (!owner.expired () && menuButton != nullptr)
+                             menuButton->release ();
+                     });
     };
     hoverHelp->hide ();
     if (frame->inEventProcessing ())

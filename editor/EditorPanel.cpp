@@ -3,7 +3,6 @@
 #include "editor/Colours.h"
 #include "editor/Editor.h"
 #include "editor/MenuTable.h"
-#include "editor/SmallButton.h"
 #include "editor/StepKnob.h"
 #include "editor/ValueText.h"
 #include "platform/MessageBox.h"
@@ -204,8 +203,9 @@ void Editor::addProgramControls ()
     frame->addView (
         new SmallButton (toRect (panel::nextProgramRect), picture, Sign::right, [this] { stepProgram (1); }));
     const CRect menuRect = toRect (panel::menuButtonRect);
-    frame->addView (new SmallButton (menuRect, picture, Sign::menu,
-                                     [this, menuRect] { openMainMenu (menuRect.getBottomLeft ()); }));
+    menuButton = new SmallButton (menuRect, picture, Sign::menu,
+                                  [this, menuRect] { openMainMenu (menuRect.getBottomLeft ()); });
+    frame->addView (menuButton);
 }
 
 void Editor::makeAboutPage ()

@@ -60,6 +60,8 @@ void SmallButton::onMouseDownEvent (MouseDownEvent& event)
         return;
     setPressed (true);
     event.consumed = true;
+    if (sign == Sign::menu)
+        event.ignoreFollowUpMoveAndUpEvents (true);
     press ();
 }
 

@@ -4,7 +4,8 @@
 
 #include "editor/Toolkit.h"
 
-// A push button with a sign on it that acts while going down: steps the program or opens the menu.
+// A push button with a sign on it that acts while going down: steps the program or opens the menu. The one
+// for the menu stays down until it is released from outside, for the open menu gets the mouse.
 class SmallButton : public VSTGUI::CView
 {
 public:
@@ -18,6 +19,8 @@ public:
     // `picture` holds the button up, then pressed.
     SmallButton (const VSTGUI::CRect& size, VSTGUI::CBitmap* picture, Sign buttonSign,
                  std::function<void ()> onPress);
+
+    void release () { setPressed (false); }
 
     void draw (VSTGUI::CDrawContext* context) override;
     void onMouseDownEvent (VSTGUI::MouseDownEvent& event) override;
