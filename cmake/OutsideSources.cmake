@@ -1,5 +1,6 @@
 # Sources that Debian 12 has no package of (or none for mingw-w64). tools/fetchSources.sh puts them into
 # a cache folder outside the checkout; each folder can be replaced by one of your own with -D.
+include_guard(GLOBAL)
 if(DEFINED ENV{XDG_CACHE_HOME} AND NOT "$ENV{XDG_CACHE_HOME}" STREQUAL "")
     set(brimvaleCache $ENV{XDG_CACHE_HOME}/brimvale)
 else()

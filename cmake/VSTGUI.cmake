@@ -1,16 +1,10 @@
 # The graphics toolkit, as the static library `vstgui`: one translation unit per platform and the
 # binding to the plug-in interface. Its sources are not part of this repository; BRIMVALE_VSTGUI_DIR
 # names a VSTGUI 4 source tree (the folder that holds vstgui/vstgui.h).
-if(DEFINED ENV{XDG_CACHE_HOME} AND NOT "$ENV{XDG_CACHE_HOME}" STREQUAL "")
-    set(vstguiDefault $ENV{XDG_CACHE_HOME}/brimvale/vstgui)
-else()
-    set(vstguiDefault $ENV{HOME}/.cache/brimvale/vstgui)
-endif()
-set(BRIMVALE_VSTGUI_DIR ${vstguiDefault} CACHE PATH "VSTGUI 4 source tree, the folder that holds vstgui/vstgui.h")
-if(NOT EXISTS ${BRIMVALE_VSTGUI_DIR}/vstgui/vstgui.h)
-    message(FATAL_ERROR "The VSTGUI 4 sources: no vstgui/vstgui.h in ${BRIMVALE_VSTGUI_DIR}. "
-                        "Run tools/fetchSources.sh, or name a folder that has it with -DBRIMVALE_VSTGUI_DIR=...")
-endif()
+include(OutsideSources)
+
+# Its licence asks that binaries come with its notice.
+configure_file(${BRIMVALE_VSTGUI_DIR}/LICENSE ${CMAKE_BINARY_DIR}/VSTGUI-LICENSE.txt COPYONLY)
 
 set(vstguiSources ${BRIMVALE_VSTGUI_DIR}/vstgui)
 if(WIN32)

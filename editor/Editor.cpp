@@ -124,6 +124,9 @@ void Editor::close ()
     platform::closeFrame (*frame);
     frame = nullptr;
     systemWindow = nullptr;
+    background = nullptr;
+    aboutPicture = nullptr;
+    toolkit->releaseBitmaps ();
 
     slots = {};
     topView = nullptr;

@@ -112,6 +112,11 @@ SharedPointer<CBitmap> Toolkit::bitmap (int resourceId)
     return loaded;
 }
 
+void Toolkit::releaseBitmaps ()
+{
+    cache->bitmaps.clear ();
+}
+
 SharedPointer<CFontDesc> Toolkit::font (double size, bool bold) const
 {
     return makeOwned<CFontDesc> (family, size, bold ? kBoldFace : kNormalFace);

@@ -22,6 +22,11 @@ public:
     // The bitmap with this resource id, loaded once; null when there is none or it is damaged.
     VSTGUI::SharedPointer<VSTGUI::CBitmap> bitmap (int resourceId);
 
+    // Lets go of all bitmaps, once their frame is closed. The toolkit keeps a copy of each for every graphics
+    // device that drew it, and some systems make a device for every frame: bitmaps that stayed would gather
+    // copies.
+    void releaseBitmaps ();
+
     // The panel's lettering in a size in pixels.
     VSTGUI::SharedPointer<VSTGUI::CFontDesc> font (double size, bool bold = false) const;
 
