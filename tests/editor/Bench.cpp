@@ -16,6 +16,9 @@
 
 namespace
 {
+// Set: the tests play the library for Windows under Wine, in a prefix named after this.
+constexpr char wineVariable[] = "BRIMVALE_EDITOR_WINE";
+
 constexpr auto patience = std::chrono::seconds (10);
 constexpr auto pollPause = std::chrono::milliseconds (20);
 constexpr int readPatience = 60000; // ms; the first start of Wine is slow
@@ -122,7 +125,7 @@ int ChildProcess::wait ()
 
 bool Bench::isWine ()
 {
-    return std::getenv ("BRIMVALE_EDITOR_WINE") != nullptr;
+    return std::getenv (wineVariable) != nullptr;
 }
 
 VirtualDisplay::VirtualDisplay ()
@@ -161,7 +164,7 @@ Bench::Bench ()
     if (isWine ())
         command = { SOURCE_FOLDER "/tools/wineRun.sh",
                     "--own-prefix",
-                    "editorwindows",
+                    std::string ("editor") + std::getenv (wineVariable),
                     "--this-display",
                     SOURCE_FOLDER "/build/windows/brimvale-editor-host.exe",
                     SOURCE_FOLDER "/build/windows/Brimvale.dll" };
