@@ -89,7 +89,7 @@ private:
     VSTGUI::SharedPointer<VSTGUI::COptionMenu> makeMenu (std::int32_t tag);
     VSTGUI::SharedPointer<VSTGUI::COptionMenu> makeMainMenu ();
     VSTGUI::SharedPointer<VSTGUI::COptionMenu> makeProgramMenu ();
-    void popUp (VSTGUI::SharedPointer<VSTGUI::COptionMenu> menu, const VSTGUI::CPoint& where);
+    void popUp (const VSTGUI::SharedPointer<VSTGUI::COptionMenu>& menu, const VSTGUI::CPoint& where);
     void openMainMenu (const VSTGUI::CPoint& where);
     void openProgramMenu ();
     int currentEntry (std::int32_t tag) const;

@@ -1,11 +1,15 @@
 // The pop-up menus, from the menu table.
+#include <cmath>
+
 #include "editor/Colours.h"
 #include "editor/Editor.h"
+
 #include "editor/MenuTable.h"
 #include "platform/EditorWindow.h"
 #include "plugin/VstSynth.h"
 #include "vstgui/lib/platform/common/genericoptionmenu.h"
 #include "vstgui/lib/platform/iplatformframe.h"
+#include <cmath>
 
 using namespace VSTGUI;
 
@@ -78,11 +82,11 @@ int Editor::currentEntry (std::int32_t tag) const
         return randomChoice == useNumberKeysEntry ? randomChoice : -1;
     if (tag == zoomMenuTag)
         return zoomChoice;
-    return isParameter (tag) ? static_cast<int> (synth.parameterValue (tag) + 0.5f) : -1;
+    return isParameter (tag) ? static_cast<int> (std::lround (synth.parameterValue (tag))) : -1;
 }
 
 // The toolkit takes its reference back only while the frame lives, so it gets one of its own.
-void Editor::popUp (SharedPointer<COptionMenu> menu, const CPoint& where)
+void Editor::popUp (const SharedPointer<COptionMenu>& menu, const CPoint& where)
 {
     const auto show = [this, menu, where]
     {

@@ -6,7 +6,7 @@
 namespace
 {
 constexpr std::string_view settingsKey = "Brimvale";
-constexpr float storedUnit = 10000.0f; // a value is stored in ten-thousandths
+constexpr std::uint32_t storedUnit = 10000; // a value is stored in ten-thousandths
 
 std::string bindingName (const char* parameterName)
 {
@@ -33,8 +33,10 @@ void VstSynth::readStoredDefaults ()
         {
             // Divided as integers on purpose: 1.0 comes back as 1.0, anything below as 0.0.
             if (const std::uint32_t stored = readRegistryDword (settingsKey, row.name); stored != 0)
-                setParameter (row.index,
-                              static_cast<float> ((stored - 1) / static_cast<std::uint32_t> (storedUnit)));
+            {
+                const std::uint32_t whole = (stored - 1) / storedUnit;
+                setParameter (row.index, static_cast<float> (whole));
+            }
         }
         if (const std::uint32_t stored = readRegistryDword (settingsKey, bindingName (row.name)); stored != 0)
             bank.slots[static_cast<std::size_t> (row.index)].midiController = stored - 1;
@@ -48,7 +50,8 @@ void VstSynth::saveStoredDefaults ()
         const ParameterSlot& slot = bank.slots[static_cast<std::size_t> (row.index)];
         if (slot.keptAsDefault != 0)
         {
-            const std::int32_t number = truncateToInt (usableValue (row.index, slot.value) * storedUnit);
+            const std::int32_t number =
+                truncateToInt (usableValue (row.index, slot.value) * static_cast<float> (storedUnit));
             if (!writeRegistryDword (settingsKey, slot.nameView (), static_cast<std::uint32_t> (number)))
                 showError ("Error saving registery!");
         }

@@ -109,7 +109,7 @@ xcb_visualtype_t* visualOf (const xcb_screen_t* screen)
 
 namespace platform
 {
-Dialog::Dialog (std::string message, const std::string& title, std::vector<std::string> labels)
+Dialog::Dialog (std::string message, const std::string& title, const std::vector<std::string>& labels)
     : text (std::move (message))
 {
     int screenNumber = 0;

@@ -18,7 +18,7 @@ class Dialog
 {
 public:
     // Makes the window, centred and not yet visible. Texts are ASCII; `labels` holds at least one.
-    Dialog (std::string text, const std::string& title, std::vector<std::string> labels);
+    Dialog (std::string text, const std::string& title, const std::vector<std::string>& labels);
     ~Dialog ();
     Dialog (const Dialog&) = delete;
     Dialog& operator= (const Dialog&) = delete;

@@ -32,7 +32,11 @@ public:
 
     ~XcbHostWindow () override { xcb_disconnect (connection); }
 
-    void* handle () const override { return reinterpret_cast<void*> (static_cast<std::uintptr_t> (window)); }
+    void* handle () const override
+    {
+        return reinterpret_cast<void*> (
+            static_cast<std::uintptr_t> (window)); // NOLINT(performance-no-int-to-ptr)
+    }
 
     void resize (int width, int height) override
     {

@@ -33,6 +33,7 @@ Answer showMessage (const char* text, const char* title, Buttons buttons)
 {
     const std::vector<Choice> choices = choicesOf (buttons);
     std::vector<std::string> labels;
+    labels.reserve (choices.size ());
     for (const Choice& choice : choices)
         labels.emplace_back (choice.label);
     Dialog dialog (text, title, labels);
