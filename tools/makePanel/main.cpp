@@ -1,5 +1,7 @@
 // Draws the panel's bitmaps into a folder: makePanel resources
-// With --preview it also writes the assembled panel as a PNG file to look at.
+// With --preview it also writes the assembled panel as a PNG file to look at, with --controls the list of
+// controls.
+#include "tools/makePanel/ControlList.h"
 #include "tools/makePanel/PanelArt.h"
 
 #include <CLI/CLI.hpp>
@@ -23,9 +25,10 @@ int main (int argc, char** argv)
     try
     {
         CLI::App app{ "Draws the bitmaps of the panel." };
-        std::string folder, preview;
+        std::string folder, preview, controls;
         app.add_option ("folder", folder, "Where the .bmp files go")->check (CLI::ExistingDirectory);
         app.add_option ("--preview", preview, "PNG file for the assembled panel");
+        app.add_option ("--controls", controls, "Markdown file for the list of controls");
         CLI11_PARSE (app, argc, argv);
 
         if (!folder.empty ())
@@ -35,6 +38,11 @@ int main (int argc, char** argv)
         }
         if (!preview.empty ())
             panelart::savePreview (preview);
+        if (!controls.empty ())
+        {
+            const std::string page = panelart::controlList ();
+            writeFile (controls, { page.begin (), page.end () });
+        }
     }
     catch (const std::exception& error)
     {
