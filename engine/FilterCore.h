@@ -113,8 +113,8 @@ inline Value smooth (Memory<Value>& m, Value coefficient)
 // One sample of the state-variable filter (one unit delay in each integrator). `coefficient` is 2 pi fc / fs
 // without a sine correction, `damping` 2 x (1 - resonance).
 template <typename Value>
-inline Value step (Memory<Value>& m, Switches switches, FixedCoefficients fixed, Value damping, Value coefficient,
-            Value input)
+inline Value step (Memory<Value>& m, Switches switches, FixedCoefficients fixed, Value damping,
+                   Value coefficient, Value input)
 {
     const Value x = switches.drives ? drive (m, fixed, input) : input;
     const Value high = x - (m.low + m.band * damping);

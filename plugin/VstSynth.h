@@ -100,7 +100,7 @@ private:
 
     BankImage bank;
     Services services;
-    bool initialising = true; // holds parameter traffic off while the object is built
+    bool initialising = true;                       // holds parameter traffic off while the object is built
     std::atomic<std::int32_t> midiLearnTarget = -1; // parameter waiting for a controller; set by both threads
     Engine engine;
     std::unique_ptr<SynthEditor> synthEditor;
