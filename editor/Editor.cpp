@@ -148,6 +148,8 @@ void Editor::idle ()
         return;
     applyNews ();
     hoverHelp->idle ();
+    if (!platform::windowsKeepTheirPicture () && topView->drewPart ())
+        frame->invalid ();
     AEffGUIEditor::idle ();
 }
 

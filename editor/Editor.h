@@ -5,6 +5,7 @@
 #include <string>
 
 #include "editor/AboutPage.h"
+#include "editor/ClipRelease.h"
 #include "editor/HoverHelp.h"
 #include "editor/Keyboard.h"
 #include "editor/Mailbox.h"
@@ -124,7 +125,7 @@ private:
     std::array<ControlSlot, slotCount> slots;
     VSTGUI::SharedPointer<VSTGUI::CBitmap> background;
     VSTGUI::SharedPointer<VSTGUI::CBitmap> aboutPicture;
-    VSTGUI::CView* topView = nullptr; // everything that joins the panel later goes below it
+    ClipRelease* topView = nullptr; // everything that joins the panel later goes below it
     VSTGUI::SharedPointer<Keyboard> keyboard;
     bool keyboardShown = false;
     Mailbox::NoteSet shownNotes = {};

@@ -19,6 +19,9 @@ bool openFrame (VSTGUI::CFrame& frame, void* parentWindow);
 // Takes the frame's window away and gives up the caller's reference to the frame.
 void closeFrame (VSTGUI::CFrame& frame);
 
+// Whether a window keeps the rest of its picture while a part of it is drawn anew.
+bool windowsKeepTheirPicture ();
+
 // Whether pop-up menus are windows of the system; else the toolkit draws them inside the frame.
 bool hasMenusOfItsOwn ();
 

@@ -182,6 +182,11 @@ void closeFrame (CFrame& frame)
     frame.close ();
 }
 
+bool windowsKeepTheirPicture ()
+{
+    return true;
+}
+
 bool hasMenusOfItsOwn ()
 {
     return false;

@@ -28,6 +28,13 @@ void closeFrame (VSTGUI::CFrame& frame)
     frame.close ();
 }
 
+// Wine's Direct2D windows may lose the rest of their picture when a part is drawn.
+bool windowsKeepTheirPicture ()
+{
+    static const bool isWine = GetProcAddress (GetModuleHandleA ("ntdll"), "wine_get_version") != nullptr;
+    return !isWine;
+}
+
 bool hasMenusOfItsOwn ()
 {
     return true;
