@@ -366,9 +366,19 @@ void Editor::showAboutPage ()
 
 void Editor::removeAboutPage ()
 {
-    if (aboutShown)
-        frame->removeView (aboutPage);
+    if (!aboutShown)
+        return;
     aboutShown = false;
+    const auto remove = [this]
+    {
+        if (!closed && !aboutShown)
+            frame->removeView (aboutPage);
+    };
+    // Not while the toolkit is still handing the click round that ended the page: it walks the list of views.
+    if (frame->inEventProcessing ())
+        frame->doAfterEventProcessing (remove);
+    else
+        remove ();
 }
 
 int Editor::panelHeight () const

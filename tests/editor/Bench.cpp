@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -66,7 +67,8 @@ ChildProcess::ChildProcess (std::vector<std::string> command, int* inheritedPipe
     pid = fork ();
     if (pid == 0)
     {
-        setpgid (0, 0); // so that a shell's children end with it
+        setpgid (0, 0);                    // so that a shell's children end with it
+        prctl (PR_SET_PDEATHSIG, SIGKILL); // and it ends with a test that crashes
         dup2 (toChild.read, STDIN_FILENO);
         dup2 (fromChild.write, STDOUT_FILENO);
         execvp (arguments[0], arguments.data ());
