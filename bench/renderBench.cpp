@@ -4,6 +4,8 @@
 #include "plugin/VstSynth.h"
 #include "tests/support/TestSynth.h"
 
+using namespace engine;
+
 namespace
 {
 constexpr double rateHz = 44100.0;

@@ -2,7 +2,7 @@
 include_guard(GLOBAL)
 set(BRIMVALE_GOOGLETEST_DIR /usr/src/googletest CACHE PATH "GoogleTest source folder")
 if(NOT EXISTS ${BRIMVALE_GOOGLETEST_DIR}/CMakeLists.txt)
-    message(FATAL_ERROR "The tests need the Debian package googletest; run tools/installPackages.sh test, "
+    message(FATAL_ERROR "The tests need the Debian package googletest; run scripts/installPackages.sh test, "
                         "or build without them: -DBRIMVALE_TESTS=OFF")
 endif()
 set(INSTALL_GTEST OFF)

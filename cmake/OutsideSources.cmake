@@ -1,4 +1,4 @@
-# Sources that Debian 12 has no package of (or none for mingw-w64). tools/fetchSources.sh puts them into
+# Sources that Debian 12 has no package of (or none for mingw-w64). scripts/fetchSources.sh puts them into
 # a cache folder outside the checkout; each folder can be replaced by one of your own with -D.
 include_guard(GLOBAL)
 if(DEFINED ENV{XDG_CACHE_HOME} AND NOT "$ENV{XDG_CACHE_HOME}" STREQUAL "")
@@ -12,7 +12,7 @@ function(brimvale_outside_source variable folder file what)
     set(${variable} ${brimvaleCache}/${folder} CACHE PATH "${what}")
     if(NOT EXISTS ${${variable}}/${file})
         message(FATAL_ERROR "${what}: no ${file} in ${${variable}}. "
-                            "Run tools/fetchSources.sh, or name a folder that has it with -D${variable}=...")
+                            "Run scripts/fetchSources.sh, or name a folder that has it with -D${variable}=...")
     endif()
 endfunction()
 

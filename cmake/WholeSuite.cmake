@@ -18,7 +18,7 @@ function(brimvale_add_wine_test name executable)
     if(wine_DISPLAY)
         list(APPEND options --display)
     endif()
-    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tools/wineRun.sh ${options}
+    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/scripts/wineRun.sh ${options}
                                   ${CMAKE_SOURCE_DIR}/build/windows/${executable} ${wine_ARGUMENTS})
     # The first program to run sets Wine up, which may take a minute on a busy machine.
     set_tests_properties(${name} PROPERTIES TIMEOUT 900 LABELS wine)

@@ -2,6 +2,8 @@
 
 #include "editor/Colours.h"
 
+namespace editor
+{
 using namespace VSTGUI;
 
 CAboutPage::CAboutPage (const CRect& size, IControlListener* viewListener, std::int32_t viewTag,
@@ -27,4 +29,5 @@ void CAboutPage::onMouseDownEvent (MouseDownEvent& event)
     event.consumed = true;
     event.ignoreFollowUpMoveAndUpEvents (true);
     valueChanged ();
+}
 }

@@ -2,6 +2,8 @@
 
 #include "editor/Toolkit.h"
 
+namespace editor
+{
 // A picture over the panel with the version on it. A click anywhere on it asks the listener to take it away:
 // its tag and value are that command.
 class CAboutPage : public VSTGUI::CControl
@@ -21,3 +23,4 @@ private:
     VSTGUI::CRect textRect;
     VSTGUI::SharedPointer<VSTGUI::CFontDesc> font;
 };
+}

@@ -1,7 +1,9 @@
 #include "editor/ClipRelease.h"
 
-#include "vstgui/lib/platform/iplatformgraphicsdevice.h"
+#include <vstgui/lib/platform/iplatformgraphicsdevice.h>
 
+namespace editor
+{
 using namespace VSTGUI;
 
 ClipRelease::ClipRelease (const CRect& size) : CView (size)
@@ -25,4 +27,5 @@ void ClipRelease::draw (CDrawContext* context)
     device->setFillColor (kTransparentCColor);
     device->drawRect (CRect (0, 0, 1, 1), PlatformGraphicsDrawStyle::Filled);
     setDirty (false);
+}
 }

@@ -2,6 +2,8 @@
 
 #include "editor/Toolkit.h"
 
+namespace editor
+{
 // Lies on top of everything, shows nothing and cures a slip of the toolkit's Direct2D drawing: the clip of
 // one update rectangle is still set while the next one is cleared, and where the system does not forgive an
 // empty intersection (Wine's does not) the first rectangle is cleared again and stays empty. Being drawn with
@@ -18,3 +20,4 @@ public:
 private:
     bool partial = false;
 };
+}

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "editor/PanelLayout.h"
 #include "editor/Toolkit.h"
+#include "resources/panel/PanelLayout.h"
 
+namespace editor
+{
 // The panel's tables in the toolkit's types.
 
 inline VSTGUI::CColor toColour (const panel::Colour& colour)
@@ -14,4 +16,5 @@ inline VSTGUI::CRect toRect (const panel::Rect& rect)
 {
     return { static_cast<double> (rect.x), static_cast<double> (rect.y), static_cast<double> (rect.right ()),
              static_cast<double> (rect.bottom ()) };
+}
 }

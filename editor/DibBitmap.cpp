@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace editor
+{
 namespace
 {
 // The 40 bytes of a BITMAPINFOHEADER.
@@ -74,4 +76,5 @@ std::optional<DibBitmap> DibBitmap::read (std::span<const std::byte> bytes)
         }
     }
     return image;
+}
 }

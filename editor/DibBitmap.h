@@ -6,6 +6,8 @@
 #include <span>
 #include <vector>
 
+namespace editor
+{
 // A device-independent bitmap, taken apart: 8-bit palette, 24-bit or 32-bit pixels, uncompressed, stored
 // from the bottom row up or, with a negative height, from the top down. Alpha is not used.
 class DibBitmap
@@ -32,3 +34,4 @@ public:
 private:
     std::vector<Pixel> pixels; // from the top left, row by row
 };
+}

@@ -8,6 +8,8 @@
 #include "platform/EditorWindow.h"
 #include "plugin/VstSynth.h"
 
+namespace editor
+{
 using namespace VSTGUI;
 
 namespace
@@ -424,4 +426,5 @@ void Editor::setZoomEntry (int entry)
     }
     synth.settings ().write (settingsKey, zoomName, static_cast<std::uint32_t> (zoomPercents[entry]));
     synth.settings ().commit ();
+}
 }

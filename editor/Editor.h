@@ -9,14 +9,16 @@
 #include "editor/HoverHelp.h"
 #include "editor/Keyboard.h"
 #include "editor/Mailbox.h"
-#include "editor/PanelLayout.h"
 #include "editor/ProgramDisplay.h"
 #include "editor/RandomSound.h"
 #include "editor/RightMenu.h"
 #include "editor/SmallButton.h"
 #include "editor/Toolkit.h"
-#include "plugin/SynthEditor.h"
+#include "instrument/SynthEditor.h"
+#include "resources/panel/PanelLayout.h"
 
+namespace editor
+{
 // The panel in the host's window. Everything runs on the host's user-interface thread but the four calls of
 // SynthEditor that bring news: those may come on the audio thread, go into the mailbox and are worked off at
 // the next idle, or at once when the change came from the panel itself.
@@ -140,3 +142,4 @@ private:
     RandomSound randomSound;
     std::shared_ptr<const bool> alive = std::make_shared<bool> (true); // for what may outlive this object
 };
+}

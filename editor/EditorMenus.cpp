@@ -7,10 +7,12 @@
 #include "editor/MenuTable.h"
 #include "platform/EditorWindow.h"
 #include "plugin/VstSynth.h"
-#include "vstgui/lib/platform/common/genericoptionmenu.h"
-#include "vstgui/lib/platform/iplatformframe.h"
 #include <cmath>
+#include <vstgui/lib/platform/common/genericoptionmenu.h>
+#include <vstgui/lib/platform/iplatformframe.h>
 
+namespace editor
+{
 using namespace VSTGUI;
 
 namespace
@@ -155,4 +157,5 @@ void Editor::styleMenus ()
     theme.titleTextColor = toColour (panel::scaleColour);
     theme.menuAnimationTime = 60; // ms
     frame->getPlatformFrame ()->setupGenericOptionMenu (true, &theme);
+}
 }

@@ -8,6 +8,8 @@
 #include "platform/MessageBox.h"
 #include "plugin/VstSynth.h"
 
+namespace editor
+{
 using namespace VSTGUI;
 
 namespace
@@ -230,4 +232,5 @@ std::string Editor::helpFor (CView* view)
     if (view == programDisplay)
         return "Program: click for the list, turn the wheel to step";
     return {};
+}
 }

@@ -4,6 +4,8 @@
 
 #include "editor/Colours.h"
 
+namespace editor
+{
 using namespace VSTGUI;
 
 namespace
@@ -148,4 +150,5 @@ void HoverHelp::onMouseEvent (MouseEvent& event, CFrame* /*frame*/)
         show ();
     else
         hide ();
+}
 }

@@ -6,6 +6,8 @@
 
 #include "editor/Toolkit.h"
 
+namespace editor
+{
 // One line about the view under the mouse: what it is and the value it has. Comes after a moment's rest, at
 // once while a control is dragged, and goes when the mouse leaves. Drawn by the editor itself, for not every
 // system gives the toolkit tips of its own.
@@ -43,3 +45,4 @@ private:
     std::chrono::steady_clock::time_point since;
     Label* label = nullptr; // the frame's, while it is shown
 };
+}

@@ -1,5 +1,7 @@
 #include "editor/KeyGeometry.h"
 
+namespace editor
+{
 namespace
 {
 constexpr int semitonesPerOctave = 12;
@@ -47,4 +49,5 @@ double KeyGeometry::left (int note) const
     for (int key = 0; key < note - firstKey; ++key)
         whiteLeft += whites[key % semitonesPerOctave] ? whiteWidth : 0.0;
     return isWhite (note) ? whiteLeft : whiteLeft - blackWidth / 2.0;
+}
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace editor
+{
 // Where the keys of a keyboard lie, in pixels from its top left. Starts on a C.
 struct KeyGeometry
 {
@@ -22,3 +24,4 @@ struct KeyGeometry
     bool has (int note) const { return note >= firstKey && note < firstKey + keyCount; }
     static bool isWhite (int note);
 };
+}

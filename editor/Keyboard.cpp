@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace editor
+{
 using namespace VSTGUI;
 
 namespace
@@ -161,4 +163,5 @@ void Keyboard::release ()
     show (note, false);
     value = released;
     valueChanged ();
+}
 }

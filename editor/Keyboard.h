@@ -5,6 +5,8 @@
 #include "editor/KeyGeometry.h"
 #include "editor/Toolkit.h"
 
+namespace editor
+{
 // The on-screen keyboard. The mouse plays one note at a time; notes that sound from elsewhere are shown
 // beside it. Its value is the mouse's note / 128 while one is held and -1 on release.
 class Keyboard : public VSTGUI::CControl
@@ -56,3 +58,4 @@ private:
     int mouseKey = KeyGeometry::noKey;
     bool tracking = false; // the left button went down on the keyboard and is still held
 };
+}

@@ -4,7 +4,11 @@
 #include <atomic>
 #include <cstdint>
 
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
+
+namespace editor
+{
+using namespace parameters;
 
 // News for the editor from whatever thread they happen on. Posting stores a few atomic words and neither
 // allocates, waits nor fails; of several values for one index the newest stays. The interface thread takes
@@ -114,3 +118,4 @@ private:
     std::array<std::atomic<float>, indexCount> values = {};
     std::array<std::atomic<std::uint64_t>, 2> notes = {};
 };
+}

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <iterator>
 
+namespace editor
+{
 namespace
 {
 constexpr const char* mainEntries[] = { "Save default bank", "Load factory bank", "About",
@@ -87,4 +89,5 @@ std::vector<std::string> learnMenuEntries (std::uint32_t controller)
     char forget[32];
     std::snprintf (forget, sizeof forget, "Forget CC %d", static_cast<int> (controller));
     return { "MidiLearn New", forget };
+}
 }

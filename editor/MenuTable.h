@@ -5,7 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
+
+namespace editor
+{
+using namespace parameters;
 
 // Every menu of the editor as data. An entry's index, counted from 0 with separators, is its meaning.
 
@@ -49,3 +53,4 @@ std::string programEntry (std::int32_t program, std::string_view name);
 inline constexpr std::int32_t learnEntry = 0;
 inline constexpr std::int32_t forgetEntry = 1;
 std::vector<std::string> learnMenuEntries (std::uint32_t controller);
+}

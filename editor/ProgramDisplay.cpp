@@ -2,6 +2,8 @@
 
 #include "editor/Colours.h"
 
+namespace editor
+{
 using namespace VSTGUI;
 
 ProgramDisplay::ProgramDisplay (const CRect& size, CFontDesc* textFont, Actions whatToDo)
@@ -45,4 +47,5 @@ void ProgramDisplay::onMouseWheelEvent (MouseWheelEvent& event)
     event.consumed = true;
     if (event.deltaY != 0.0)
         actions.step (event.deltaY > 0.0 ? -1 : 1);
+}
 }

@@ -5,6 +5,8 @@
 
 #include "editor/Toolkit.h"
 
+namespace editor
+{
 // Shows the current program's number and name. A click asks for the program menu, the wheel steps.
 class ProgramDisplay : public VSTGUI::CView
 {
@@ -29,3 +31,4 @@ private:
     Actions actions;
     std::string text;
 };
+}

@@ -2,7 +2,11 @@
 
 #include <algorithm>
 
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
+
+namespace editor
+{
+using namespace parameters;
 
 namespace
 {
@@ -62,7 +66,8 @@ void RandomSound::generate (std::int32_t category, const std::function<void (std
         // Fixed values draw no number.
         const bool fixed = rule.range[kind] < 0.0f;
         const float fraction =
-            fixed ? 0.0f : static_cast<float> (random.next ()) / static_cast<float> (Random::highest);
+            fixed ? 0.0f : static_cast<float> (random.next ()) / static_cast<float> (engine::Random::highest);
         set (rule.parameter, valueOf (rule, kind, fraction));
     }
+}
 }

@@ -6,6 +6,8 @@
 
 #include "engine/Random.h"
 
+namespace editor
+{
 // Makes up sounds: each parameter of the rule table gets a value from its category's range.
 class RandomSound
 {
@@ -38,5 +40,6 @@ public:
     static float valueOf (const Rule& rule, Category category, float fraction);
 
 private:
-    Random random;
+    engine::Random random;
 };
+}

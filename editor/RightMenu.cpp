@@ -2,6 +2,8 @@
 
 #include "editor/MenuTable.h"
 
+namespace editor
+{
 using namespace VSTGUI;
 
 namespace VstGraph
@@ -125,5 +127,6 @@ void CRightMenu::chosen (std::int32_t entry)
     if (served != nullptr)
         value = static_cast<float> (served->getTag ()) + (entry == forgetEntry ? forgetOffset : 0.0f);
     valueChanged ();
+}
 }
 }

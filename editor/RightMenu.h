@@ -4,6 +4,8 @@
 
 #include "editor/Toolkit.h"
 
+namespace editor
+{
 namespace VstGraph
 {
 // Lies on a parameter's control, with its rectangle, and receives the mouse first: a right click opens the
@@ -48,4 +50,5 @@ private:
     VSTGUI::CControl* served;
     std::uint32_t controller = 0;
 };
+}
 }

@@ -2,6 +2,8 @@
 
 #include "editor/Colours.h"
 
+namespace editor
+{
 using namespace VSTGUI;
 
 SmallButton::SmallButton (const CRect& size, CBitmap* picture, Sign buttonSign,
@@ -83,4 +85,5 @@ void SmallButton::setPressed (bool isPressed)
         return;
     pressed = isPressed;
     invalid ();
+}
 }

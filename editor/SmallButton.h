@@ -4,6 +4,8 @@
 
 #include "editor/Toolkit.h"
 
+namespace editor
+{
 // A push button with a sign on it that acts while going down: steps the program or opens the menu. The one
 // for the menu stays down until it is released from outside, for the open menu gets the mouse.
 class SmallButton : public VSTGUI::CView
@@ -35,3 +37,4 @@ private:
     std::function<void ()> press;
     bool pressed = false;
 };
+}

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace editor
+{
 using namespace VSTGUI;
 
 namespace
@@ -40,4 +42,5 @@ void StepKnob::onMouseWheelEvent (MouseWheelEvent& event)
     valueChanged ();
     endEdit ();
     invalid ();
+}
 }

@@ -2,6 +2,8 @@
 
 #include "editor/Toolkit.h"
 
+namespace editor
+{
 // A knob drawn from stacked frames. A notch of the wheel moves one with few positions to the next of them,
 // and one with many by a fiftieth of its travel, a tenth of that with shift.
 class StepKnob : public VSTGUI::CAnimKnob
@@ -19,3 +21,4 @@ public:
 private:
     bool isStepped () const { return getNumSubPixmaps () > 1 && getNumSubPixmaps () <= mostPositions; }
 };
+}

@@ -5,12 +5,14 @@
 #include <string_view>
 
 #include "editor/DibBitmap.h"
-#include "editor/PanelLayout.h"
 #include "platform/EditorWindow.h"
 #include "platform/Resources.h"
-#include "vstgui/lib/platform/iplatformbitmap.h"
-#include "vstgui/lib/platform/platformfactory.h"
+#include "resources/panel/PanelLayout.h"
+#include <vstgui/lib/platform/iplatformbitmap.h>
+#include <vstgui/lib/platform/platformfactory.h>
 
+namespace editor
+{
 using namespace VSTGUI;
 
 struct Toolkit::Cache
@@ -120,4 +122,5 @@ void Toolkit::releaseBitmaps ()
 SharedPointer<CFontDesc> Toolkit::font (double size, bool bold) const
 {
     return makeOwned<CFontDesc> (family, size, bold ? kBoldFace : kNormalFace);
+}
 }

@@ -4,10 +4,12 @@
 
 // The toolkit's headers, in the one order that works: its plug-in binding first, which brings the dispatch
 // layer. Everything in this folder includes them from here.
-#include "vstgui/plugin-bindings/aeffguieditor.h"
+#include <vstgui/plugin-bindings/aeffguieditor.h>
 // Separate, for the binding has to come first.
-#include "vstgui/vstgui.h"
+#include <vstgui/vstgui.h>
 
+namespace editor
+{
 // The toolkit as the whole process uses it: started for the first editor that opens, ended with the last one
 // that existed. Starting it may create graphics devices, so scanning hosts never get here. User-interface
 // thread only.
@@ -37,3 +39,4 @@ private:
     std::unique_ptr<Cache> cache;
     const char* family;
 };
+}

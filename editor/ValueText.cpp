@@ -6,7 +6,11 @@
 #include <iterator>
 #include <span>
 
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
+
+namespace editor
+{
+using namespace parameters;
 
 namespace
 {
@@ -150,4 +154,5 @@ std::string valueText (std::int32_t parameter, float value, bool synced)
     const auto last = static_cast<std::int32_t> (row->names.size ()) - 1;
     const std::int32_t position = std::clamp (positionOf (value, static_cast<float> (last)), 0, last);
     return row->names[static_cast<std::size_t> (position)];
+}
 }

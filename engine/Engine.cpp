@@ -1,6 +1,10 @@
 #include "engine/Engine.h"
 
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
+
+namespace engine
+{
+using namespace parameters;
 
 namespace
 {
@@ -81,4 +85,5 @@ void Engine::refreshVoiceFilters ()
 {
     for (Voice& voice : voices)
         voice.filter.setCutoff (voice.filter.keyTrackedBase (host.parameterValue (paramFilterFreq)));
+}
 }

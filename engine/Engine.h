@@ -11,6 +11,8 @@
 #include "engine/WaveTable.h"
 #include "plugin/vst2.h"
 
+namespace engine
+{
 inline constexpr int voiceSlots = 17; // one more than can sound; every setting goes to all of them
 inline constexpr int mostVoices = 16;
 
@@ -159,3 +161,4 @@ private:
     RunBuffer lfoRun = {};                           // LFO values, shared by all voices
     std::array<VoiceRun, mostVoices> voiceRuns = {}; // the sounding voices, in ascending order
 };
+}

@@ -4,6 +4,8 @@
 
 struct VstTimeInfo;
 
+namespace engine
+{
 // What the engine asks of the plug-in object around it. Called on the thread that called the engine.
 class EngineHost
 {
@@ -25,3 +27,4 @@ public:
 protected:
     ~EngineHost () = default;
 };
+}

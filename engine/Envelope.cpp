@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace engine
+{
 namespace
 {
 constexpr float longestAttack = 10.0f; // seconds, also of the decay
@@ -181,4 +183,5 @@ int Envelope::render (float* out, int samples)
     if (current.state == start.state && current.level == start.level)
         current = position;
     return n;
+}
 }

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+namespace engine
+{
 // Linear attack, decay, sustain and release for one voice. Every segment moves the level by a fixed step a
 // sample and takes its set time when it spans the full range. Ticked on the audio thread; the setters may
 // be called between any two ticks, also from the user-interface thread.
@@ -73,3 +75,4 @@ private:
     Steps steps;
     Position current;
 };
+}

@@ -2,7 +2,11 @@
 #include <cmath>
 
 #include "engine/Engine.h"
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
+
+namespace engine
+{
+using namespace parameters;
 
 namespace
 {
@@ -233,4 +237,5 @@ void Engine::endNote (int note)
         voices[0].osc2.setNote (held, true);
         voices[0].filter.setKey (held);
     }
+}
 }

@@ -6,6 +6,8 @@
 
 #include "engine/NoteTable.h"
 
+namespace engine
+{
 using filterCore::FourVoices;
 using filterCore::lanes;
 using filterCore::OneVoice;
@@ -156,4 +158,5 @@ void Filter::processGroup (std::span<Run> group)
             processTogether (group, done, end);
         done = std::max (done, end);
     }
+}
 }

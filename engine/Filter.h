@@ -4,6 +4,8 @@
 
 #include "engine/FilterCore.h"
 
+namespace engine
+{
 // The filter of one voice: drive stage, state-variable section with three outputs, and an extra low-pass
 // pole for the low-pass output. Ticked on the audio thread; its memories carry over from note to note. The
 // setters may come from the user-interface thread.
@@ -65,3 +67,4 @@ private:
     int key = 24;             // 0..127
     bool keyTrack = true;
 };
+}

@@ -4,6 +4,8 @@
 #include <experimental/simd>
 #include <limits>
 
+namespace engine
+{
 // The arithmetic of the voice filter, written once for one voice and for four side by side. Every lane
 // computes exactly what a single voice would.
 namespace filterCore
@@ -130,5 +132,6 @@ inline Value step (Memory<Value>& m, Switches switches, FixedCoefficients fixed,
     else if (switches.type == highPass)
         m.selected = high;
     return switches.smooths && switches.type == lowPass ? smooth (m, coefficient) : m.selected;
+}
 }
 }

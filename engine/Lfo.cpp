@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace engine
+{
 namespace
 {
 // sin x for |x| <= 1.1 to within 1e-11, by its power series. Written out because the systems' libraries
@@ -127,4 +129,5 @@ float Lfo::tick ()
         bounce ();
         return phase;
     }
+}
 }

@@ -4,6 +4,8 @@
 
 #include "engine/Random.h"
 
+namespace engine
+{
 // The low-frequency oscillator, shared by all voices. One phase counter, 4 units a cycle, drives every
 // shape. Ticked once per sample on the audio thread; it runs free across notes.
 class Lfo
@@ -51,3 +53,4 @@ private:
     float held = 0.0f;  // level of sample and hold
     Random random{ 1 };
 };
+}

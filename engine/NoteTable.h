@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace engine
+{
 // Equal temperament by MIDI note, note 69 = 440 Hz.
 using NoteTable = std::array<float, 128>;
 
@@ -28,4 +30,5 @@ inline constexpr NoteTable keyTrackFactor = makeNoteTable (1.059463094359);
 constexpr float noteHz (int note)
 {
     return noteFreq[static_cast<unsigned> (note) & 127u];
+}
 }

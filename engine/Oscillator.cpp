@@ -5,6 +5,8 @@
 
 #include "engine/NoteTable.h"
 
+namespace engine
+{
 namespace
 {
 // Table samples per second and Hz, times 12: note 60 reads 88200 table samples a second, two per output
@@ -274,4 +276,5 @@ void Oscillator::addRunFull (float* out, int samples, float level)
     for (int n = 0; n < samples; ++n)
         out[n] += read.full () * level;
     phase = read.phase;
+}
 }

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+namespace engine
+{
 // One sound source of a voice: reads a float table at the pitch of a note. Ticked on the audio thread. It
 // runs free: nothing stops it between notes. The setters may come from the user-interface thread; `busy`
 // guards a table swap, during which the source is silent and stands still.
@@ -83,3 +85,4 @@ private:
     bool freshTable = false;   // set by setTable and by nothing cleared: a note never restarts the cycle
     bool pendingReset = false; // the next note rewinds
 };
+}

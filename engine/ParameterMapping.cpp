@@ -1,5 +1,9 @@
 #include "engine/Engine.h"
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
+
+namespace engine
+{
+using namespace parameters;
 
 namespace
 {
@@ -314,4 +318,5 @@ void Engine::mapToVoice (Voice& voice, std::int32_t index, float value)
     default:
         break;
     }
+}
 }

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+namespace engine
+{
 // Linear congruential generator of integers 0..32767, the same on every platform. Not thread-safe; each
 // owner has its own.
 class Random
@@ -23,3 +25,4 @@ public:
 private:
     std::uint32_t state;
 };
+}

@@ -2,7 +2,11 @@
 #include <cmath>
 
 #include "engine/Engine.h"
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
+
+namespace engine
+{
+using namespace parameters;
 
 namespace
 {
@@ -275,4 +279,5 @@ void Engine::renderCutoff (Voice& voice, float* out, int samples)
         voice.filterUpdateCounter = 0;
         out[done++] = voice.filter.coefficient ();
     }
+}
 }

@@ -4,6 +4,8 @@
 #include "engine/Filter.h"
 #include "engine/Oscillator.h"
 
+namespace engine
+{
 // Everything that one voice owns.
 struct Voice
 {
@@ -17,3 +19,4 @@ struct Voice
     std::int32_t pitchUpdateCounter = 0;  // samples since the LFO moved the pitch
     std::int32_t env2DelayCounter = 0;    // samples that envelope 2 has waited
 };
+}

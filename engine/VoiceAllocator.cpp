@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace engine
+{
 void VoiceAllocator::setVoiceLimit (std::int32_t voices)
 {
     if (voices == limit)
@@ -103,4 +105,5 @@ int VoiceAllocator::pop (std::uint32_t note)
 std::uint32_t VoiceAllocator::currentNote () const
 {
     return at (std::clamp (noteCounter, 0, capacity - 1)).note;
+}
 }

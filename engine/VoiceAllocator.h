@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 
+namespace engine
+{
 // Which voice plays which note. With several voices it is a table of slots, one per voice, of which a note
 // takes the idle or the stolen one; with one voice (mono) it is the stack of held notes, newest on top.
 // A note of 0 marks a free slot, so MIDI note 0 cannot be told from one. Audio thread.
@@ -71,3 +73,4 @@ private:
     std::int32_t activeNotes = 0;  // 0..limit
     std::int32_t limit = 1;
 };
+}

@@ -5,6 +5,8 @@
 
 #include "platform/Resources.h"
 
+namespace engine
+{
 namespace
 {
 constexpr std::size_t bytesPerSample = 2;
@@ -41,4 +43,5 @@ std::vector<float> loadWaveResource (int id)
 std::int32_t waveResourceLength (int id)
 {
     return static_cast<std::int32_t> (platform::findResource ("WAV", id).size () / bytesPerSample);
+}
 }

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace engine
+{
 // Recorded waveforms: raw signed 16-bit little-endian mono samples, compiled into the library.
 inline constexpr int sawWaveId = 165;
 inline constexpr int pulseWaveId = 166;
@@ -28,4 +30,5 @@ struct WaveTable
 inline WaveTable loadWaveTable (int id)
 {
     return { loadWaveResource (id), waveResourceLength (id) };
+}
 }

@@ -4,6 +4,8 @@
 #include <memory>
 #include <string_view>
 
+namespace platform
+{
 // Per-user numbers that outlive an instance, by name, below one group named `subkey`. 0 means that nothing is
 // stored. User-interface thread only.
 class SettingsStore
@@ -21,8 +23,6 @@ public:
     virtual bool commit () = 0;
 };
 
-namespace platform
-{
 // The system's own store: the registry below HKEY_CURRENT_USER "Software\Corvanex\", or one text file
 // in the user's configuration folder.
 std::unique_ptr<SettingsStore> makeSettingsStore ();

@@ -1,6 +1,6 @@
 #include "plugin/AudioEffect.h"
 
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
 
 namespace
 {
@@ -185,7 +185,7 @@ VstIntPtr AudioEffect::dispatchEditor (VstInt32 opcode, VstInt32 index, VstIntPt
     if (editor == nullptr)
         return 0;
     VstKeyCode key = { index, static_cast<unsigned char> (value),
-                       static_cast<unsigned char> (truncateToInt (opt)) }; // any float may come
+                       static_cast<unsigned char> (parameters::truncateToInt (opt)) }; // any float may come
     switch (opcode)
     {
     case effEditGetRect:

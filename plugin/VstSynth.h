@@ -5,16 +5,19 @@
 #include <string_view>
 
 #include "engine/Engine.h"
+#include "instrument/Bank.h"
+#include "instrument/Services.h"
+#include "instrument/SynthEditor.h"
 #include "plugin/AudioEffectX.h"
-#include "plugin/Services.h"
-#include "plugin/SynthEditor.h"
-#include "presets/Bank.h"
+
+using namespace parameters;
+using namespace instrument;
 
 // The instrument as the host sees it: the parameter store, the bank of 128 programs, the command channel and
 // the MIDI bindings around one Engine. The host's user-interface thread calls everything but process,
 // processReplacing and processEvents, which come on its audio thread; nothing here locks. A parameter
 // change may come on either thread.
-class VstSynth final : public AudioEffectX, private EngineHost
+class VstSynth final : public AudioEffectX, private engine::EngineHost
 {
 public:
     explicit VstSynth (AudioMasterCallback host, Services surroundings = systemServices ());
@@ -55,7 +58,7 @@ public:
     // For the editor and the bank commands. `program` is 0..127, `index` a parameter.
     std::string_view programName (VstInt32 program) const;
     std::uint32_t midiController (VstInt32 index) const; // bound controller, 0: none
-    SettingsStore& settings () { return *services.settings; }
+    platform::SettingsStore& settings () { return *services.settings; }
 
     // The value that the engine uses: finite, and within 0..1 unless the parameter is unclamped.
     float parameterValue (VstInt32 index) const override;
@@ -102,6 +105,6 @@ private:
     Services services;
     bool initialising = true;                       // holds parameter traffic off while the object is built
     std::atomic<std::int32_t> midiLearnTarget = -1; // parameter waiting for a controller; set by both threads
-    Engine engine;
+    engine::Engine engine;
     std::unique_ptr<SynthEditor> synthEditor;
 };

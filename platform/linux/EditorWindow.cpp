@@ -8,10 +8,10 @@
 #include <cstdlib>
 #include <vector>
 
-#include "vstgui/lib/cframe.h"
-#include "vstgui/lib/platform/linux/x11platform.h"
-#include "vstgui/lib/platform/platform_x11.h"
-#include "vstgui/lib/vstguiinit.h"
+#include <vstgui/lib/cframe.h>
+#include <vstgui/lib/platform/linux/x11platform.h>
+#include <vstgui/lib/platform/platform_x11.h>
+#include <vstgui/lib/vstguiinit.h>
 
 namespace platform
 {

@@ -112,7 +112,7 @@ private:
     bool held = false;
 };
 
-class FileSettingsStore final : public SettingsStore
+class FileSettingsStore final : public platform::SettingsStore
 {
 public:
     // Always looks at the file, for another instance may have replaced it.

@@ -3,8 +3,8 @@
 #include <windows.h>
 
 #include "platform/LibraryPath.h"
-#include "vstgui/lib/cframe.h"
-#include "vstgui/lib/vstguiinit.h"
+#include <vstgui/lib/cframe.h>
+#include <vstgui/lib/vstguiinit.h>
 
 namespace platform
 {

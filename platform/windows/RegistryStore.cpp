@@ -53,7 +53,7 @@ private:
 };
 
 // Every write goes to the registry at once, so there is nothing left to commit.
-class RegistryStore final : public SettingsStore
+class RegistryStore final : public platform::SettingsStore
 {
 public:
     std::uint32_t read (std::string_view subkey, std::string_view name) const override

@@ -164,7 +164,7 @@ Bench::Bench ()
 
     std::vector<std::string> command = { EDITOR_HOST, EDITOR_LIBRARY };
     if (isWine ())
-        command = { SOURCE_FOLDER "/tools/wineRun.sh",
+        command = { SOURCE_FOLDER "/scripts/wineRun.sh",
                     "--own-prefix",
                     std::string ("editor") + std::getenv (wineVariable),
                     "--this-display",
@@ -284,7 +284,7 @@ const DibBitmap& bitmapFile (int id)
     const auto known = read.find (id);
     if (known != read.end ())
         return known->second;
-    std::ifstream file (std::string (SOURCE_FOLDER "/resources/") + panel::findBitmap (id)->file,
+    std::ifstream file (std::string (SOURCE_FOLDER "/resources/panel/") + panel::findBitmap (id)->file,
                         std::ios::binary);
     const std::vector<char> bytes{ std::istreambuf_iterator<char> (file), {} };
     const auto image = DibBitmap::read (std::as_bytes (std::span (bytes)).subspan (fileHeaderBytes));

@@ -7,8 +7,10 @@
 #include <vector>
 
 #include "editor/DibBitmap.h"
-#include "editor/PanelLayout.h"
-#include "tools/grabScreen/ScreenGrab.h"
+#include "resources/panel/PanelLayout.h"
+#include "tests/stage/grabScreen/ScreenGrab.h"
+
+using namespace editor;
 
 // A program started with pipes to its input and output, killed with this object. Native systems only.
 class ChildProcess

@@ -1,8 +1,13 @@
 #include <gtest/gtest.h>
 
 #include "editor/EditorFactory.h"
-#include "editor/PanelLayout.h"
+#include "resources/panel/PanelLayout.h"
 #include "tests/support/TestSynth.h"
+
+using namespace editor;
+using namespace engine;
+using namespace instrument;
+using namespace parameters;
 
 namespace
 {

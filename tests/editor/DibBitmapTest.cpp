@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+using namespace editor;
+
 namespace
 {
 // The bytes of a bitmap as a resource holds it.

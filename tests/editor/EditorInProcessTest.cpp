@@ -11,6 +11,11 @@
 #include "tests/editor/Bench.h"
 #include "tests/support/TestSynth.h"
 
+using namespace editor;
+using namespace engine;
+using namespace instrument;
+using namespace parameters;
+
 using namespace VSTGUI;
 
 namespace

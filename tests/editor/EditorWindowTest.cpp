@@ -3,8 +3,10 @@
 
 #include <cmath>
 
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
 #include "tests/editor/Bench.h"
+
+using namespace parameters;
 
 namespace
 {

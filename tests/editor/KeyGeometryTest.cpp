@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace editor;
+
 namespace
 {
 constexpr KeyGeometry keys{ 48, 25, 35.0, 98.0, 21.0, 59.0 };

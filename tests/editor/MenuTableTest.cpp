@@ -7,6 +7,8 @@
 #include <map>
 #include <set>
 
+using namespace editor;
+
 namespace
 {
 std::vector<std::string> entriesOf (std::int32_t tag)
@@ -76,7 +78,7 @@ TEST (MenuTable, LearnMenus)
 std::map<std::int32_t, std::string> kindsOfFactoryBank ()
 {
     std::map<std::int32_t, std::string> kinds;
-    std::ifstream source (SOURCE_FOLDER "/resources/factorybank.txt");
+    std::ifstream source (SOURCE_FOLDER "/resources/bank/factorybank.txt");
     std::int32_t program = -1;
     for (std::string line; std::getline (source, line);)
     {

@@ -4,7 +4,10 @@
 
 #include <map>
 
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
+
+using namespace parameters;
+using namespace editor;
 
 namespace
 {

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
+
+using namespace parameters;
+using namespace editor;
 
 namespace
 {

@@ -1,5 +1,8 @@
 #include "tests/engine/EngineProbe.h"
 
+namespace engine
+{
+
 void EngineProbe::applyEvents (Engine& engine, int n)
 {
     if (engine.blockEvents == nullptr || engine.nextEventIndex == -1)
@@ -89,4 +92,5 @@ void EngineProbe::renderSampleBySample (Engine& engine, float* left, float* righ
     }
     engine.nextEventIndex = -1;
     engine.blockEvents = nullptr;
+}
 }

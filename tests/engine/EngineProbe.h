@@ -2,6 +2,9 @@
 
 #include "engine/Engine.h"
 
+namespace engine
+{
+
 // The engine's inside, for tests.
 class EngineProbe
 {
@@ -20,3 +23,4 @@ private:
     static float renderVoice (Engine& engine, Voice& voice, float lfoValue);
     static void applyEvents (Engine& engine, int n);
 };
+}

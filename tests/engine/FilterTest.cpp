@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace engine;
+
 namespace
 {
 using Complex = std::complex<double>;

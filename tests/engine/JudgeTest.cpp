@@ -8,6 +8,10 @@
 #include "tests/engine/EngineProbe.h"
 #include "tests/engine/TestEngine.h"
 
+using namespace engine;
+using namespace instrument;
+using namespace parameters;
+
 namespace
 {
 // Two engines that are told the same things.

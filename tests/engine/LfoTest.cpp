@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace engine;
+
 namespace
 {
 Lfo lfo (std::int32_t shape, float hz, float rate = 44100.0f)

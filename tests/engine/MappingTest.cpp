@@ -7,6 +7,10 @@
 #include "tests/engine/EngineProbe.h"
 #include "tests/engine/TestEngine.h"
 
+using namespace engine;
+using namespace instrument;
+using namespace parameters;
+
 namespace
 {
 using State = Envelope::State;

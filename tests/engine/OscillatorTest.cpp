@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace engine;
+
 namespace
 {
 constexpr int tableLength = 4096;

@@ -8,6 +8,8 @@
 #include "engine/WaveTable.h"
 #include "platform/Resources.h"
 
+using namespace engine;
+
 TEST (TablesTest, NotesAreEquallyTempered)
 {
     for (int n = 0; n < 128; ++n)

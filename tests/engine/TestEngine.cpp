@@ -2,9 +2,13 @@
 
 #include <cstring>
 
+#include "instrument/Bank.h"
 #include "platform/Resources.h"
-#include "presets/Bank.h"
 #include "resources/ResourceIds.h"
+
+using namespace engine;
+using namespace instrument;
+using namespace parameters;
 
 TestEngine::TestEngine () : TestEngine (44100.0f) {}
 

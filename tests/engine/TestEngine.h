@@ -4,8 +4,12 @@
 #include <vector>
 
 #include "engine/Engine.h"
-#include "plugin/Parameters.h"
+#include "parameters/Parameters.h"
 #include "tests/support/TestSynth.h"
+
+using namespace engine;
+using namespace instrument;
+using namespace parameters;
 
 // An engine alone, with what it asks of its surroundings held in memory. Changes go to it as the instrument
 // passes them on: before the store rule, stored, after it.

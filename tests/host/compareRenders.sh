@@ -12,6 +12,6 @@ unset DISPLAY # and no window that would wait for somebody
 
 render=("$root/examples/demo.mid" --format float --rate 44100 --block 512)
 "$native/brimvale-host" "$native/Brimvale.so" "${render[@]}" -o "$work/native.wav"
-"$root/tools/wineRun.sh" "$root/build/windows/brimvale-host.exe" "$root/build/windows/Brimvale.dll" \
+"$root/scripts/wineRun.sh" "$root/build/windows/brimvale-host.exe" "$root/build/windows/Brimvale.dll" \
     "${render[@]}" -o "$work/windows.wav"
-"$native/tools/measure/brimvale-measure" "$work/native.wav" "$work/windows.wav" --tolerance "$tolerance"
+"$native/brimvale-measure" "$work/native.wav" "$work/windows.wav" --tolerance "$tolerance"

@@ -1,6 +1,6 @@
 // The bitmap files: their format, and that the generator still draws exactly them.
+#include "resources/panel/PanelArt.h"
 #include "tests/panel/PanelFiles.h"
-#include "tools/makePanel/PanelArt.h"
 
 #include <array>
 #include <cstdlib>
@@ -93,7 +93,7 @@ TEST (PanelBitmaps, generatorDrawsTheCommittedBytes)
 {
     for (const panel::Bitmap& bitmap : panel::bitmaps ())
     {
-        EXPECT_TRUE (panelart::bmpFile (bitmap) == readResource (bitmap.file))
+        EXPECT_TRUE (panel::bmpFile (bitmap) == readResource (bitmap.file))
             << bitmap.file << " differs; run: makePanel resources";
     }
 }
@@ -103,8 +103,8 @@ TEST (PanelBitmaps, decoderReadsBackWhatWasDrawn)
     for (const panel::Bitmap& bitmap : panel::bitmaps ())
     {
         SCOPED_TRACE (bitmap.file);
-        const panelart::Image drawn = panelart::drawBitmap (bitmap);
-        const panelart::Image read = panelart::decodeBmp (panelart::bmpFile (bitmap));
+        const panel::Image drawn = panel::drawBitmap (bitmap);
+        const panel::Image read = panel::decodeBmp (panel::bmpFile (bitmap));
         ASSERT_EQ (read.pixels.size (), drawn.pixels.size ());
         const int tolerance = bitmap.bitsPerPixel == 8 ? 16 : 0; // 256 colours for some thousands
         for (std::size_t index = 0; index < drawn.pixels.size (); ++index)
@@ -117,17 +117,17 @@ TEST (PanelBitmaps, damagedFilesAreRefused)
     auto file = readResource ("lamp.bmp");
     auto cut = file;
     cut.pop_back ();
-    EXPECT_THROW (panelart::decodeBmp (cut), std::runtime_error);
+    EXPECT_THROW (panel::decodeBmp (cut), std::runtime_error);
     cut.resize (20);
-    EXPECT_THROW (panelart::decodeBmp (cut), std::runtime_error);
+    EXPECT_THROW (panel::decodeBmp (cut), std::runtime_error);
     file[30] = 1;
-    EXPECT_THROW (panelart::decodeBmp (file), std::runtime_error);
+    EXPECT_THROW (panel::decodeBmp (file), std::runtime_error);
 }
 
 TEST (PanelBitmaps, resourceListNamesEveryFile)
 {
     std::map<int, std::string> listed;
-    const auto list = readResource ("resources.txt");
+    const auto list = readResource ("../resources.txt");
     std::istringstream lines (std::string (list.begin (), list.end ()));
     for (std::string type, line; std::getline (lines, line);)
     {
@@ -139,6 +139,6 @@ TEST (PanelBitmaps, resourceListNamesEveryFile)
     }
     ASSERT_EQ (listed.size (), panel::bitmaps ().size ());
     for (const panel::Bitmap& bitmap : panel::bitmaps ())
-        EXPECT_EQ (listed[bitmap.id], bitmap.file);
+        EXPECT_EQ (listed[bitmap.id], std::string ("panel/") + bitmap.file);
 }
 }

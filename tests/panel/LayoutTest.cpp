@@ -1,5 +1,5 @@
 // Where things stand: geometry that needs no picture.
-#include "editor/PanelLayout.h"
+#include "resources/panel/PanelLayout.h"
 
 #include <gtest/gtest.h>
 #include <map>

@@ -1,6 +1,6 @@
 // Lettering: readable, complete, and not covered by anything.
+#include "resources/panel/PanelArt.h"
 #include "tests/panel/PanelFiles.h"
-#include "tools/makePanel/PanelArt.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,8 +9,8 @@
 
 namespace
 {
+using panel::Box;
 using panel::Colour;
-using panelart::Box;
 
 constexpr double requiredContrast = 4.5;
 
@@ -32,7 +32,7 @@ double contrast (Colour a, Colour b)
 }
 
 // The most frequent colour around a text is its ground.
-Colour groundAround (const panelart::Image& image, const Box& box)
+Colour groundAround (const panel::Image& image, const Box& box)
 {
     std::map<std::uint32_t, std::pair<int, Colour>> counts;
     for (int y = static_cast<int> (box.y) - 2; y < box.y + box.height + 2; ++y)
@@ -65,12 +65,12 @@ bool overlap (const Box& a, const Box& b)
 std::map<std::string, std::vector<Box>> printedBoxes ()
 {
     std::map<std::string, std::vector<Box>> boxes;
-    for (const auto& text : panelart::printedTexts ())
+    for (const auto& text : panel::printedTexts ())
         boxes[text.text].push_back (text.box);
-    panelart::Canvas scratch (panel::panelRect.width, panel::panelRect.height, panel::plateColour);
+    panel::Canvas scratch (panel::panelRect.width, panel::panelRect.height, panel::plateColour);
     for (const panel::Control& control : panel::controls ())
     {
-        for (const Box& box : panelart::drawPositionDrawings (scratch, control))
+        for (const Box& box : panel::drawPositionDrawings (scratch, control))
             boxes["drawing"].push_back (box);
     }
     return boxes;
@@ -90,7 +90,7 @@ TEST (PanelLettering, coloursContrastWithTheirGrounds)
 TEST (PanelLettering, drawnPixelsContrastWithTheirGrounds)
 {
     constexpr int bandWidth = 6;
-    const panelart::Image image = readPicture (panel::panelBitmapId);
+    const panel::Image image = readPicture (panel::panelBitmapId);
     for (const auto& [text, boxes] : printedBoxes ())
     {
         for (const Box& box : boxes)

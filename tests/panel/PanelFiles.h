@@ -1,7 +1,7 @@
 // The committed bitmap files, as the tests read them.
 #pragma once
 
-#include "tools/makePanel/BmpFile.h"
+#include "resources/panel/BmpFile.h"
 
 #include <filesystem>
 #include <fstream>
@@ -15,7 +15,7 @@ inline std::vector<std::uint8_t> readResource (const std::string& file)
     return { std::istreambuf_iterator<char> (stream), std::istreambuf_iterator<char> () };
 }
 
-inline panelart::Image readPicture (int id)
+inline panel::Image readPicture (int id)
 {
-    return panelart::decodeBmp (readResource (panel::findBitmap (id)->file));
+    return panel::decodeBmp (readResource (panel::findBitmap (id)->file));
 }

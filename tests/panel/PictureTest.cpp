@@ -9,7 +9,7 @@
 namespace
 {
 using panel::Colour;
-using panelart::Image;
+using panel::Image;
 
 double grey (Colour colour)
 {

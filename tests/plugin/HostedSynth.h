@@ -5,6 +5,10 @@
 
 #include "tests/support/TestSynth.h"
 
+using namespace engine;
+using namespace instrument;
+using namespace parameters;
+
 // One instance as a host holds it: through its record alone.
 class HostedSynth
 {

@@ -17,6 +17,10 @@
 
 #include "tests/support/TestSynth.h"
 
+using namespace engine;
+using namespace instrument;
+using namespace parameters;
+
 namespace
 {
 int allocations = 0; // calls of the allocator, either way

@@ -3,6 +3,10 @@
 
 #include "tests/support/TestSynth.h"
 
+using namespace engine;
+using namespace instrument;
+using namespace parameters;
+
 namespace
 {
 // Notes and bends only: what acts per block (volume, program changes, tempo) depends on where blocks begin.

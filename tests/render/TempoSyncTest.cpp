@@ -7,6 +7,10 @@
 #include "tests/engine/EngineProbe.h"
 #include "tests/engine/TestEngine.h"
 
+using namespace engine;
+using namespace instrument;
+using namespace parameters;
+
 namespace
 {
 constexpr float quarterNote = 10.5f / 17.0f; // LfoRate of "1/4"

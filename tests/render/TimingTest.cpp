@@ -7,6 +7,10 @@
 #include "tests/engine/TestEngine.h"
 #include "tests/render/Signals.h"
 
+using namespace engine;
+using namespace instrument;
+using namespace parameters;
+
 namespace
 {
 TestEngine::Program withValues (std::initializer_list<std::pair<int, float>> changes)

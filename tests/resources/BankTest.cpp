@@ -1,5 +1,5 @@
+#include "resources/bank/ParameterUnits.h"
 #include "tests/resources/Files.h"
-#include "tools/makeBank/ParameterUnits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,14 +9,14 @@
 
 namespace
 {
-using makeBank::Kind;
-using makeBank::SourceProgram;
+using bank::Kind;
+using bank::SourceProgram;
 
 TEST (Bank, IsWhatItsSourceSays)
 {
-    const std::string bytes = asString (makeBank::bankBytes (factoryPrograms ()));
+    const std::string bytes = asString (bank::bankBytes (factoryPrograms ()));
     EXPECT_EQ (bytes.size (), 22528u);
-    EXPECT_TRUE (bytes == bytesOf ("resources/factorybank.bin")) << "run makeBank";
+    EXPECT_TRUE (bytes == bytesOf ("resources/bank/factorybank.bin")) << "run makeBank";
 }
 
 TEST (Bank, BeginsWithBassOne)
@@ -162,7 +162,7 @@ TEST (BankSource, UnitsMeanWhatTheEngineDoes)
     };
     for (const Law& law : laws)
     {
-        const auto position = makeBank::knobPosition (law.parameter, law.written);
+        const auto position = bank::knobPosition (law.parameter, law.written);
         ASSERT_TRUE (position) << law.written;
         EXPECT_NEAR (law.unit (static_cast<double> (*position)), law.expected,
                      1e-4 * (1.0 + std::abs (law.expected)))
@@ -172,7 +172,7 @@ TEST (BankSource, UnitsMeanWhatTheEngineDoes)
          { std::pair (paramFilterFreq, "9000Hz"), std::pair (paramFilterFreq, "800ms"),
            std::pair (paramVolume, "1.5"), std::pair (paramOsc1Wave, "sine"), std::pair (paramLfoRate, "1/5"),
            std::pair (paramVolume, "") })
-        EXPECT_FALSE (makeBank::knobPosition (parameter, written)) << written;
+        EXPECT_FALSE (bank::knobPosition (parameter, written)) << written;
 }
 
 TEST (BankSource, ErrorsNameTheirLine)
@@ -194,10 +194,10 @@ TEST (BankSource, ErrorsNameTheirLine)
         std::istringstream source (text);
         try
         {
-            makeBank::readBankSource (source);
+            bank::readBankSource (source);
             ADD_FAILURE () << text;
         }
-        catch (const makeBank::SourceError& error)
+        catch (const bank::SourceError& error)
         {
             EXPECT_STREQ (error.what (), message);
         }

@@ -1,7 +1,7 @@
 // The project's own files, read for comparison.
 #pragma once
 
-#include "tools/makeBank/BankSource.h"
+#include "resources/bank/BankSource.h"
 
 #include <gtest/gtest.h>
 
@@ -17,10 +17,10 @@ inline std::string bytesOf (const std::string& path)
     return { std::istreambuf_iterator<char> (file), {} };
 }
 
-inline std::vector<makeBank::SourceProgram> factoryPrograms ()
+inline std::vector<bank::SourceProgram> factoryPrograms ()
 {
-    std::ifstream source (SOURCE_FOLDER "/resources/factorybank.txt");
-    return makeBank::readBankSource (source);
+    std::ifstream source (SOURCE_FOLDER "/resources/bank/factorybank.txt");
+    return bank::readBankSource (source);
 }
 
 template <typename Byte>

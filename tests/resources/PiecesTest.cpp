@@ -1,8 +1,8 @@
-#include "tools/makeDemos/Pieces.h"
+#include "examples/Pieces.h"
+#include "audition/SoundReport.h"
+#include "examples/Events.h"
+#include "examples/MidiFile.h"
 #include "tests/resources/Files.h"
-#include "tools/audition/SoundReport.h"
-#include "tools/makeDemos/Events.h"
-#include "tools/makeDemos/MidiFile.h"
 
 #include <cmath>
 
@@ -11,7 +11,7 @@ namespace
 std::vector<std::string> factoryNames ()
 {
     std::vector<std::string> names;
-    for (const makeBank::SourceProgram& program : factoryPrograms ())
+    for (const bank::SourceProgram& program : factoryPrograms ())
         names.push_back (program.name ());
     return names;
 }
@@ -19,19 +19,19 @@ std::vector<std::string> factoryNames ()
 TEST (Pieces, AreWhatTheMakerMakes)
 {
     const std::vector<std::string> names = factoryNames ();
-    EXPECT_TRUE (asString (makeDemos::midiFile (makeDemos::demo (), names)) == bytesOf ("examples/demo.mid"));
-    EXPECT_TRUE (asString (makeDemos::midiFile (makeDemos::lowRoads (), names)) ==
+    EXPECT_TRUE (asString (examples::midiFile (examples::demo (), names)) == bytesOf ("examples/demo.mid"));
+    EXPECT_TRUE (asString (examples::midiFile (examples::lowRoads (), names)) ==
                  bytesOf ("examples/low-roads.mid"));
-    EXPECT_TRUE (asString (makeDemos::midiFile (makeDemos::harbourLights (), names)) ==
+    EXPECT_TRUE (asString (examples::midiFile (examples::harbourLights (), names)) ==
                  bytesOf ("examples/harbour-lights.mid"));
-    EXPECT_TRUE (asString (makeDemos::midiFile (makeDemos::nightTrain (), names)) ==
+    EXPECT_TRUE (asString (examples::midiFile (examples::nightTrain (), names)) ==
                  bytesOf ("examples/night-train.mid"));
 }
 
 TEST (Pieces, PlayWithoutClicksDcAndClipping)
 {
-    const std::vector<makeBank::SourceProgram> programs = factoryPrograms ();
-    for (const makeDemos::Piece& piece : makeDemos::allPieces ())
+    const std::vector<bank::SourceProgram> programs = factoryPrograms ();
+    for (const examples::Piece& piece : examples::allPieces ())
     {
         const audition::PieceFigures figures = audition::measurePiece (programs, piece);
         for (const std::string& complaint : audition::complaints (piece, figures))
@@ -45,10 +45,10 @@ TEST (Pieces, PlayWithoutClicksDcAndClipping)
 TEST (Pieces, EveryNoteThatStartsEnds)
 {
     const std::vector<std::string> names = factoryNames ();
-    for (const makeDemos::Piece& piece : makeDemos::allPieces ())
+    for (const examples::Piece& piece : examples::allPieces ())
     {
         int held[128] = {};
-        for (const makeDemos::Event& event : makeDemos::eventsOf (piece, names))
+        for (const examples::Event& event : examples::eventsOf (piece, names))
         {
             if (event.message[0] == 0x90)
             {
@@ -65,10 +65,10 @@ TEST (Pieces, EveryNoteThatStartsEnds)
 
 TEST (PieceNotation, ReadsNotesChordsHoldsAndMarks)
 {
-    makeDemos::Piece piece ("", 120.0);
+    examples::Piece piece ("", 120.0);
     piece.line (4.0, 0.5, "A4! - . C#3+Bb2, C4_");
     ASSERT_EQ (piece.notes ().size (), 4u);
-    const makeDemos::Note expected[] = {
+    const examples::Note expected[] = {
         { 4.0, 0.95, 69, 118 }, { 5.5, 0.45, 49, 68 }, { 5.5, 0.45, 46, 68 }, { 6.0, 0.6, 60, 92 }
     };
     for (std::size_t n = 0; n < 4; ++n)

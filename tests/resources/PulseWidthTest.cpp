@@ -1,6 +1,6 @@
-#include "tools/audition/PulseWidth.h"
+#include "audition/PulseWidth.h"
+#include "audition/Measures.h"
 #include "tests/resources/Files.h"
-#include "tools/audition/Measures.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,7 +11,7 @@ constexpr int partialCount = 40; // to 5.2 kHz at middle C
 
 std::vector<double> partialsAt (double width)
 {
-    static const std::vector<makeBank::SourceProgram> programs = factoryPrograms ();
+    static const std::vector<bank::SourceProgram> programs = factoryPrograms ();
     return audition::partialLevels (audition::pulseTone (programs, static_cast<float> (width)),
                                     audition::pulseToneHz, partialCount);
 }

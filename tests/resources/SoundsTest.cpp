@@ -1,7 +1,7 @@
 // The whole bank, played and measured.
 
+#include "audition/SoundReport.h"
 #include "tests/resources/Files.h"
-#include "tools/audition/SoundReport.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,14 +9,14 @@
 
 namespace
 {
-using makeBank::SourceProgram;
+using bank::SourceProgram;
 
 // A note of this program, held for so many seconds after its filter has settled; only the held part.
 audition::Audio held (const std::vector<SourceProgram>& programs, const std::string& name, int key,
                       double beatsPerMinute, double seconds)
 {
     constexpr double settling = 2.0;
-    makeDemos::Piece piece (name, beatsPerMinute);
+    examples::Piece piece (name, beatsPerMinute);
     piece.program (0.0, name);
     piece.note ({ 0.0, (settling + seconds) * beatsPerMinute / 60.0, key, 100 });
     audition::Audio audio = audition::Player (programs).play (piece, 0.0);

@@ -1,15 +1,17 @@
-#include "tools/makeWaves/WaveTables.h"
+#include "resources/waves/WaveTables.h"
+#include "audition/Measures.h"
 #include "engine/WaveTable.h"
 #include "tests/resources/Files.h"
-#include "tools/audition/Measures.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numeric>
 
+using namespace engine;
+
 namespace
 {
-using makeWaves::Samples;
+using waves::Samples;
 
 // The committed file as samples.
 Samples samplesIn (const std::string& path)
@@ -36,9 +38,9 @@ float highestOf (const std::vector<float>& table)
 
 TEST (WaveTables, AreWhatTheMakerMakes)
 {
-    EXPECT_EQ (samplesIn ("resources/saw.pcm"), makeWaves::makeSaw ());
-    EXPECT_EQ (samplesIn ("resources/pulse.pcm"), makeWaves::makePulse ());
-    EXPECT_EQ (samplesIn ("resources/noise.pcm"), makeWaves::makeNoise ());
+    EXPECT_EQ (samplesIn ("resources/waves/saw.pcm"), waves::makeSaw ());
+    EXPECT_EQ (samplesIn ("resources/waves/pulse.pcm"), waves::makePulse ());
+    EXPECT_EQ (samplesIn ("resources/waves/noise.pcm"), waves::makeNoise ());
 }
 
 TEST (WaveTables, ScaleToExactlyOne)
@@ -94,7 +96,7 @@ TEST (WaveTables, PulseHasItsFigures)
 // must be 0 or one step up, in few runs: a scattered step would sound as hiss.
 TEST (WaveTables, PulsePlateausClimbInUnbrokenRuns)
 {
-    const Samples table = samplesIn ("resources/pulse.pcm");
+    const Samples table = samplesIn ("resources/waves/pulse.pcm");
     int changes = 0;
     int climbing = 0;
     int level = 0;
@@ -219,12 +221,12 @@ std::vector<double> partialsOf (const Samples& cycle, int count)
 
 TEST (WaveTables, SpectraFallSmoothly)
 {
-    const std::vector<double> saw = partialsOf (makeWaves::makeSaw (), 200);
+    const std::vector<double> saw = partialsOf (waves::makeSaw (), 200);
     for (std::size_t n = 1; n < saw.size (); ++n)
         EXPECT_LT (saw[n], saw[n - 1] + 0.5) << "saw, partial " << n + 1;
     EXPECT_LT (saw.back (), -55.0);
 
-    const Samples table = makeWaves::makePulse ();
+    const Samples table = waves::makePulse ();
     const std::vector<double> square = partialsOf ({ table.begin (), table.begin () + 732 }, 200);
     for (std::size_t n = 2; n < square.size (); n += 2) // the odd partials
         EXPECT_LT (square[n], square[n - 2] + 0.5) << "pulse, partial " << n + 1;

@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace engine;
+using namespace instrument;
+using namespace parameters;
+
 namespace
 {
 FakeHost* currentHost = nullptr;

@@ -8,7 +8,7 @@
 #include "plugin/VstSynth.h"
 
 // Settings in memory. Copies share one content, so that it outlives the instances that use it.
-class MemoryStore final : public SettingsStore
+class MemoryStore final : public platform::SettingsStore
 {
 public:
     using Content = std::map<std::string, std::uint32_t>;

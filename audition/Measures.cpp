@@ -1,0 +1,263 @@
+#include "audition/Measures.h"
+
+#include <ebur128.h>
+#include <kiss_fftr.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <numbers>
+#include <numeric>
+#include <stdexcept>
+
+namespace audition
+{
+namespace
+{
+struct MeterDeleter
+{
+    void operator() (ebur128_state* meter) const { ebur128_destroy (&meter); }
+};
+using Meter = std::unique_ptr<ebur128_state, MeterDeleter>;
+
+Meter makeMeter (int modes)
+{
+    Meter meter (ebur128_init (2, sampleRate, modes));
+    if (!meter)
+        throw std::bad_alloc ();
+    return meter;
+}
+
+// Both outputs carry the same samples.
+std::vector<float> asStereo (Samples audio)
+{
+    std::vector<float> stereo;
+    stereo.reserve (audio.size () * 2);
+    for (const float sample : audio)
+        stereo.insert (stereo.end (), { sample, sample });
+    return stereo;
+}
+
+double decibelsOfPower (double power)
+{
+    return 10.0 * std::log10 (std::max (power, 1e-20));
+}
+
+double largestMagnitude (Samples audio)
+{
+    double peak = 0.0;
+    for (const float sample : audio)
+        peak = std::max (peak, std::abs (static_cast<double> (sample)));
+    return peak;
+}
+
+// Mean power of each stretch of `length` samples.
+std::vector<double> powers (Samples audio, std::size_t length)
+{
+    std::vector<double> result;
+    for (std::size_t start = 0; start + length <= audio.size (); start += length)
+    {
+        double sum = 0.0;
+        for (const float sample : audio.subspan (start, length))
+            sum += static_cast<double> (sample) * static_cast<double> (sample);
+        result.push_back (sum / static_cast<double> (length));
+    }
+    return result;
+}
+
+// dB below the loudest of them, not less than `floor`.
+std::vector<double> relativeDecibels (const std::vector<double>& values, double floor)
+{
+    const double loudest = decibelsOfPower (*std::ranges::max_element (values));
+    std::vector<double> result;
+    result.reserve (values.size ());
+    for (const double value : values)
+        result.push_back (std::max (decibelsOfPower (value) - loudest, floor));
+    return result;
+}
+
+double rmsDifference (const std::vector<double>& a, const std::vector<double>& b)
+{
+    const double sum = std::transform_reduce (a.begin (), a.end (), b.begin (), 0.0, std::plus<> (),
+                                              [] (double x, double y) { return (x - y) * (x - y); });
+    return std::sqrt (sum / static_cast<double> (a.size ()));
+}
+
+double melOf (double hz)
+{
+    return 2595.0 * std::log10 (1.0 + hz / 700.0);
+}
+}
+
+double loudness (Samples audio)
+{
+    const Meter meter = makeMeter (EBUR128_MODE_M);
+    const std::vector<float> stereo = asStereo (audio);
+    constexpr std::size_t hop = sampleRate / 100;
+    double loudest = -std::numeric_limits<double>::infinity ();
+    for (std::size_t frame = 0; frame + hop <= audio.size (); frame += hop)
+    {
+        ebur128_add_frames_float (meter.get (), stereo.data () + 2 * frame, hop);
+        double now = 0.0;
+        ebur128_loudness_momentary (meter.get (), &now);
+        loudest = std::max (loudest, now);
+    }
+    return loudest;
+}
+
+double truePeak (Samples audio)
+{
+    const Meter meter = makeMeter (EBUR128_MODE_TRUE_PEAK);
+    const std::vector<float> stereo = asStereo (audio);
+    ebur128_add_frames_float (meter.get (), stereo.data (), audio.size ());
+    double peak = 0.0;
+    ebur128_true_peak (meter.get (), 0, &peak);
+    return 20.0 * std::log10 (std::max (peak, 1e-9));
+}
+
+double dcShare (Samples audio)
+{
+    const double peak = largestMagnitude (audio);
+    if (peak <= 0.0)
+        return 0.0;
+    return std::accumulate (audio.begin (), audio.end (), 0.0) / static_cast<double> (audio.size ()) / peak;
+}
+
+double secondsToReach (Samples audio, double decibels)
+{
+    constexpr std::size_t window = sampleRate / 100;
+    constexpr std::size_t hop = sampleRate / 1000;
+    double loudest = 0.0;
+    for (const double power : powers (audio, window))
+        loudest = std::max (loudest, power);
+    const double wanted = loudest * std::pow (10.0, -decibels / 10.0);
+    for (std::size_t end = hop; end <= audio.size (); end += hop)
+    {
+        const std::size_t start = end > window ? end - window : 0;
+        double sum = 0.0;
+        for (const float sample : audio.subspan (start, end - start))
+            sum += static_cast<double> (sample) * static_cast<double> (sample);
+        if (sum / static_cast<double> (window) >= wanted)
+            return static_cast<double> (end) / sampleRate;
+    }
+    return static_cast<double> (audio.size ()) / sampleRate;
+}
+
+std::vector<double> powerSpectrum (Samples audio, std::size_t start, int size)
+{
+    const std::unique_ptr<kiss_fftr_state, void (*) (void*)> plan (
+        kiss_fftr_alloc (size, 0, nullptr, nullptr), std::free);
+    std::vector<float> windowed (static_cast<std::size_t> (size));
+    double windowPower = 0.0;
+    for (std::size_t n = 0; n < windowed.size (); ++n)
+    {
+        const double weight = 0.5 - 0.5 * std::cos (2.0 * std::numbers::pi * static_cast<double> (n) / size);
+        windowPower += weight * weight;
+        if (start + n < audio.size ())
+            windowed[n] = static_cast<float> (weight * static_cast<double> (audio[start + n]));
+    }
+    std::vector<kiss_fft_cpx> bins (windowed.size () / 2 + 1);
+    kiss_fftr (plan.get (), windowed.data (), bins.data ());
+    std::vector<double> power;
+    power.reserve (bins.size ());
+    for (const kiss_fft_cpx& bin : bins)
+        power.push_back ((static_cast<double> (bin.r) * static_cast<double> (bin.r) +
+                          static_cast<double> (bin.i) * static_cast<double> (bin.i)) /
+                         (windowPower * size));
+    return power;
+}
+
+std::vector<double> partialLevels (Samples audio, double hz, int count)
+{
+    constexpr int size = 65536;
+    constexpr std::size_t halfWidth = 5; // bins on either side: the window's own width and some mistuning
+    const std::vector<double> power = powerSpectrum (audio, 0, size);
+    std::vector<double> levels;
+    for (int partial = 1; partial <= count; ++partial)
+    {
+        const auto centre = static_cast<std::size_t> (std::lround (partial * hz * size / sampleRate));
+        double sum = 0.0;
+        for (std::size_t bin = centre - halfWidth; bin <= centre + halfWidth; ++bin)
+            sum += power[bin];
+        levels.push_back (decibelsOfPower (sum));
+    }
+    return levels;
+}
+
+double sharpestClick (Samples audio)
+{
+    constexpr double leastStep = 0.01;
+    constexpr std::size_t around = sampleRate / 100;
+    constexpr std::size_t near = 4; // samples that belong to the step itself
+    std::vector<double> steps;
+    for (std::size_t n = 1; n < audio.size (); ++n)
+        steps.push_back (std::abs (static_cast<double> (audio[n]) - static_cast<double> (audio[n - 1])));
+    double sharpest = 0.0;
+    for (std::size_t n = around; n + around < steps.size (); ++n)
+    {
+        if (steps[n] < leastStep)
+            continue;
+        const auto at = steps.begin () + static_cast<std::ptrdiff_t> (n);
+        const double before = *std::max_element (at - around, at - near);
+        const double after = *std::max_element (at + near + 1, at + around + 1);
+        sharpest = std::max (sharpest, steps[n] / std::max ({ before, after, 1e-4 }));
+    }
+    return sharpest;
+}
+
+double brightness (Samples audio)
+{
+    double weighted = 0.0;
+    double total = 0.0;
+    for (std::size_t start = 0; start + spectrumSize <= audio.size (); start += spectrumSize)
+    {
+        const std::vector<double> power = powerSpectrum (audio, start);
+        for (std::size_t bin = 0; bin < power.size (); ++bin)
+        {
+            weighted += power[bin] * static_cast<double> (bin) * sampleRate / spectrumSize;
+            total += power[bin];
+        }
+    }
+    return total > 0.0 ? weighted / total : 0.0;
+}
+
+Fingerprint fingerprint (Samples audio)
+{
+    constexpr int bandCount = 40;
+    constexpr double lowestHz = 40.0;
+    constexpr double highestHz = 12000.0;
+    constexpr double bandFloor = -60.0;
+    constexpr double levelFloor = -40.0;
+    constexpr std::size_t hop = sampleRate / 20;
+
+    const double lowestMel = melOf (lowestHz);
+    const double bandWidth = (melOf (highestHz) - lowestMel) / bandCount;
+    std::vector<double> bands;
+    for (std::size_t start = 0; start + hop <= audio.size (); start += hop)
+    {
+        const std::vector<double> power = powerSpectrum (audio, start);
+        std::vector<double> frame (bandCount, 0.0);
+        for (std::size_t bin = 1; bin < power.size (); ++bin)
+        {
+            // Each bin is shared between the two bands whose centres it lies between.
+            const double place =
+                (melOf (static_cast<double> (bin) * sampleRate / spectrumSize) - lowestMel) / bandWidth - 0.5;
+            const double lower = std::floor (place);
+            for (const double band : { lower, lower + 1.0 })
+            {
+                if (band >= 0.0 && band < bandCount)
+                    frame[static_cast<std::size_t> (band)] += power[bin] * (1.0 - std::abs (place - band));
+            }
+        }
+        bands.insert (bands.end (), frame.begin (), frame.end ());
+    }
+    return { relativeDecibels (bands, bandFloor),
+             relativeDecibels (powers (audio, sampleRate / 50), levelFloor) };
+}
+
+double distance (const Fingerprint& a, const Fingerprint& b)
+{
+    return rmsDifference (a.bands, b.bands) + rmsDifference (a.levels, b.levels);
+}
+}

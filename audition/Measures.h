@@ -1,0 +1,52 @@
+// Figures of a rendered sound. All take mono audio at the audition's sample rate.
+#pragma once
+
+#include "audition/Player.h"
+
+#include <span>
+#include <vector>
+
+namespace audition
+{
+using Samples = std::span<const float>;
+
+// Loudest 400 ms in LUFS (momentary maximum, EBU R 128), heard from both outputs.
+double loudness (Samples audio);
+
+// Highest true peak in dBFS, four times oversampled.
+double truePeak (Samples audio);
+
+// Mean of the samples as a share of the largest magnitude.
+double dcShare (Samples audio);
+
+// Seconds from the beginning until the level of 10 ms first comes within `decibels` of the loudest 10 ms.
+double secondsToReach (Samples audio, double decibels);
+
+// Spectral centroid in Hz of the power spectrum.
+double brightness (Samples audio);
+
+// Power by frequency: a Hann window over `size` samples from `start` on (zeros beyond the end), size / 2 + 1
+// bins.
+inline constexpr int spectrumSize = 2048;
+std::vector<double> powerSpectrum (Samples audio, std::size_t start, int size = spectrumSize);
+
+// Levels in dB of a steady tone's first partials, from its first 1.5 s.
+std::vector<double> partialLevels (Samples audio, double hz, int count);
+
+// The sharpest lone step: how many times the difference between two neighbouring samples exceeds every other
+// within 10 ms around it. Steps below 0.01 of full scale do not count. Music stays below 5.
+double sharpestClick (Samples audio);
+
+// How a sound looks: level in bands spaced evenly in pitch, by time, and its overall level by time. In dB
+// below its own loudest value, so that volume does not count.
+struct Fingerprint
+{
+    std::vector<double> bands; // frame by frame
+    std::vector<double> levels;
+};
+Fingerprint fingerprint (Samples audio);
+
+// How unlike two sounds are: root mean square difference of the bands plus that of the levels, in dB. 0 for
+// copies.
+double distance (const Fingerprint& a, const Fingerprint& b);
+}

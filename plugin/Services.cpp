@@ -1,9 +1,0 @@
-#include "plugin/Services.h"
-
-#include "editor/EditorFactory.h"
-#include "platform/LibraryPath.h"
-
-Services systemServices ()
-{
-    return { platform::makeSettingsStore (), platform::showMessage, platform::ownLibraryPath, createEditor };
-}

@@ -1,0 +1,102 @@
+#include "tests/library/linux/Screen.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <stdexcept>
+#include <unistd.h>
+
+namespace
+{
+template <typename Reply>
+std::unique_ptr<Reply, decltype (&std::free)> owned (Reply* reply)
+{
+    return { reply, &std::free };
+}
+}
+
+Screen::Screen () : connection (xcb_connect (nullptr, nullptr))
+{
+    if (isThere ())
+        screen = xcb_setup_roots_iterator (xcb_get_setup (connection)).data;
+}
+
+Screen::~Screen ()
+{
+    xcb_disconnect (connection);
+}
+
+xcb_window_t Screen::box ()
+{
+    const auto focus =
+        owned (xcb_get_input_focus_reply (connection, xcb_get_input_focus (connection), nullptr));
+    if (focus == nullptr || focus->focus <= XCB_INPUT_FOCUS_POINTER_ROOT || focus->focus == screen->root)
+        return 0;
+    const auto process = static_cast<std::uint32_t> (::getpid ());
+    const std::string owner = property (focus->focus, atom ("_NET_WM_PID"));
+    const bool isOurs =
+        owner.size () == sizeof process && std::memcmp (owner.data (), &process, sizeof process) == 0;
+    return isOurs ? focus->focus : 0;
+}
+
+xcb_get_geometry_reply_t Screen::geometry (xcb_window_t window)
+{
+    const auto reply =
+        owned (xcb_get_geometry_reply (connection, xcb_get_geometry (connection, window), nullptr));
+    return reply != nullptr ? *reply : xcb_get_geometry_reply_t ();
+}
+
+std::vector<std::uint32_t> Screen::picture (xcb_window_t window, int x, int y, int width, int height)
+{
+    const auto reply = owned (xcb_get_image_reply (
+        connection,
+        xcb_get_image (connection, XCB_IMAGE_FORMAT_Z_PIXMAP, window, static_cast<std::int16_t> (x),
+                       static_cast<std::int16_t> (y), static_cast<std::uint16_t> (width),
+                       static_cast<std::uint16_t> (height), ~0u),
+        nullptr));
+    std::vector<std::uint32_t> pixels (static_cast<std::size_t> (width * height));
+    const std::size_t bytes = pixels.size () * sizeof pixels[0]; // a screen of 24 bits depth
+    if (reply == nullptr || static_cast<std::size_t> (xcb_get_image_data_length (reply.get ())) < bytes)
+        throw std::runtime_error ("no picture of the window");
+    std::memcpy (pixels.data (), xcb_get_image_data (reply.get ()), bytes);
+    for (std::uint32_t& pixel : pixels)
+        pixel &= 0xFFFFFF;
+    return pixels;
+}
+
+void Screen::close (xcb_window_t window)
+{
+    xcb_client_message_event_t event = {};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = atom ("WM_PROTOCOLS");
+    event.data.data32[0] = atom ("WM_DELETE_WINDOW");
+    xcb_send_event (connection, 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*> (&event));
+    xcb_flush (connection);
+}
+
+std::string Screen::property (xcb_window_t window, xcb_atom_t name)
+{
+    constexpr std::uint32_t longest = 256; // in units of four bytes
+    const auto reply = owned (xcb_get_property_reply (
+        connection, xcb_get_property (connection, 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, longest),
+        nullptr));
+    if (reply == nullptr)
+        return {};
+    return { static_cast<const char*> (xcb_get_property_value (reply.get ())),
+             static_cast<std::size_t> (xcb_get_property_value_length (reply.get ())) };
+}
+
+xcb_atom_t Screen::atom (const std::string& name)
+{
+    const auto reply = owned (xcb_intern_atom_reply (
+        connection, xcb_intern_atom (connection, 0, static_cast<std::uint16_t> (name.size ()), name.data ()),
+        nullptr));
+    return reply != nullptr ? reply->atom : static_cast<xcb_atom_t> (XCB_ATOM_NONE);
+}
+
+void userDoes (const std::string& actions)
+{
+    if (std::system (("xdotool " + actions).c_str ()) != 0)
+        throw std::runtime_error ("xdotool failed: " + actions);
+}

@@ -1,0 +1,270 @@
+#include "tests/stage/editorHost/EditorHost.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <sstream>
+#include <stdexcept>
+#include <utility>
+
+namespace
+{
+constexpr float sampleRate = 44100.0f; // Hz
+constexpr int blockFrames = 512;
+
+// The one host of this process; the interface's callback carries no pointer to it while the instrument is
+// made.
+EditorHost* current = nullptr;
+
+int toInt (const std::string& word)
+{
+    return std::stoi (word);
+}
+
+template <typename... Values>
+std::string format (const char* pattern, Values... values)
+{
+    char text[256];
+    std::snprintf (text, sizeof text, pattern, values...);
+    return text;
+}
+}
+
+// What a line can say. `words` counts the command itself.
+struct EditorHost::Command
+{
+    const char* name;
+    std::size_t words;
+    std::string (EditorHost::*act) (const Words& words);
+};
+
+const EditorHost::Command EditorHost::commands[] = {
+    { "open", 1, &EditorHost::openEditor }, // answers the milliseconds it took
+    { "close", 1, &EditorHost::closeEditor },
+    { "redraw", 1, &EditorHost::redraw },    // all of it, as if the window had been covered
+    { "rect", 1, &EditorHost::rectangle },   // width height
+    { "get", 2, &EditorHost::getParameter }, // get INDEX
+    { "set", 3, &EditorHost::setParameter }, // set INDEX VALUE
+    { "program", 2, &EditorHost::program },  // program NUMBER, or "program ?"; counted from 0
+    { "midi", 4, &EditorHost::sendMidi },    // midi STATUS DATA1 DATA2
+    { "render", 2, &EditorHost::render },    // render BLOCKS: answers the largest magnitude
+    { "calls", 1, &EditorHost::takeCalls },  // what the host was told since the last question
+    { "key", 2, &EditorHost::pressKey },     // key CHARACTER
+    { "memory", 1, &EditorHost::memoryUse }, // resident kilobytes
+    { "cycle", 2, &EditorHost::cycle },      // cycle COUNT: opens and closes so often
+    { "remove", 1, &EditorHost::removeInstrument },
+};
+
+EditorHost::EditorHost (const std::filesystem::path& library) : file (library)
+{
+    using Entry = AEffect* (*)(AudioMasterCallback);
+    const auto entry = reinterpret_cast<Entry> (file.symbol ("VSTPluginMain"));
+    if (entry == nullptr)
+        throw std::runtime_error ("this library has no instrument in it");
+    current = this;
+    effect = entry (&EditorHost::answer);
+    if (effect == nullptr || effect->magic != kEffectMagic)
+        throw std::runtime_error ("the library refused");
+    call (effOpen);
+    call (effSetSampleRate, 0, 0, nullptr, sampleRate);
+    call (effSetBlockSize, 0, blockFrames);
+    call (effMainsChanged, 0, 1);
+    calls.clear ();
+}
+
+EditorHost::~EditorHost ()
+{
+    removeInstrument ({});
+}
+
+VstIntPtr EditorHost::answer (AEffect* /*effect*/, VstInt32 opcode, VstInt32 index, VstIntPtr value,
+                              void* ptr, float opt)
+{
+    return current->answer (opcode, index, value, ptr, opt);
+}
+
+VstIntPtr EditorHost::answer (VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
+{
+    switch (opcode)
+    {
+    case audioMasterVersion:
+        return kVstVersion;
+    case audioMasterAutomate:
+        calls += format ("automate %d %.4f;", index, static_cast<double> (opt));
+        return 0;
+    case audioMasterBeginEdit:
+        calls += format ("begin %d;", index);
+        return 1;
+    case audioMasterEndEdit:
+        calls += format ("end %d;", index);
+        return 1;
+    case audioMasterUpdateDisplay:
+        calls += "display;";
+        return 1;
+    case audioMasterCanDo:
+        return std::strcmp (static_cast<const char*> (ptr), "sizeWindow") == 0 ? 1 : 0;
+    case audioMasterSizeWindow:
+        calls += format ("size %d %d;", index, static_cast<int> (value));
+        if (window != nullptr)
+            window->resize (index, static_cast<int> (value));
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+VstIntPtr EditorHost::call (VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
+{
+    return effect != nullptr ? effect->dispatcher (effect, opcode, index, value, ptr, opt) : 0;
+}
+
+std::string EditorHost::obey (const std::string& line)
+{
+    std::istringstream in (line);
+    Words words;
+    for (std::string word; in >> word;)
+        words.push_back (word);
+    const auto command = std::ranges::find_if (commands, [&] (const Command& row)
+                                               { return !words.empty () && words.front () == row.name; });
+    if (command == std::end (commands) || command->words != words.size ())
+        return "error no such command: " + line;
+    try
+    {
+        return (this->*command->act) (words);
+    }
+    catch (const std::exception& problem)
+    {
+        return std::string ("error ") + problem.what ();
+    }
+}
+
+void EditorHost::idle ()
+{
+    if (window == nullptr)
+        return;
+    window->handleEvents ();
+    call (effEditIdle);
+}
+
+std::string EditorHost::openEditor (const Words& /*words*/)
+{
+    ERect* rect = nullptr;
+    if (call (effEditGetRect, 0, 0, &rect) == 0 || rect == nullptr)
+        return "error no editor";
+    window = platform::HostWindow::make (rect->right - rect->left, rect->bottom - rect->top);
+    if (window == nullptr)
+        return "error no display";
+    const auto before = std::chrono::steady_clock::now ();
+    if (call (effEditOpen, 0, 0, window->handle ()) == 0)
+        return "error the editor did not open";
+    const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now () - before;
+    return format ("%.1f", taken.count ());
+}
+
+std::string EditorHost::closeEditor (const Words& /*words*/)
+{
+    call (effEditClose);
+    window = nullptr;
+    return "ok";
+}
+
+std::string EditorHost::redraw (const Words& /*words*/)
+{
+    if (window != nullptr)
+        window->redraw ();
+    return "ok";
+}
+
+std::string EditorHost::rectangle (const Words& /*words*/)
+{
+    ERect* rect = nullptr;
+    call (effEditGetRect, 0, 0, &rect);
+    return rect != nullptr ? format ("%d %d", rect->right - rect->left, rect->bottom - rect->top) : "error";
+}
+
+std::string EditorHost::getParameter (const Words& words)
+{
+    return format ("%.6f", static_cast<double> (effect->getParameter (effect, toInt (words[1]))));
+}
+
+std::string EditorHost::setParameter (const Words& words)
+{
+    effect->setParameter (effect, toInt (words[1]), std::stof (words[2]));
+    return "ok";
+}
+
+std::string EditorHost::program (const Words& words)
+{
+    if (words[1] != "?")
+        call (effSetProgram, 0, toInt (words[1]));
+    return format ("%d", static_cast<int> (call (effGetProgram)));
+}
+
+std::string EditorHost::sendMidi (const Words& words)
+{
+    VstMidiEvent event = {};
+    event.type = kVstMidiType;
+    event.byteSize = sizeof event - 8;
+    for (std::size_t byte = 0; byte < 3; ++byte)
+        event.midiData[byte] = static_cast<char> (toInt (words[byte + 1]));
+    VstEvents list = {};
+    list.numEvents = 1;
+    list.events[0] = reinterpret_cast<VstEvent*> (&event);
+    call (effProcessEvents, 0, 0, &list);
+    return render ({ "render", "1" }); // while the list still lives
+}
+
+std::string EditorHost::render (const Words& words)
+{
+    std::vector<float> left (blockFrames);
+    std::vector<float> right (blockFrames);
+    float* outputs[] = { left.data (), right.data () };
+    float loudest = 0.0f;
+    for (int block = 0; block < toInt (words[1]); ++block)
+    {
+        effect->processReplacing (effect, nullptr, outputs, blockFrames);
+        for (const float sample : left)
+            loudest = std::max (loudest, std::abs (sample));
+    }
+    return format ("%.6f", static_cast<double> (loudest));
+}
+
+std::string EditorHost::takeCalls (const Words& /*words*/)
+{
+    return std::exchange (calls, {});
+}
+
+std::string EditorHost::pressKey (const Words& words)
+{
+    return format ("%d", static_cast<int> (call (effEditKeyDown, words[1].front ())));
+}
+
+std::string EditorHost::memoryUse (const Words& /*words*/)
+{
+    return format ("%ld", platform::residentKilobytes ());
+}
+
+std::string EditorHost::cycle (const Words& words)
+{
+    for (int count = 0; count < toInt (words[1]); ++count)
+    {
+        const std::string opened = openEditor ({});
+        if (opened.starts_with ("error"))
+            return opened;
+        idle ();
+        closeEditor ({});
+    }
+    return "ok";
+}
+
+// With the editor still open, if it is: hosts do that.
+std::string EditorHost::removeInstrument (const Words& /*words*/)
+{
+    call (effMainsChanged, 0, 0);
+    call (effClose);
+    effect = nullptr;
+    window = nullptr;
+    return "ok";
+}
