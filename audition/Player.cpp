@@ -39,11 +39,11 @@ public:
 };
 
 // Nothing of this machine's user gets in: no settings, no default bank.
-Services isolatedServices ()
+instrument::Services isolatedServices ()
 {
     return { std::make_unique<NoSettings> (),
              [] (const char*, const char*, platform::Buttons) { return platform::Answer::none; },
-             [] { return std::filesystem::path (); }, nullptr };
+             [] { return std::filesystem::path (); } };
 }
 
 void moveTransport (double sample, double beatsPerMinute)

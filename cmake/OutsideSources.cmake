@@ -45,13 +45,18 @@ target_include_directories(ebur128 SYSTEM PUBLIC ${BRIMVALE_EBUR128_DIR}/ebur128
                                    PRIVATE ${BRIMVALE_EBUR128_DIR}/ebur128/queue)
 target_compile_options(ebur128 PRIVATE ${plainly})
 
-# CLI11 is a Debian package of headers alone. The cross compiler must not see the rest of the folder
-# that they lie in, so it gets a folder with nothing but them.
-find_path(BRIMVALE_CLI11_DIR CLI/CLI.hpp NO_CMAKE_FIND_ROOT_PATH REQUIRED)
-file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/outside/cli11)
-file(CREATE_LINK ${BRIMVALE_CLI11_DIR}/CLI ${CMAKE_BINARY_DIR}/outside/cli11/CLI SYMBOLIC)
-add_library(cli11 INTERFACE)
-target_include_directories(cli11 SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/outside/cli11)
+# Debian packages of headers alone. The cross compiler must not see the rest of the folder that they lie in,
+# so it gets a folder with nothing but them.
+function(brimvale_header_package name folder header)
+    string(TOUPPER BRIMVALE_${name}_DIR variable)
+    find_path(${variable} ${header} NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+    file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/outside/${name})
+    file(CREATE_LINK ${${variable}}/${folder} ${CMAKE_BINARY_DIR}/outside/${name}/${folder} SYMBOLIC)
+    add_library(${name} INTERFACE)
+    target_include_directories(${name} SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/outside/${name})
+endfunction()
+brimvale_header_package(boost boost boost/lockfree/queue.hpp)
+brimvale_header_package(cli11 CLI CLI/CLI.hpp)
 # Its templates take a compiler minutes to optimise, most of all with sanitizers, and a command line is
 # parsed once. So whatever links this must hold a program's main() or options and no work.
 target_compile_options(cli11 INTERFACE -O0)

@@ -52,19 +52,21 @@ std::int32_t categoryOfKey (std::int32_t character)
 }
 }
 
-std::unique_ptr<SynthEditor> createEditor (VstSynth& synth)
+std::unique_ptr<AEffEditor> createEditor (VstSynth& synth)
 {
     return std::make_unique<Editor> (synth);
 }
 
 Editor::Editor (VstSynth& owner)
     : AEffGUIEditor (static_cast<AudioEffect*> (&owner)),
-      synth (owner),
+      host (owner),
+      synth (owner.instrument ()),
       randomSound (clockSeed ())
 {
     rect = { 0, 0, static_cast<VstInt16> (panel::panelRect.height),
              static_cast<VstInt16> (panel::panelRect.width) };
     AEffGUIEditor::setKnobMode (linearKnobs);
+    synth.attachEditor (this);
 }
 
 Editor::~Editor ()
@@ -220,7 +222,7 @@ void Editor::forward (std::int32_t tag, float value)
     if (tag == commandRemoveAbout)
         setParameter (tag, value);
     else
-        synth.setParameterAutomated (tag, value);
+        host.setParameterAutomated (tag, value);
 }
 
 void Editor::applyNews ()
@@ -253,7 +255,7 @@ void Editor::applyValue (std::int32_t index, float value)
     {
     case commandProgram:
         synth.setProgram (truncateToInt (value));
-        synth.updateDisplay ();
+        host.updateDisplay ();
         return;
     case commandMainMenu:
         if (value == static_cast<float> (menuAbout))
@@ -346,7 +348,8 @@ void Editor::copyLearnBindings ()
 
 void Editor::stepProgram (std::int32_t step)
 {
-    const std::int32_t next = (synth.getProgram () + step + programCount) % programCount;
+    const std::int32_t next =
+        (synth.getProgram () + step + instrument::programCount) % instrument::programCount;
     forward (commandProgram, static_cast<float> (next));
     applyNews ();
 }

@@ -14,18 +14,19 @@
 #include "editor/RightMenu.h"
 #include "editor/SmallButton.h"
 #include "editor/Toolkit.h"
-#include "instrument/SynthEditor.h"
+#include "instrument/EditorLink.h"
+#include "plugin/VstSynth.h"
 #include "resources/panel/PanelLayout.h"
 
 namespace editor
 {
 // The panel in the host's window. Everything runs on the host's user-interface thread but the four calls of
-// SynthEditor that bring news: those may come on the audio thread, go into the mailbox and are worked off at
+// EditorLink that bring news: those may come on the audio thread, go into the mailbox and are worked off at
 // the next idle, or at once when the change came from the panel itself.
 class Editor final : public VSTGUI::AEffGUIEditor,
                      public VSTGUI::IControlListener,
                      public VSTGUI::IKeyboardHook,
-                     public SynthEditor
+                     public instrument::EditorLink
 {
 public:
     explicit Editor (VstSynth& owner);
@@ -41,12 +42,11 @@ public:
     void endEdit (std::int32_t index) override;
     bool beforeSizeChange (const VSTGUI::CRect& newSize, const VSTGUI::CRect& oldSize) override;
 
-    // SynthEditor
+    // EditorLink
     void setParameter (std::int32_t index, float value) override;
     void refreshLearnMenus () override { mailbox.postLearnMenus (); }
     void setProgramEntry (std::int32_t, const char*) override { mailbox.postPrograms (); }
     void markCurrentProgram () override { mailbox.postPrograms (); }
-    AEffEditor& asAEffEditor () override { return *this; }
 
     // From the controls
     void valueChanged (VSTGUI::CControl* control) override;
@@ -119,7 +119,8 @@ private:
     void setKeyboardShown (bool shown);
     void setZoomEntry (int entry);
 
-    VstSynth& synth;
+    VstSynth& host;
+    instrument::Instrument& synth;
     std::shared_ptr<Toolkit> toolkit; // from the first time open
     Mailbox mailbox;
     bool closed = true;

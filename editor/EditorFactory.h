@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "instrument/SynthEditor.h"
+#include "plugin/VstSynth.h"
 
 namespace editor
 {
 // The instrument's graphical editor. Cheap: it makes no window and touches no display before it is opened.
-std::unique_ptr<SynthEditor> createEditor (VstSynth& synth);
+std::unique_ptr<AEffEditor> createEditor (VstSynth& synth);
 }

@@ -6,7 +6,7 @@
 #include <iterator>
 #include <span>
 
-#include "parameters/Parameters.h"
+#include "parameters/KnobLaws.h"
 
 namespace editor
 {
@@ -70,12 +70,6 @@ std::string cutoff (double v)
     return format ("%.0f Hz", v * v * 6460.0 + 100.0);
 }
 
-// (599 v^3 + 1) / 6 Hz: one cycle lasts from 6 s to 1/100 s
-double lfoHz (double v)
-{
-    return (599.0 * v * v * v + 1.0) / 6.0;
-}
-
 std::string voices (double v)
 {
     return format ("%d", 2 * (positionOf (static_cast<float> (v), 15.0f) / 2) + 2);
@@ -126,12 +120,12 @@ bool lfoRateText (float rate, bool synced, std::string& text)
 {
     if (synced)
     {
-        const SyncDivision* division = syncDivisionFor (rate);
-        if (division != nullptr)
+        const auto division = syncDivisionFor (rate);
+        if (division)
             text = division->label;
-        return division != nullptr;
+        return division.has_value ();
     }
-    const double hz = lfoHz (static_cast<double> (rate));
+    const auto hz = static_cast<double> (lfoHz (rate));
     text = format (hz < 9.95 ? "%.1fHz" : "%.0fHz", hz);
     return true;
 }
@@ -143,7 +137,7 @@ std::string valueText (std::int32_t parameter, float value, bool synced)
     {
         std::string text;
         if (!synced)
-            return format ("%.2f Hz", lfoHz (v));
+            return format ("%.2f Hz", static_cast<double> (lfoHz (value)));
         return lfoRateText (value, synced, text) ? text : percent (v);
     }
     const auto* row = std::ranges::find (rows, parameter, &Row::parameter);

@@ -1,6 +1,7 @@
 #include "engine/Engine.h"
 
-#include "parameters/Parameters.h"
+#include <algorithm>
+#include <array>
 
 namespace engine
 {
@@ -8,82 +9,198 @@ using namespace parameters;
 
 namespace
 {
-constexpr float lfoFastestHz = 100.0f;
-constexpr float lfoLongestPeriod = 6.0f; // seconds
-constexpr float initialRelease = 0.2f;   // 0.56 s
-constexpr int noiseNote = 60;            // reads the noise table at twice its own rate
+enum Status : unsigned
+{
+    statusNoteOff = 0x80,
+    statusNoteOn = 0x90,
+    statusController = 0xB0,
+    statusProgramChange = 0xC0,
+    statusPitchBend = 0xE0
+};
+constexpr unsigned statusMask = 0xF0; // the channel is ignored
+constexpr unsigned dataMask = 0x7F;
+constexpr float dataMax = 127.0f;
+
+constexpr std::uint32_t controllerExpression = 11;
+constexpr std::uint32_t controllerAllNotesOff = 123;
+constexpr int highestNote = 127;
+
+constexpr std::uint32_t keyboardVelocity = 120;
+constexpr float keyboardRelease = -1.0f;
+constexpr float notesPerUnit = 128.0f; // the keyboard's value x 128 = note
 }
 
-void Engine::resetGlobals ()
+Engine::Engine (WaveTables waveTables, EngineHost& owner) : host (owner), tables (std::move (waveTables))
 {
-    glideAuto = 0.0f;
-    volTypeGain = 0.5f;
-    voicesParam = 1.0f;
-    sampleRate = static_cast<double> (host.hostSampleRate ());
-    asleep = true;
-    expression = 1.0f;
-    nextEventIndex = -1;
-    blockEvents = nullptr;
-    voiceCount = mostVoices;
-    osc1RangeSemis = 0.0f;
-    osc2RangeSemis = 0.0f;
-    keyboardNote = 0; // not -1: the first key pressed ends note 0 first. Harmless, and kept.
-    silenceCounter = 0.0f;
-    transportStopped = true;
-    lastSamplePos = -1.0f;
-}
-
-void Engine::setSampleRateOfAll (float hz)
-{
-    lfo.setSampleRate (hz);
-    for (Voice& voice : voices)
-    {
-        voice.osc1.setSampleRate (hz);
-        voice.osc2.setSampleRate (hz);
-        voice.noise.setSampleRate (hz);
-        voice.ampEnv.setSampleRate (hz);
-        voice.filterEnv.setSampleRate (hz);
-        voice.filter.setSampleRate (hz);
-    }
-}
-
-void Engine::initialise ()
-{
-    resetGlobals ();
-    pulseTable = loadWaveTable (pulseWaveId);
-    sawTable = loadWaveTable (sawWaveId);
-    noiseTable = loadWaveTable (noiseWaveId);
+    sampleRate = static_cast<double> (host.sampleRate ());
     lfo.setShape (Lfo::triangle);
     lfo.setRateRange (lfoFastestHz, lfoLongestPeriod);
-    voiceAllocator.setVoiceLimit (voiceCount);
+    voices.initialise (tables.saw, tables.noise);
+    lfo.setSampleRate (host.sampleRate ());
+    voices.setSampleRate (host.sampleRate ());
+}
 
-    for (Voice& voice : voices)
+void Engine::parameterChange (std::int32_t index, float value, bool unclamped)
+{
+    mapping.change (index, value, unclamped);
+}
+
+void Engine::selectProgram (const ParameterValues& values, std::uint64_t unclamped)
+{
+    mapping.select (values, unclamped);
+}
+
+void Engine::playKeyboard (float value)
+{
+    if (value == keyboardRelease)
     {
-        for (Oscillator* oscillator : { &voice.osc1, &voice.osc2 })
-        {
-            oscillator->setTable (sawTable.samples.data (), sawTable.length, Oscillator::Mode::singleCycle,
-                                  0);
-            oscillator->setGlide (0.0f);
-        }
-        voice.noise.setTable (noiseTable.samples.data (), noiseTable.length, Oscillator::Mode::plain, 0);
-        voice.noise.setGlide (0.0f);
-        voice.noise.setNote (noiseNote, true);
-        for (Envelope* envelope : { &voice.ampEnv, &voice.filterEnv })
-        {
-            envelope->setAttack (0.0f);
-            envelope->setDecay (0.0f);
-            envelope->setSustain (envelope == &voice.ampEnv ? 1.0f : 0.0f);
-            envelope->setRelease (initialRelease);
-            envelope->setLoop (true);
-            envelope->release ();
-        }
+        noteEvent (keyboardNote, keyboardVelocity, false);
+        keyboardNote = -1;
+        return;
     }
-    setSampleRateOfAll (host.hostSampleRate ());
+    if (keyboardNote != -1)
+        noteEvent (keyboardNote, keyboardVelocity, false);
+    keyboardNote = positionOf (value, notesPerUnit);
+    noteEvent (keyboardNote, keyboardVelocity, true);
 }
 
 void Engine::refreshVoiceFilters ()
 {
-    for (Voice& voice : voices)
-        voice.filter.setCutoff (voice.filter.keyTrackedBase (host.parameterValue (paramFilterFreq)));
+    for (Voice& voice : voices.all ())
+        voice.filter.setCutoff (voice.filter.keyTrackedBase (mapping.value (paramFilterFreq)));
+}
+
+void Engine::processEvents (const EventList* events)
+{
+    intake.take (events);
+    if (!lfoSync.isStopped () || mapping.value (paramLfoBmpSync) == 0.0f)
+        return;
+    if (const auto transport = host.transport ())
+        lfoSync.catchUp (*transport, mapping.syncDivision (), sampleRate);
+}
+
+// What a block prepares before its first sample while the engine is awake.
+void Engine::beginBlock ()
+{
+    followSampleRate ();
+    if (mapping.value (paramLfoBmpSync) != 0.0f)
+    {
+        if (const auto transport = host.transport ())
+            lfoSync.followTransport (*transport, mapping.syncDivision ());
+    }
+    renderer.takeParameters (mapping, expression, sampleRate);
+}
+
+void Engine::followSampleRate ()
+{
+    const float hz = host.sampleRate ();
+    if (static_cast<double> (hz) == sampleRate)
+        return;
+    sampleRate = static_cast<double> (hz);
+    lfo.setSampleRate (hz);
+    voices.setSampleRate (hz);
+    mapping.applyAll ();
+}
+
+void Engine::renderBlock (float* left, float* right, std::int32_t frames)
+{
+    if (!renderer.isAsleep ())
+        beginBlock ();
+    std::array<float, Renderer::longestRun> mono;
+    for (std::int32_t done = 0; done < frames;)
+    {
+        applyEvents (done + 1);
+        const std::int32_t run = intake.samplesToNext (done, std::min (frames - done, Renderer::longestRun));
+        renderer.renderRun (mono.data (), run);
+        if (left != nullptr)
+            std::copy_n (mono.data (), run, left + done);
+        if (right != nullptr)
+            std::copy_n (mono.data (), run, right + done);
+        done += run;
+    }
+    intake.clear ();
+}
+
+void Engine::applyEvents (std::int32_t n)
+{
+    while (const auto event = intake.nextDue (n))
+        apply (*event);
+}
+
+// Any event wakes the engine, and the block's preparations that sleep left out are made up for before it
+// acts.
+void Engine::wake ()
+{
+    renderer.restartSilence ();
+    if (!renderer.isAsleep ())
+        return;
+    renderer.wake ();
+    beginBlock ();
+}
+
+void Engine::apply (const Event& event)
+{
+    wake ();
+    if (event.kind == Event::Kind::parameter)
+    {
+        host.parameterReceived (event.index, event.value);
+        return;
+    }
+    const unsigned data1 = event.data1 & dataMask;
+    const unsigned data2 = event.data2 & dataMask;
+    const float value = static_cast<float> (data2) / dataMax;
+    switch (event.status & statusMask)
+    {
+    case statusPitchBend:
+        // Only the upper seven bits count, and their middle is 63.5: a wheel at rest, 64, bends up by 1/127
+        // of two semitones, which every song made with this instrument has in its tuning.
+        voices.setPitchBend (2.0f * value - 1.0f);
+        break;
+    case statusProgramChange:
+        host.programChange (static_cast<int> (data1));
+        break;
+    case statusController:
+        applyController (data1, value);
+        break;
+    case statusNoteOn:
+        noteEvent (static_cast<int> (data1), data2, data2 != 0);
+        break;
+    case statusNoteOff:
+        noteEvent (static_cast<int> (data1), data2, false);
+        break;
+    default:
+        break;
+    }
+}
+
+void Engine::applyController (std::uint32_t controller, float value)
+{
+    host.controllerReceived (controller, value);
+    if (controller == controllerExpression)
+    {
+        expression = value;
+    }
+    else if (controller == controllerAllNotesOff)
+    {
+        voices.releaseAll ();
+        voices.forgetKeys ();
+        host.allKeysEnded ();
+    }
+}
+
+void Engine::noteEvent (int note, std::uint32_t velocity, bool isNoteOn)
+{
+    if (note < 0 || note > highestNote)
+        return;
+    renderer.wake ();
+    if (isNoteOn)
+    {
+        voices.startNote (note, velocity);
+        host.keyStarted (note);
+    }
+    else if (voices.endNote (note))
+    {
+        host.keyEnded (note);
+    }
 }
 }

@@ -1,28 +1,28 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
-struct VstTimeInfo;
+#include "engine/Transport.h"
 
 namespace engine
 {
-// What the engine asks of the plug-in object around it. Called on the thread that called the engine.
+// What the engine asks and tells the object around it, on the audio thread and in the middle of a block. The
+// three requests may lead back into the engine's own parameterChange and selectProgram.
 class EngineHost
 {
 public:
-    // Current value of a parameter, finite and as the engine may use it.
-    virtual float parameterValue (std::int32_t index) const = 0;
+    virtual std::optional<Transport> transport () = 0; // empty when the host has no song
+    virtual float sampleRate () const = 0;             // Hz
 
-    // The audio host's time record with tempo, musical and bar position; null when it has none.
-    virtual VstTimeInfo* timeInfo () = 0;
+    // A MIDI program change, 0..127; any MIDI controller with its value 0..1; a timed parameter change.
+    virtual void programChange (int program) = 0;
+    virtual void controllerReceived (std::uint32_t controller, float value) = 0;
+    virtual void parameterReceived (std::int32_t index, float value) = 0;
 
-    virtual float hostSampleRate () const = 0; // Hz
-
-    virtual void reselectProgram () = 0;          // re-apply every parameter
-    virtual void programChange (int program) = 0; // MIDI program change, 0..127
-    virtual void controllerReceived (std::uint32_t controller,
-                                     float value) = 0; // any MIDI controller, value 0..1
-    virtual void notifyEditor (std::int32_t index, float value) = 0;
+    virtual void keyStarted (int note) = 0;
+    virtual void keyEnded (int note) = 0;
+    virtual void allKeysEnded () = 0; // the voice mode changed, or all notes were told to end
 
 protected:
     ~EngineHost () = default;

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
+#include "parameters/KnobLaws.h"
+
 namespace engine
 {
 namespace
 {
-constexpr float longestAttack = 10.0f; // seconds, also of the decay
-constexpr float longestRelease = 14.0f;
 constexpr float silent = 0.001f;       // the level at which release and fade-out end
 constexpr float fadeOutStep = 0.01f;   // level per sample
 constexpr float fastAttackStep = 0.1f; // an attack this steep (ten samples) starts without a fade-out
@@ -21,19 +21,19 @@ void Envelope::setSampleRate (float hz)
 
 void Envelope::setAttack (float x)
 {
-    attackTime = x * x * longestAttack;
+    attackTime = parameters::attackSeconds (x);
     recomputeSteps ();
 }
 
 void Envelope::setDecay (float x)
 {
-    decayTime = x * x * longestAttack;
+    decayTime = parameters::decaySeconds (x);
     recomputeSteps ();
 }
 
 void Envelope::setRelease (float x)
 {
-    releaseTime = x * x * longestRelease;
+    releaseTime = parameters::releaseSeconds (x);
     recomputeSteps ();
 }
 
@@ -173,15 +173,10 @@ int Envelope::renderSegment (Position& position, const Steps& steps, float* out,
 
 int Envelope::render (float* out, int samples)
 {
-    const Position start = current;
     const Steps now = stepsNow ();
-    Position position = start;
     int n = 0;
-    while (n < samples && position.state != State::idle)
-        n += renderSegment (position, now, out + n, samples - n);
-    // A note or a kill that came in from the other thread meanwhile wins over what was rendered.
-    if (current.state == start.state && current.level == start.level)
-        current = position;
+    while (n < samples && current.state != State::idle)
+        n += renderSegment (current, now, out + n, samples - n);
     return n;
 }
 }

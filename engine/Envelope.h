@@ -5,8 +5,8 @@
 namespace engine
 {
 // Linear attack, decay, sustain and release for one voice. Every segment moves the level by a fixed step a
-// sample and takes its set time when it spans the full range. Ticked on the audio thread; the setters may
-// be called between any two ticks, also from the user-interface thread.
+// sample and takes its set time when it spans the full range. Audio thread; the setters may be called between
+// any two ticks.
 class Envelope
 {
 public:

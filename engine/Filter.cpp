@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "engine/NoteTable.h"
+#include "parameters/KnobLaws.h"
 
 namespace engine
 {
@@ -20,10 +21,6 @@ constexpr float colourHz = 1000.0f;
 constexpr float largestDcCoefficient = 1.0f;     // above, the DC blocker would overshoot
 constexpr float largestColourCoefficient = 1.2f; // above, the colour section would run away
 
-constexpr float lowestCutoffHz = 100.0f;
-constexpr float highestCutoffHz = 6500.0f;
-constexpr double cutoffSpanHz = 6460.0;
-constexpr int trackingStart = 48; // MIDI note
 }
 
 void Filter::setSampleRate (float hz)
@@ -45,14 +42,8 @@ float Filter::highestStableCoefficient () const
 
 void Filter::setCutoff (float control)
 {
-    const double squared = static_cast<double> (control) * static_cast<double> (control);
-    double hz = 0.0;
-    if (keyTrack)
-        hz = (squared + 0.02) * 0.06 * static_cast<double> (keyTrackFactor[static_cast<std::size_t> (key)]) *
-             cutoffSpanHz;
-    else
-        hz = squared * cutoffSpanHz + static_cast<double> (lowestCutoffHz);
-    cutoff = std::clamp (static_cast<float> (hz), lowestCutoffHz, highestCutoffHz);
+    cutoff = keyTrack ? parameters::trackedCutoffHz (control, keyTrackFactor[static_cast<std::size_t> (key)])
+                      : parameters::cutoffHz (control);
     mainCoefficient = std::min (cutoff * angularStep, highestStableCoefficient ());
 }
 
@@ -71,12 +62,12 @@ float Filter::keyTrackedBase (float target)
 
 void Filter::setKey (int note)
 {
-    key = std::clamp (note - trackingStart, 0, 127);
+    key = std::clamp (note - parameters::trackingStart, 0, 127);
 }
 
 void Filter::setResonance (float r)
 {
-    damping = 2.0f * (1.0f - std::clamp (r, 0.3f, 0.968f));
+    damping = parameters::filterDamping (r);
     mainCoefficient = std::min (mainCoefficient, highestStableCoefficient ());
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "parameters/KnobLaws.h"
+
 namespace engine
 {
 namespace
@@ -36,7 +38,7 @@ void Lfo::setRateRange (float fastestHz, float longestPeriod)
 
 void Lfo::setRate (float x)
 {
-    step = unitsPerCycle / (sampleRate * minPeriod / ((maxHz * minPeriod - 1.0f) * x + 1.0f));
+    step = unitsPerCycle / (sampleRate * minPeriod / parameters::lfoCyclesInPeriod (x, maxHz, minPeriod));
 }
 
 void Lfo::setRateHz (float hz)

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "engine/NoteTable.h"
+#include "parameters/KnobLaws.h"
 
 namespace engine
 {
@@ -14,8 +15,8 @@ namespace
 constexpr float incrementConstant = 4045.476f;
 constexpr float incrementDivisor = 12.0f;
 
-// The pitch factors count in the frequency of note 12, 16.35 Hz.
-constexpr float pitchUnit = noteFreq[12];
+using parameters::pitchUnitHz;
+static_assert (pitchUnitHz == noteFreq[12]);
 
 constexpr int octave = 12;
 constexpr float highestHz = noteFreq[127];
@@ -38,8 +39,8 @@ void Oscillator::setSampleRate (float hz)
 
 void Oscillator::setTable (const float* newTable, std::int32_t length, Mode newMode, std::int32_t loop)
 {
-    busy = true;
-    if (length <= 0)
+    silent = length <= 0;
+    if (silent)
         return;
     freshTable = true;
     pulseOffset = 0.0f;
@@ -47,7 +48,6 @@ void Oscillator::setTable (const float* newTable, std::int32_t length, Mode newM
     table = newTable;
     loopLength = loop != 0 ? loop : length;
     phase = 0.0;
-    busy = false;
 }
 
 void Oscillator::setNote (int newNote, bool retrigger)
@@ -108,7 +108,7 @@ float Oscillator::glideStep ()
 void Oscillator::setRange (int offsetSemitones, float correction)
 {
     rangeOffset = offsetSemitones;
-    tuneCorrection = 1.0f + correction / pitchUnit;
+    tuneCorrection = 1.0f + correction / pitchUnitHz;
     if (glideTime > 0.0f)
     {
         aimGlide (noteHz (note + rangeOffset));
@@ -118,17 +118,17 @@ void Oscillator::setRange (int offsetSemitones, float correction)
 
 void Oscillator::setPulseWidth (float cycle)
 {
-    if (!busy)
+    if (!silent)
         pulseOffset = cycle * static_cast<float> (loopLength);
 }
 
 void Oscillator::setLfoPitch (float x)
 {
-    lfoPitchFactor = 1.0f + x / pitchUnit;
+    lfoPitchFactor = 1.0f + x / pitchUnitHz;
 }
 void Oscillator::setMasterPitch (float x)
 {
-    masterPitchFactor = 1.0f + x / pitchUnit;
+    masterPitchFactor = 1.0f + x / pitchUnitHz;
 }
 void Oscillator::setFine (float x)
 {
@@ -232,7 +232,7 @@ Oscillator::Reader Oscillator::reader () const
 
 float Oscillator::tick ()
 {
-    if (busy)
+    if (silent)
         return 0.0f;
     Reader read = reader ();
     const float out = read.plain ();
@@ -242,7 +242,7 @@ float Oscillator::tick ()
 
 float Oscillator::tickFull ()
 {
-    if (busy)
+    if (silent)
         return 0.0f;
     if (glideTime > 0.0f)
         updateIncrement ();
@@ -254,7 +254,7 @@ float Oscillator::tickFull ()
 
 void Oscillator::addRun (float* out, int samples, float level)
 {
-    if (busy)
+    if (silent)
         return;
     Reader read = reader ();
     for (int n = 0; n < samples; ++n)
@@ -264,7 +264,7 @@ void Oscillator::addRun (float* out, int samples, float level)
 
 void Oscillator::addRunFull (float* out, int samples, float level)
 {
-    if (busy)
+    if (silent)
         return;
     if (glideTime > 0.0f)
     {

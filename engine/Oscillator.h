@@ -5,8 +5,7 @@
 namespace engine
 {
 // One sound source of a voice: reads a float table at the pitch of a note. Ticked on the audio thread. It
-// runs free: nothing stops it between notes. The setters may come from the user-interface thread; `busy`
-// guards a table swap, during which the source is silent and stands still.
+// runs free: nothing stops it between notes. Without a table it is silent and stands still.
 class Oscillator
 {
 public:
@@ -20,7 +19,8 @@ public:
     void setSampleRate (float hz); // above 0; recomputes the increment
 
     // Swaps the table and rewinds. `table` holds length + 1 samples (the last a guard) and outlives this
-    // object; `loop` is the cycle length in samples, 0 for the whole table. Length 0: stays busy, silent.
+    // object; `loop` is the cycle length in samples, 0 for the whole table. Length 0 (a missing recording):
+    // silent.
     void setTable (const float* table, std::int32_t length, Mode newMode, std::int32_t loop);
     Mode mode () const { return tableMode; }
 
@@ -30,7 +30,7 @@ public:
 
     // Semitones added to every note, and a constant detuning that makes up for the table's own pitch.
     void setRange (int offsetSemitones, float correction);
-    void setPulseWidth (float cycle);           // cycle 0..200 of the pulse table; ignored while busy
+    void setPulseWidth (float cycle);           // cycle 0..200 of the pulse table; ignored without a table
     void setLfoPitch (float x);                 // pitch factor 1 + x / 16.35
     void setMasterPitch (float x);              // the same, -1..1: about a semitone each way
     void setFine (float x);                     // 0..1: up to an octave above, linear in Hz
@@ -60,7 +60,7 @@ private:
     const float* table = nullptr;
     std::int32_t loopLength = 0; // samples in one cycle, the read limit
     Mode tableMode = Mode::plain;
-    bool busy = false;
+    bool silent = false; // has no table
     bool highQuality = true;
     float pulseOffset = 0.0f; // start of the selected pulse cycle in the table, samples
 

@@ -1,5 +1,4 @@
-#include "engine/Engine.h"
-#include "parameters/Parameters.h"
+#include "engine/ParameterMapping.h"
 
 namespace engine
 {
@@ -7,206 +6,141 @@ using namespace parameters;
 
 namespace
 {
-constexpr std::uint32_t keyboardVelocity = 120;
-constexpr float keyboardRelease = -1.0f;
-constexpr float notesPerUnit = 128.0f; // the keyboard's value x 128 = note
-
-// Output gain by VolType. Other values leave the gain as it was.
-struct VolTypeGain
+// LFO shape by LfoWave. The plain triangle is the start value and cannot be chosen again.
+Lfo::Shape shapeOf (LfoWave wave)
 {
-    float value;
-    float gain;
-};
-constexpr VolTypeGain volTypeGains[] = { { 0.0f, 1.6f }, { 1.0f, 1.0f }, { 2.0f, 0.52f } };
-
-// LFO shape by LfoWave x 5. The plain triangle is the start value and cannot be chosen again.
-constexpr Lfo::Shape lfoShapes[] = { Lfo::roundedTriangle, Lfo::risingSaw, Lfo::fallingSaw,
-                                     Lfo::square,          Lfo::noise,     Lfo::sampleAndHold };
-
-constexpr float rangeSemitones[] = { -24.0f, -12.0f, 0.0f, 12.0f, 24.0f }; // by range x 4
-
-// The tables' own pitch is a little low; each has its correction (see Oscillator::setRange).
-constexpr float sawCorrection = 0.441f;
-constexpr float pulseCorrection = 0.396f;
-
-constexpr float pulseCycles = 200.0f; // Osc1-PW spans cycles 0 (at 1.0) to 200 (at 0.0)
-
-float cubed (float x)
-{
-    return x * x * x;
-}
-
-// The cycle of the pulse table for a pulse width.
-float pulseCycleFor (float width)
-{
-    return static_cast<float> (truncateToInt ((1.0f - width) * pulseCycles));
-}
-
-// Voice count for a Voices value: steps of two, 2..16; 0 for values that name none.
-std::int32_t voicesFor (float value)
-{
-    const std::int32_t k = positionOf (value, 15.0f);
-    return k >= 0 && k <= 15 ? 2 * (k / 2) + 2 : 0;
-}
-
-// The table's entry at value x (entries - 1), or null outside.
-template <typename T, std::size_t size>
-const T* entryAt (const T (&table)[size], float value)
-{
-    const std::int32_t k = positionOf (value, static_cast<float> (size - 1));
-    return k >= 0 && k < static_cast<std::int32_t> (size) ? &table[k] : nullptr;
-}
-}
-
-void Engine::playKeyboard (float value)
-{
-    if (value == keyboardRelease)
+    switch (wave)
     {
-        noteEvent (keyboardNote, keyboardVelocity, false);
-        keyboardNote = -1;
+    case LfoWave::triangle:
+        return Lfo::roundedTriangle;
+    case LfoWave::risingSaw:
+        return Lfo::risingSaw;
+    case LfoWave::fallingSaw:
+        return Lfo::fallingSaw;
+    case LfoWave::square:
+        return Lfo::square;
+    case LfoWave::noise:
+        return Lfo::noise;
+    default:
+        return Lfo::sampleAndHold;
+    }
+}
+
+bool isUnclamped (std::uint64_t flags, std::int32_t index)
+{
+    return ((flags >> index) & 1u) != 0;
+}
+}
+
+void ParameterMapping::change (std::int32_t index, float value, bool unclamped)
+{
+    if (!isParameter (index))
+        return;
+    // These three see the value as it was sent, before it is limited.
+    if (index == paramGlideAuto)
+        voices.setGlidesOnlyLegato (value != 0.0f);
+    else if (index == paramVolType)
+        gain = parameters::volTypeGain (value).value_or (gain);
+    else if (index == paramGlideMono)
+        switchMono (value);
+
+    const float usable = usableValue (index, storableValue (index, value, unclamped));
+    values[static_cast<std::size_t> (index)] = usable;
+    if (index == paramVoices)
+    {
+        setVoices (usable);
         return;
     }
-    if (keyboardNote != -1)
-        noteEvent (keyboardNote, keyboardVelocity, false);
-    keyboardNote = positionOf (value, notesPerUnit);
-    noteEvent (keyboardNote, keyboardVelocity, true);
+    mapToLfo (index, usable);
+    if (index == paramOsc1Range)
+        osc1RangeSemis = positionIn (rangeSemitones, usable).value_or (osc1RangeSemis);
+    else if (index == paramOsc2Range)
+        osc2RangeSemis = positionIn (rangeSemitones, usable).value_or (osc2RangeSemis);
+    for (Voice& voice : voices.all ())
+        mapToVoice (voice, index, usable);
 }
 
-void Engine::silenceVoices (bool clearGlides)
+void ParameterMapping::select (const ParameterValues& newValues, std::uint64_t unclamped)
 {
-    for (Voice& voice : voices)
-    {
-        if (clearGlides)
-        {
-            voice.osc1.setGlide (0.0f);
-            voice.osc2.setGlide (0.0f);
-        }
-        voice.ampEnv.kill ();
-        voice.filterEnv.kill ();
-    }
+    values = newValues;
+    for (std::int32_t index = 0; index < parameterCount; ++index)
+        change (index, newValues[static_cast<std::size_t> (index)], isUnclamped (unclamped, index));
 }
 
 // Glide-Mono above 0 switches to mono, exactly 0 back to the voices chosen before.
-void Engine::switchMono (float glideMono)
+void ParameterMapping::switchMono (float glideMono)
 {
-    if (voiceCount != 1 && glideMono > 0.0f)
+    if (!voices.isMono () && glideMono > 0.0f)
     {
-        voiceAllocator.reset ();
-        host.notifyEditor (commandVoiceMode, 1.0f);
-        voiceCount = 1;
-        voiceAllocator.setVoiceLimit (1);
-        silenceVoices (false);
+        voices.forgetKeys ();
+        host.allKeysEnded ();
+        voices.setCount (1);
+        voices.silence (false);
     }
-    if (voiceCount == 1 && glideMono == 0.0f)
+    if (voices.isMono () && glideMono == 0.0f)
     {
-        voiceAllocator.reset ();
-        host.notifyEditor (commandVoiceMode, 1.0f);
-        silenceVoices (true);
-        if (const std::int32_t count = voicesFor (voicesParam); count > 0)
-            voiceCount = count;
-        voiceAllocator.setVoiceLimit (voiceCount);
+        voices.forgetKeys ();
+        host.allKeysEnded ();
+        voices.silence (true);
+        voices.setCount (voiceCountFor (voicesParam).value_or (voices.count ()));
     }
 }
 
-bool Engine::setVoices (float value)
+void ParameterMapping::setVoices (float knob)
 {
-    if (voicesParam == value)
-        return false;
-    voicesParam = value;
-    if (const std::int32_t count = voicesFor (value); count > 0)
-        voiceCount = count;
-    if (host.parameterValue (paramGlideMono) > 0.0f && voiceCount > 1)
-        voiceCount = 1;
-    host.notifyEditor (commandVoiceMode, 1.0f);
-    voiceAllocator.setVoiceLimit (voiceCount);
-    if (voiceCount != 1)
-        silenceVoices (true);
-    return true;
+    if (voicesParam == knob)
+        return;
+    voicesParam = knob;
+    std::int32_t count = voiceCountFor (knob).value_or (voices.count ());
+    if (value (paramGlideMono) > 0.0f)
+        count = 1;
+    host.allKeysEnded ();
+    voices.setCount (count);
+    if (!voices.isMono ())
+        voices.silence (true);
 }
 
-void Engine::parameterChanging (std::int32_t index, float value)
-{
-    switch (index)
-    {
-    case commandKeyboard:
-        playKeyboard (value);
-        break;
-    case paramGlideAuto:
-        glideAuto = value;
-        break;
-    case paramVolType:
-        for (const VolTypeGain& row : volTypeGains)
-        {
-            if (value == row.value)
-                volTypeGain = row.gain;
-        }
-        break;
-    case paramGlideMono:
-        switchMono (value);
-        break;
-    default:
-        break;
-    }
-}
-
-bool Engine::parameterChanged (std::int32_t index, float value)
-{
-    if (index == paramVoices)
-        return setVoices (value);
-    mapToLfo (index, value);
-    if (const float* semitones = entryAt (rangeSemitones, value); semitones != nullptr)
-    {
-        if (index == paramOsc1Range)
-            osc1RangeSemis = *semitones;
-        else if (index == paramOsc2Range)
-            osc2RangeSemis = *semitones;
-    }
-    for (Voice& voice : voices)
-        mapToVoice (voice, index, value);
-    return true;
-}
-
-void Engine::mapToLfo (std::int32_t index, float value)
+void ParameterMapping::mapToLfo (std::int32_t index, float knob)
 {
     switch (index)
     {
     case paramLfoWave:
-        if (const Lfo::Shape* shape = entryAt (lfoShapes, value); shape != nullptr)
-            lfo.setShape (*shape);
+        if (const auto wave = positionIn (lfoWaves, knob))
+            lfo.setShape (shapeOf (*wave));
         break;
     case paramLfoBmpSync:
-        if (value == 0.0f)
-            lfo.setRate (cubed (host.parameterValue (paramLfoRate)));
+        if (knob == 0.0f)
+            lfo.setRate (lfoRateControl (value (paramLfoRate)));
         break;
     case paramLfoRate:
-        if (host.parameterValue (paramLfoBmpSync) == 0.0f)
-            lfo.setRate (cubed (value));
-        if (const SyncDivision* division = syncDivisionFor (value); division != nullptr)
-            syncDivision = division->divisor;
+        if (value (paramLfoBmpSync) == 0.0f)
+            lfo.setRate (lfoRateControl (knob));
+        if (const auto found = syncDivisionFor (knob))
+            division = found->divisor;
         break;
     default:
         break;
     }
 }
 
-// Position 2 is the pulse, 1 the saw. Position 0 leaves the table: the render loop mutes the oscillator.
-void Engine::setWave (Oscillator& oscillator, float value, float rangeSemis)
+// Off leaves the table: the renderer mutes the oscillator.
+void ParameterMapping::setWave (Oscillator& oscillator, float knob, float rangeSemis)
 {
-    const std::int32_t k = positionOf (value, 2.0f);
-    if (k == 2 && oscillator.mode () != Oscillator::Mode::cycleSelect)
+    const auto wave = positionIn (oscillatorWaves, knob);
+    if (wave == OscillatorWave::pulse && oscillator.mode () != Oscillator::Mode::cycleSelect)
     {
-        oscillator.setTable (pulseTable.samples.data (), pulseTable.length, Oscillator::Mode::cycleSelect,
+        oscillator.setTable (tables.pulse.samples.data (), tables.pulse.length, Oscillator::Mode::cycleSelect,
                              pulseCycleLength);
         applyRange (oscillator, rangeSemis);
     }
-    else if (k == 1 && oscillator.mode () != Oscillator::Mode::singleCycle)
+    else if (wave == OscillatorWave::saw && oscillator.mode () != Oscillator::Mode::singleCycle)
     {
-        oscillator.setTable (sawTable.samples.data (), sawTable.length, Oscillator::Mode::singleCycle, 0);
+        oscillator.setTable (tables.saw.samples.data (), tables.saw.length, Oscillator::Mode::singleCycle, 0);
         applyRange (oscillator, rangeSemis);
     }
 }
 
-void Engine::applyRange (Oscillator& oscillator, float rangeSemis)
+void ParameterMapping::applyRange (Oscillator& oscillator, float rangeSemis)
 {
     const int offset = truncateToInt (rangeSemis + 1.0f);
     const bool isPulse = oscillator.mode () == Oscillator::Mode::cycleSelect;
@@ -214,45 +148,45 @@ void Engine::applyRange (Oscillator& oscillator, float rangeSemis)
     oscillator.updateIncrement ();
 }
 
-void Engine::mapToVoice (Voice& voice, std::int32_t index, float value)
+void ParameterMapping::mapToVoice (Voice& voice, std::int32_t index, float knob)
 {
     switch (index)
     {
     case paramOsc1Wave:
     {
         const Oscillator::Mode before = voice.osc1.mode ();
-        setWave (voice.osc1, value, osc1RangeSemis);
+        setWave (voice.osc1, knob, osc1RangeSemis);
         if (voice.osc1.mode () == Oscillator::Mode::cycleSelect && voice.osc1.mode () != before)
-            voice.osc1.setPulseWidth (pulseCycleFor (host.parameterValue (paramOsc1PW)));
+            voice.osc1.setPulseWidth (pulseCycle (value (paramOsc1PW)));
         break;
     }
     case paramOsc1PW:
         if (voice.osc1.mode () == Oscillator::Mode::cycleSelect)
-            voice.osc1.setPulseWidth (pulseCycleFor (value));
+            voice.osc1.setPulseWidth (pulseCycle (knob));
         break;
     case paramOsc1Range:
         applyRange (voice.osc1, osc1RangeSemis);
         break;
     case paramOsc2Wave: // no pulse width: oscillator 2 always plays the first cycle
-        setWave (voice.osc2, value, osc2RangeSemis);
+        setWave (voice.osc2, knob, osc2RangeSemis);
         break;
     case paramOsc2Range:
         applyRange (voice.osc2, osc2RangeSemis);
         break;
     case paramOsc2Fine:
-        voice.osc2.setFine (cubed (value));
+        voice.osc2.setFine (fineAmount (knob));
         voice.osc2.updateIncrement ();
         break;
     case paramMasterP:
         for (Oscillator* oscillator : { &voice.osc1, &voice.osc2 })
         {
-            oscillator->setMasterPitch (2.0f * value - 1.0f);
+            oscillator->setMasterPitch (masterPitch (knob));
             oscillator->updateIncrement ();
         }
         break;
     case paramLfoPitch:
-        if (value != 0.0f)
-            break; // the render loop drives the pitch
+        if (knob != 0.0f)
+            break; // the renderer drives the pitch
         for (Oscillator* oscillator : { &voice.osc1, &voice.osc2 })
         {
             oscillator->setLfoPitch (0.0f);
@@ -260,60 +194,57 @@ void Engine::mapToVoice (Voice& voice, std::int32_t index, float value)
         }
         break;
     case paramGlideMono:
-        if (value > 0.0f)
+        if (knob > 0.0f)
         {
-            voice.osc1.setGlide (value);
-            voice.osc2.setGlide (value);
-            voice.noise.setGlide (value);
+            voice.osc1.setGlide (knob);
+            voice.osc2.setGlide (knob);
+            voice.noise.setGlide (knob);
         }
         break;
     case param1Attack:
-        voice.ampEnv.setAttack (static_cast<float> (static_cast<double> (value * value) + 0.009));
+        voice.ampEnv.setAttack (ampAttackControl (knob));
         break;
     case param1Decay: // one knob for decay and release
-    {
-        const auto x = static_cast<float> (static_cast<double> (value * value) + 0.006);
-        voice.ampEnv.setDecay (x);
-        voice.ampEnv.setRelease (x);
+        voice.ampEnv.setDecay (ampDecayControl (knob));
+        voice.ampEnv.setRelease (ampDecayControl (knob));
         break;
-    }
     case param1Sustain:
-        voice.ampEnv.setSustain (value * value);
+        voice.ampEnv.setSustain (sustainLevel (knob));
         break;
     case param2Attack:
-        voice.filterEnv.setAttack (value * value);
+        voice.filterEnv.setAttack (filterTimeControl (knob));
         break;
     case param2Decay:
-        voice.filterEnv.setDecay (value * value);
-        voice.filterEnv.setRelease (value * value);
+        voice.filterEnv.setDecay (filterTimeControl (knob));
+        voice.filterEnv.setRelease (filterTimeControl (knob));
         break;
-    case param2Delay: // the render loop times the delay itself
-        voice.filterEnv.setLoop (value <= 0.0f);
+    case param2Delay: // the renderer times the delay itself
+        voice.filterEnv.setLoop (knob <= 0.0f);
         break;
     case paramVelocityAmp:
-        voice.ampEnv.setVelocitySensitivity (value);
+        voice.ampEnv.setVelocitySensitivity (knob);
         break;
     case paramVelocityFilter:
-        voice.filterEnv.setVelocitySensitivity (value);
+        voice.filterEnv.setVelocitySensitivity (knob);
         break;
     case paramFilterRez:
-        voice.filter.setResonance (value);
+        voice.filter.setResonance (knob);
         break;
     case paramFilterType:
-        voice.filter.setType (positionOf (value, 2.0f));
+        voice.filter.setType (positionIn (filterTypes, knob).value_or (0));
         break;
     case paramSmothFilt:
-        voice.filter.setSmooth (value > 0.0f);
+        voice.filter.setSmooth (knob > 0.0f);
         break;
     case paramFilterKeyTrak:
-        voice.filter.setKeyTrack (value != 0.0f);
+        voice.filter.setKeyTrack (knob != 0.0f);
         break;
     case paramHighQuality: // inverted on purpose: 0 is on, 1 is off, anything between changes nothing
-        if (value != 0.0f && value != 1.0f)
+        if (knob != 0.0f && knob != 1.0f)
             break;
-        voice.osc1.setHighQuality (value == 0.0f);
-        voice.osc2.setHighQuality (value == 0.0f);
-        voice.filter.setHighQuality (value == 0.0f);
+        voice.osc1.setHighQuality (knob == 0.0f);
+        voice.osc2.setHighQuality (knob == 0.0f);
+        voice.filter.setHighQuality (knob == 0.0f);
         break;
     default:
         break;

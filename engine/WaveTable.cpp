@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/Resources.h"
-
 namespace engine
 {
 namespace
@@ -19,9 +17,8 @@ float sampleAt (std::span<const std::byte> pcm, std::size_t n)
 }
 }
 
-std::vector<float> loadWaveResource (int id)
+WaveTable makeWaveTable (std::span<const std::byte> pcm)
 {
-    const std::span<const std::byte> pcm = platform::findResource ("WAV", id);
     const std::size_t length = pcm.size () / bytesPerSample;
     std::vector<float> samples (length + 1, 0.0f);
     float peak = 0.0f;
@@ -37,11 +34,6 @@ std::vector<float> loadWaveResource (int id)
         for (float& sample : samples)
             sample *= scale;
     }
-    return samples;
-}
-
-std::int32_t waveResourceLength (int id)
-{
-    return static_cast<std::int32_t> (platform::findResource ("WAV", id).size () / bytesPerSample);
+    return { std::move (samples), static_cast<std::int32_t> (length) };
 }
 }

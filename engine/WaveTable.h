@@ -1,34 +1,31 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace engine
 {
-// Recorded waveforms: raw signed 16-bit little-endian mono samples, compiled into the library.
-inline constexpr int sawWaveId = 165;
-inline constexpr int pulseWaveId = 166;
-inline constexpr int noiseWaveId = 167;
-
 // Samples of one cycle in the pulse table, whose cycles follow one another with rising duty.
 inline constexpr std::int32_t pulseCycleLength = 732;
 
-// The samples of a wave resource scaled so that the largest magnitude is 1.0, followed by one guard sample
-// that repeats the first, so that a reader may interpolate across the loop end. A missing resource gives
-// the guard alone; a silent one stays silent.
-std::vector<float> loadWaveResource (int id);
-
-// Samples of a wave resource without the guard; 0 when it is missing.
-std::int32_t waveResourceLength (int id);
-
+// A recorded waveform: its samples scaled so that the largest magnitude is 1.0, followed by one guard sample
+// that repeats the first, so that a reader may interpolate across the end.
 struct WaveTable
 {
-    std::vector<float> samples; // length + 1
+    std::vector<float> samples = { 0.0f }; // length + 1
     std::int32_t length = 0;
 };
 
-inline WaveTable loadWaveTable (int id)
+// From signed 16-bit little-endian mono samples. None give the guard alone; silence stays silent.
+WaveTable makeWaveTable (std::span<const std::byte> pcm);
+
+// What the oscillators read.
+struct WaveTables
 {
-    return { loadWaveResource (id), waveResourceLength (id) };
-}
+    WaveTable pulse;
+    WaveTable saw;
+    WaveTable noise;
+};
 }

@@ -1,44 +1,47 @@
-// The command channel: what the panel's menus ask for through parameter indices above the parameters.
-#include "plugin/VstSynth.h"
-#include "resources/ResourceIds.h"
+#include "instrument/Commands.h"
 
-using platform::Answer;
+#include "instrument/Instrument.h"
+
+namespace instrument
+{
+using namespace parameters;
 
 namespace
 {
-constexpr char warning[] = "Warning!";
-
-bool isCommand (float value, MainMenuCommand command)
-{
-    return value == static_cast<float> (command);
-}
+constexpr float forgetFrom = 999.0f;    // values of commandLearn from here on forget a binding
+constexpr float forgetOffset = 1000.0f; // plus the parameter's index
 }
 
-// The confirmations go ahead whatever is pressed; Cancel does not cancel. That is meant. Only a box that the
-// system failed to show stops the command.
-void VstSynth::handleCommand (VstInt32 index, float value)
+// A command goes ahead whatever is pressed, Cancel too: the boxes tell rather than ask, and players who know
+// the instrument press either. Only a box that the system failed to show stops it.
+bool Commands::isConfirmed (const char* question) const
 {
-    const auto answered = [this] (const char* question)
-    { return services.showMessage (question, warning, platform::Buttons::okCancel) != Answer::none; };
+    return instrument.showMessage (question, "Warning!", platform::Buttons::okCancel) !=
+           platform::Answer::none;
+}
 
+void Commands::handleCommand (std::int32_t index, float value)
+{
     if (index == commandLearn)
-    {
-        armOrForget (value);
-        return;
-    }
+        learnOrForget (value);
     if (index != commandMainMenu)
         return;
-    if (isCommand (value, menuSaveControllerPresets) && answered ("Save Actual Values as Defaults?"))
-        saveStoredDefaults ();
-    else if (isCommand (value, menuMidiForget) && answered ("Forget Learned MidiCC?"))
-        forgetAllControllers ();
-    else if (isCommand (value, menuLoadFactoryBank) && answered ("Reload Factory Presets?"))
-    {
-        loadBank (factoryBankId, false, false);
-        setProgram (currentProgram);
-        refreshProgramList ();
-    }
-    else if (isCommand (value, menuSaveDefaultBank) &&
-             answered ("Save Current Presets as User-Default Bank?"))
-        saveUserBank ();
+    const auto chosen = [value] (MainMenuCommand command) { return value == static_cast<float> (command); };
+    if (chosen (menuSaveControllerPresets) && isConfirmed ("Save Actual Values as Defaults?"))
+        instrument.saveStoredDefaults ();
+    else if (chosen (menuMidiForget) && isConfirmed ("Forget Learned MidiCC?"))
+        instrument.forgetAllControllers ();
+    else if (chosen (menuLoadFactoryBank) && isConfirmed ("Reload Factory Presets?"))
+        instrument.reloadFactoryBank ();
+    else if (chosen (menuSaveDefaultBank) && isConfirmed ("Save Current Presets as User-Default Bank?"))
+        instrument.saveUserBank ();
+}
+
+void Commands::learnOrForget (float value)
+{
+    if (value >= forgetFrom)
+        instrument.forgetController (truncateToInt (value - forgetOffset));
+    else
+        instrument.armLearn (truncateToInt (value));
+}
 }

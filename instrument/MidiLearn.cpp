@@ -1,59 +1,33 @@
-// Binding MIDI controllers to parameters. The bindings themselves are the slots' midiController fields.
-#include "plugin/VstSynth.h"
+#include "instrument/MidiLearn.h"
 
-namespace
+namespace instrument
 {
-constexpr float forgetFrom = 999.0f;    // command values from here on forget a binding
-constexpr float forgetOffset = 1000.0f; // plus the parameter's index
+using namespace parameters;
+
+void MidiLearn::arm (std::int32_t index)
+{
+    if (isParameter (index))
+        target = index;
 }
 
-std::uint32_t VstSynth::midiController (VstInt32 index) const
+void MidiLearn::forget (std::int32_t index)
 {
-    return isParameter (index) ? bank.slots[static_cast<std::size_t> (index)].midiController : 0;
+    if (isParameter (index))
+        store.setMidiController (index, 0);
 }
 
-// Numbers that are no parameter are ignored.
-void VstSynth::armOrForget (float value)
+void MidiLearn::forgetAll ()
 {
-    const bool forgets = value >= forgetFrom;
-    const std::int32_t index = truncateToInt (forgets ? value - forgetOffset : value);
-    if (!isParameter (index))
-        return;
-    if (!forgets)
-    {
-        midiLearnTarget = index;
-        return;
-    }
-    bank.slots[static_cast<std::size_t> (index)].midiController = 0;
-    refreshLearnMenus ();
+    for (std::int32_t index = 0; index < parameterCount; ++index)
+        store.setMidiController (index, 0);
 }
 
-void VstSynth::forgetAllControllers ()
+bool MidiLearn::complete (std::uint32_t controller)
 {
-    for (ParameterSlot& slot : bank.slots)
-        slot.midiController = 0;
-    refreshLearnMenus ();
+    const std::int32_t index = target.exchange (-1);
+    if (index == -1)
+        return false;
+    store.setMidiController (index, controller);
+    return true;
 }
-
-void VstSynth::refreshLearnMenus ()
-{
-    if (synthEditor != nullptr)
-        synthEditor->refreshLearnMenus ();
-}
-
-// Audio thread. The message that completes a learn sets the parameter at once. Controller 0 means "none", so
-// learning it unbinds.
-void VstSynth::controllerReceived (std::uint32_t controller, float value)
-{
-    if (const std::int32_t target = midiLearnTarget.exchange (-1); target != -1)
-    {
-        bank.slots[static_cast<std::size_t> (target)].midiController = controller;
-        refreshLearnMenus ();
-    }
-    for (VstInt32 index = 0; index < parameterCount; ++index)
-    {
-        const std::uint32_t bound = midiController (index);
-        if (bound != 0 && bound == controller)
-            setParameter (index, value);
-    }
 }

@@ -1,10 +1,11 @@
 #include "instrument/Services.h"
 
-#include "editor/EditorFactory.h"
 #include "platform/LibraryPath.h"
 
+namespace instrument
+{
 Services systemServices ()
 {
-    return { platform::makeSettingsStore (), platform::showMessage, platform::ownLibraryPath,
-             editor::createEditor };
+    return { platform::makeSettingsStore (), platform::showMessage, platform::ownLibraryPath };
+}
 }

@@ -1,18 +1,21 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 
-#include "instrument/SynthEditor.h"
 #include "platform/MessageBox.h"
 #include "platform/SettingsStore.h"
 
-// What the synth needs from its surroundings. The library uses systemServices(); tests bring their own.
+namespace instrument
+{
+// What the instrument needs of the system around it; tests and tools bring their own. User-interface thread.
 struct Services
 {
     std::unique_ptr<platform::SettingsStore> settings; // never null
     platform::Answer (*showMessage) (const char* text, const char* title, platform::Buttons buttons);
     std::filesystem::path (*libraryPath) ();
-    EditorFactory createEditor; // null: the instrument has no editor
 };
 
+// The system's own.
 Services systemServices ();
+}

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace parameters
 {
@@ -23,25 +22,5 @@ float storableValue (std::int32_t index, float value, bool unclamped)
     if (!isParameter (index) || unclamped)
         return value;
     return std::clamp (value, 0.0f, 1.0f);
-}
-
-std::int32_t truncateToInt (float value)
-{
-    using Limits = std::numeric_limits<std::int32_t>;
-    if (std::isnan (value))
-        return 0;
-    if (value >= 2147483648.0f) // 2^31, the first float above the range
-        return Limits::max ();
-    if (value < -2147483648.0f)
-        return Limits::min ();
-    return static_cast<std::int32_t> (value);
-}
-
-const SyncDivision* syncDivisionFor (float lfoRate)
-{
-    const std::int32_t k = positionOf (lfoRate, syncDivisionSteps);
-    if (k < 0 || k >= static_cast<std::int32_t> (syncDivisions.size ()))
-        return nullptr;
-    return &syncDivisions[static_cast<std::size_t> (k)];
 }
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 
 namespace parameters
 {
@@ -159,42 +160,19 @@ float storableValue (std::int32_t index, float value, bool unclamped);
 
 // value x positions, truncated towards zero: how switch-like parameters are decoded. Saturates at the
 // ends of the integer range; NaN gives 0.
-std::int32_t truncateToInt (float value);
-inline std::int32_t positionOf (float value, float positions)
+constexpr std::int32_t truncateToInt (float value)
+{
+    using Limits = std::numeric_limits<std::int32_t>;
+    if (value != value)
+        return 0;
+    if (value >= 2147483648.0f) // 2^31, the first float above the range
+        return Limits::max ();
+    if (value < -2147483648.0f)
+        return Limits::min ();
+    return static_cast<std::int32_t> (value);
+}
+constexpr std::int32_t positionOf (float value, float positions)
 {
     return truncateToInt (value * positions);
 }
-
-// One position of the tempo-synced LFO rate.
-struct SyncDivision
-{
-    float divisor;     // tempo / divisor = cycles per second: 60 x the cycle's length in quarter notes
-    const char* label; // what the panel shows
-};
-
-// The divisions by LfoRate x 17, truncated.
-inline constexpr float syncDivisionSteps = 17.0f;
-inline constexpr std::array<SyncDivision, 18> syncDivisions = { {
-    { 1920.0f, "32/4" },
-    { 960.0f, "16/4" },
-    { 480.0f, "8/4" },
-    { 420.0f, "7/4" },
-    { 360.0f, "6/4" },
-    { 300.0f, "5/4" },
-    { 240.0f, "4/4" },
-    { 210.0f, "7/8" },
-    { 180.0f, "3/4" },
-    { 120.0f, "2/4" },
-    { 60.0f, "1/4" },
-    { 30.0f, "1/8" },
-    { 24.0f, "1/10" },
-    { 20.0f, "1/12" },
-    { 15.0f, "1/16" },
-    { 10.0f, "1/24" },
-    { 7.5f, "1/32" },
-    { 20.0f / 3.0f, "1/36" },
-} };
-
-// The division for an LfoRate value, or null for values that name none.
-const SyncDivision* syncDivisionFor (float lfoRate);
 }

@@ -1,19 +1,15 @@
 #include "plugin/VstSynth.h"
 
+#include <array>
 #include <charconv>
-#include <cmath>
 #include <cstdio>
-#include <cstring>
-
-#include "resources/ResourceIds.h"
+#include <string_view>
 
 namespace
 {
 constexpr char productName[] = "Brimvale";
 constexpr char vendorName[] = "corvanex.com";
 constexpr VstInt32 uniqueId = fourCharacterCode ('Q', 'n', 'r', 'k');
-constexpr float lowestSampleRate = 1000.0f; // Hz
-constexpr float highestSampleRate = 1000000.0f;
 
 // The host's message for a turn of the mouse wheel.
 constexpr VstInt32 wheelIndex = fourCharacterCode ('s', 't', 'C', 'A');
@@ -21,6 +17,8 @@ constexpr VstIntPtr wheelValue = fourCharacterCode ('W', 'h', 'e', 'e');
 
 // tempo, musical position and bar position
 constexpr VstInt32 timeFlags = kVstPpqPosValid | kVstTempoValid | kVstBarsValid;
+
+constexpr std::size_t longestProgramName = instrument::ProgramRecord::nameBytes;
 
 // Copies a text and its terminator; the host's buffer holds `longest` characters and one byte more.
 void copyTo (char* buffer, std::string_view text, std::size_t longest)
@@ -30,19 +28,35 @@ void copyTo (char* buffer, std::string_view text, std::size_t longest)
 }
 }
 
-VstSynth::VstSynth (AudioMasterCallback host, Services surroundings)
-    : AudioEffectX (host, programCount, parameterCount),
-      services (std::move (surroundings)),
-      engine (*this)
+const engine::EventList* VstSynth::HostEvents::show (const VstEvents* hostList)
 {
-    resetToInitialValues (bank);
+    list = hostList;
+    return list != nullptr && list->numEvents > 0 ? this : nullptr;
+}
+
+engine::Event VstSynth::HostEvents::at (std::int32_t n) const
+{
+    engine::Event event;
+    const VstEvent* found = list->events[n];
+    if (found == nullptr)
+        return event;
+    event.offset = found->deltaFrames;
+    if (found->type != kVstMidiType)
+        return event;
+    const auto& midi = *reinterpret_cast<const VstMidiEvent*> (found);
+    event.kind = engine::Event::Kind::midi;
+    event.status = static_cast<std::uint8_t> (midi.midiData[0]);
+    event.data1 = static_cast<std::uint8_t> (midi.midiData[1]);
+    event.data2 = static_cast<std::uint8_t> (midi.midiData[2]);
+    return event;
+}
+
+VstSynth::VstSynth (AudioMasterCallback host, instrument::Services surroundings, EditorFactory makeEditor)
+    : AudioEffectX (host, instrument::programCount, parameters::parameterCount),
+      core (std::move (surroundings), *this),
+      editorIsWanted (makeEditor != nullptr)
+{
     programsAreChunks (true);
-
-    // Parameter traffic is still held off here, so of the stored settings the bindings arrive and the default
-    // values do not. That is meant: a new instance sounds as its bank says.
-    readStoredDefaults ();
-    loadBank (factoryBankId, true, false);
-
     if (host != nullptr)
     {
         setNumInputs (0);
@@ -53,26 +67,15 @@ VstSynth::VstSynth (AudioMasterCallback host, Services surroundings)
         hasClip (false);
         setUniqueID (uniqueId);
     }
-    if (services.createEditor != nullptr)
-    {
-        synthEditor = services.createEditor (*this);
-        setEditor (synthEditor != nullptr ? &synthEditor->asAEffEditor () : nullptr);
-    }
-    engine.initialise ();
-    initialising = false;
-    setProgram (0);
-}
-
-void VstSynth::resume ()
-{
-    if (!initialising)
-        wantEvents (1);
+    if (makeEditor != nullptr)
+        ownEditor = makeEditor (*this);
+    setEditor (ownEditor.get ());
 }
 
 void VstSynth::setSampleRate (float hz)
 {
-    if (hz >= lowestSampleRate && hz <= highestSampleRate)
-        AudioEffectX::setSampleRate (hz);
+    AudioEffectX::setSampleRate (hz);
+    core.setSampleRate (hz);
 }
 
 // Older hosts call the accumulating entry; it overwrites just as the replacing one does.
@@ -83,54 +86,22 @@ void VstSynth::process (float** inputs, float** outputs, VstInt32 frames)
 
 void VstSynth::processReplacing (float** /*inputs*/, float** outputs, VstInt32 frames)
 {
-    engine.renderBlock (outputs, frames);
+    const bool hasOutputs = outputs != nullptr;
+    core.render (hasOutputs ? outputs[0] : nullptr, hasOutputs ? outputs[1] : nullptr, frames);
 }
 
 VstInt32 VstSynth::processEvents (VstEvents* events)
 {
-    if (!initialising)
-        engine.processEvents (events);
+    core.processEvents (hostEvents.show (events));
     return 1;
 }
 
-void VstSynth::setParameter (VstInt32 index, float value)
+std::optional<engine::Transport> VstSynth::transport ()
 {
-    if (initialising || std::isnan (value))
-        return;
-    handleCommand (index, value);
-    engine.parameterChanging (index, value);
-    value = store (index, value);
-    const float usable = isParameter (index) ? usableValue (index, value) : value;
-    if (engine.parameterChanged (index, usable) && synthEditor != nullptr)
-        synthEditor->setParameter (index, usable);
-}
-
-float VstSynth::store (VstInt32 index, float value)
-{
-    if (!isParameter (index))
-        return value;
-    ParameterSlot& slot = bank.slots[static_cast<std::size_t> (index)];
-    value = storableValue (index, value, slot.unclamped != 0);
-    (slot.perProgram != 0 ? program ().values[static_cast<std::size_t> (index)] : slot.value) = value;
-    return value;
-}
-
-float VstSynth::storedValue (VstInt32 index) const
-{
-    const auto i = static_cast<std::size_t> (index);
-    const ParameterSlot& slot = bank.slots[i];
-    return slot.perProgram != 0 ? bank.programs[static_cast<std::size_t> (currentProgram)].values[i]
-                                : slot.value;
-}
-
-float VstSynth::getParameter (VstInt32 index)
-{
-    return isParameter (index) ? storedValue (index) : 0.0f;
-}
-
-float VstSynth::parameterValue (VstInt32 index) const
-{
-    return usableValue (index, storedValue (index));
+    const VstTimeInfo* time = getTimeInfo (timeFlags);
+    if (time == nullptr)
+        return std::nullopt;
+    return engine::Transport{ time->samplePos, time->tempo, time->ppqPos };
 }
 
 void VstSynth::getParameterLabel (VstInt32 /*index*/, char* text)
@@ -142,7 +113,7 @@ void VstSynth::getParameterDisplay (VstInt32 index, char* text)
 {
     constexpr std::size_t longest = 23; // as the names, more than the interface's 8; every host holds them
     constexpr int decimals = 3;
-    if (!isParameter (index))
+    if (!parameters::isParameter (index))
     {
         *text = 0;
         return;
@@ -154,101 +125,43 @@ void VstSynth::getParameterDisplay (VstInt32 index, char* text)
     copyTo (text, { digits.data (), static_cast<std::size_t> (end.ptr - digits.data ()) }, longest);
 }
 
-// The whole name, blanks included. The names are longer than the interface's 8 characters on purpose.
+// The whole name, blanks included. The names are longer than the interface's 8 characters, which every host
+// holds and songs with automation know.
 void VstSynth::getParameterName (VstInt32 index, char* text)
 {
-    if (isParameter (index))
-        copyTo (text, bank.slots[static_cast<std::size_t> (index)].nameView (), ParameterSlot::nameBytes - 1);
-    else
-        *text = 0;
-}
-
-void VstSynth::setProgram (VstInt32 newProgram)
-{
-    if (newProgram < 0 || newProgram >= programCount)
-        return;
-    currentProgram = newProgram;
-    for (VstInt32 index = 0; index < parameterCount; ++index)
-        setParameter (index, parameterValue (index));
-    if (synthEditor != nullptr)
-        synthEditor->markCurrentProgram ();
+    copyTo (text, core.parameterName (index), instrument::ParameterSlot::nameBytes - 1);
 }
 
 void VstSynth::setProgramName (const char* name)
 {
-    program ().setName (name);
+    core.setProgramName (name);
 }
 
 void VstSynth::getProgramName (char* text)
 {
-    copyTo (text, program ().nameView (), ProgramRecord::nameBytes);
-}
-
-std::string_view VstSynth::programName (VstInt32 index) const
-{
-    return bank.programs[static_cast<std::size_t> (index)].nameView ();
+    copyTo (text, core.programName (core.getProgram ()), longestProgramName);
 }
 
 bool VstSynth::getProgramNameIndexed (VstInt32 /*category*/, VstInt32 index, char* text)
 {
-    if (index < 0 || index >= programCount)
+    if (index < 0 || index >= instrument::programCount)
         return false;
-    copyTo (text, programName (index), ProgramRecord::nameBytes);
-    return true;
-}
-
-bool VstSynth::copyProgram (VstInt32 destination)
-{
-    if (destination < 0 || destination >= programCount)
-        return false;
-    bank.programs[static_cast<std::size_t> (destination)] = program ();
+    copyTo (text, core.programName (index), longestProgramName);
     return true;
 }
 
 VstInt32 VstSynth::getChunk (void** data, bool isPreset)
 {
-    if (isPreset)
-    {
-        *data = &program ();
-        return sizeof (ProgramRecord);
-    }
-    *data = &bank;
-    return sizeof (BankImage);
+    const std::span<const std::byte> chunk = core.getChunk (isPreset);
+    *data = const_cast<std::byte*> (chunk.data ()); // the interface knows no const; hosts copy
+    return static_cast<VstInt32> (chunk.size ());
 }
 
-// A block that is too short overwrites its own length and nothing else. That is meant; so is the answer 1
-// after an error.
+// 1 also after an error: hosts that heard 0 would report the whole song as damaged.
 VstInt32 VstSynth::setChunk (const void* data, VstIntPtr byteSize, bool isPreset)
 {
-    const std::size_t most = isPreset ? sizeof (ProgramRecord) : sizeof (BankImage);
-    if (byteSize < 0 || static_cast<std::size_t> (byteSize) > most)
-    {
-        showError (isPreset ? "Can't load preset, wrong file size!" : "Can't load bank, wrong file size!");
-    }
-    else
-    {
-        std::memmove (isPreset ? static_cast<void*> (&program ()) : &bank, data,
-                      static_cast<std::size_t> (byteSize));
-        setProgram (currentProgram);
-        refreshProgramList ();
-    }
-    refreshLearnMenus ();
+    core.setChunk (data, byteSize, isPreset);
     return 1;
-}
-
-void VstSynth::refreshProgramList ()
-{
-    if (synthEditor == nullptr)
-        return;
-    for (VstInt32 index = 0; index < programCount; ++index)
-    {
-        char entry[64];
-        const std::string_view name = programName (index);
-        std::snprintf (entry, sizeof entry, "%03d %.*s", static_cast<int> (index) + 1,
-                       static_cast<int> (name.size ()), name.data ());
-        synthEditor->setProgramEntry (index, entry);
-    }
-    synthEditor->markCurrentProgram ();
 }
 
 bool VstSynth::getOutputProperties (VstInt32 index, VstPinProperties* properties)
@@ -289,25 +202,4 @@ VstInt32 VstSynth::canDo (const char* text)
 {
     const std::string_view question = text;
     return question == "receiveVstEvents" || question == "receiveVstMidiEvent" ? 1 : -1;
-}
-
-void VstSynth::refreshVoiceFilters ()
-{
-    engine.refreshVoiceFilters ();
-}
-
-VstTimeInfo* VstSynth::timeInfo ()
-{
-    return getTimeInfo (timeFlags);
-}
-
-void VstSynth::notifyEditor (std::int32_t index, float value)
-{
-    if (synthEditor != nullptr)
-        synthEditor->setParameter (index, value);
-}
-
-void VstSynth::showError (const char* text) const
-{
-    services.showMessage (text, "Error!", platform::Buttons::ok);
 }

@@ -2,15 +2,15 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
 #include <span>
+
+#include "parameters/KnobLaws.h"
 
 namespace bank
 {
 namespace
 {
-// The inverses of the engine's knob laws; each takes the written number and answers the position.
-
+// From the number that is written to the knob's position.
 double asWritten (double value)
 {
     return value;
@@ -21,70 +21,27 @@ double fromPercent (double percent)
 }
 double fromBipolarPercent (double percent)
 {
-    return 0.5 + percent / 200.0;
+    return knobOfBipolarAmount (percent / 100.0);
 }
 double fromOctaves (double octaves)
 {
-    return (octaves + 2.0) / 4.0;
+    return static_cast<double> (knobOfOctaves (static_cast<float> (octaves)));
 }
-
-// sustain level = v^2
 double fromSustainPercent (double percent)
 {
-    return std::sqrt (percent / 100.0);
-}
-
-// time = (v^2 + foot)^2 * 10 s; the foot keeps the amplitude envelope from clicking
-double fromFootedSeconds (double seconds, double foot)
-{
-    return std::sqrt (std::max (0.0, std::sqrt (seconds / 10.0) - foot));
+    return knobOfSustainLevel (percent / 100.0);
 }
 double fromAttackSeconds (double seconds)
 {
-    return fromFootedSeconds (seconds, 0.009);
+    return knobOfEnvelopeSeconds (seconds, attackFoot);
 }
 double fromDecaySeconds (double seconds)
 {
-    return fromFootedSeconds (seconds, 0.006);
+    return knobOfEnvelopeSeconds (seconds, decayFoot);
 }
 double fromFilterSeconds (double seconds)
 {
-    return fromFootedSeconds (seconds, 0.0);
-}
-
-// glide time = v^2 s
-double fromGlideSeconds (double seconds)
-{
-    return std::sqrt (seconds);
-}
-
-// cutoff = v^2 * 6460 Hz + 100 Hz
-double fromCutoffHz (double hz)
-{
-    return std::sqrt ((hz - 100.0) / 6460.0);
-}
-
-// rate = (599 v^3 + 1) / 6 Hz
-double fromLfoHz (double hz)
-{
-    return std::cbrt ((6.0 * hz - 1.0) / 599.0);
-}
-
-double ratioAbove (double cents)
-{
-    return std::exp2 (cents / 1200.0) - 1.0;
-}
-
-// frequency ratio = 1 + v^3 / 1.027, the saw's tuning correction being in the way
-double fromDetuneCents (double cents)
-{
-    return std::cbrt (ratioAbove (cents) * 1.027);
-}
-
-// frequency ratio = 1 + 2 v^3 / 16.3516 at the top of the swing
-double fromVibratoCents (double cents)
-{
-    return std::cbrt (ratioAbove (cents) * 16.3516 / 2.0);
+    return knobOfEnvelopeSeconds (seconds, 0.0);
 }
 
 struct Choice
@@ -128,7 +85,7 @@ constexpr Writing writings[] = {
     { paramOsc1Range, Unit::octaves, fromOctaves },
     { paramOsc2Vol, Unit::percent, fromPercent },
     { paramOsc2Wave, Unit::none, asWritten, waves },
-    { paramOsc2Fine, Unit::cents, fromDetuneCents },
+    { paramOsc2Fine, Unit::cents, knobOfFineCents },
     { paramOsc2Range, Unit::octaves, fromOctaves },
     { paramNoise, Unit::percent, fromPercent },
     { param1Attack, Unit::seconds, fromAttackSeconds },
@@ -138,14 +95,14 @@ constexpr Writing writings[] = {
     { param2Decay, Unit::seconds, fromFilterSeconds },
     { param2Delay, Unit::seconds, asWritten },
     { param2ToFilter, Unit::percent, fromBipolarPercent },
-    { paramFilterFreq, Unit::hertz, fromCutoffHz },
+    { paramFilterFreq, Unit::hertz, knobOfCutoffHz },
     { paramFilterRez, Unit::percent, fromPercent },
     { paramFilterType, Unit::none, asWritten, filterTypes },
-    { paramLfoRate, Unit::hertz, fromLfoHz },
+    { paramLfoRate, Unit::hertz, knobOfLfoHz },
     { paramLfoWave, Unit::none, asWritten, lfoWaves },
-    { paramLfoPitch, Unit::cents, fromVibratoCents },
+    { paramLfoPitch, Unit::cents, knobOfVibratoCents },
     { paramLfoFilter, Unit::percent, fromBipolarPercent },
-    { paramGlideMono, Unit::seconds, fromGlideSeconds },
+    { paramGlideMono, Unit::seconds, knobOfGlideSeconds },
     { paramVelocityAmp, Unit::percent, fromPercent },
     { paramVelocityFilter, Unit::percent, fromPercent },
     { paramSmothFilt, Unit::none, asWritten, switches },
@@ -172,10 +129,11 @@ std::string_view withoutBlanks (std::string_view name)
 // The middle of the knob's travel that a division covers; the last one is only at the very end.
 std::optional<float> divisionPosition (std::string_view label)
 {
-    const auto row = std::ranges::find (syncDivisions, label, &SyncDivision::label);
-    if (row == syncDivisions.end ())
+    const auto row = std::ranges::find (
+        syncDivisions, label, [] (const SyncDivision& row) { return std::string_view (row.label); });
+    if (row == std::end (syncDivisions))
         return std::nullopt;
-    const float middle = static_cast<float> (row - syncDivisions.begin ()) + 0.5f;
+    const float middle = static_cast<float> (row - std::begin (syncDivisions)) + 0.5f;
     return std::min (middle / syncDivisionSteps, 1.0f);
 }
 }

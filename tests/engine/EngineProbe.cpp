@@ -5,25 +5,23 @@ namespace engine
 
 void EngineProbe::applyEvents (Engine& engine, int n)
 {
-    if (engine.blockEvents == nullptr || engine.nextEventIndex == -1)
-        return;
-    while (engine.nextEventIndex < engine.blockEvents->numEvents)
+    EventIntake& intake = engine.intake;
+    while (intake.events != nullptr && intake.next < intake.events->size ())
     {
-        const VstEvent& event = *engine.blockEvents->events[engine.nextEventIndex];
-        if (event.deltaFrames != 0 && event.deltaFrames != n)
+        const Event event = intake.events->at (intake.next);
+        if (event.offset != 0 && event.offset != n)
             return;
-        const bool isMidi = event.type == kVstMidiType;
-        if (isMidi)
-            engine.applyMidiEvent ();
-        engine.nextEventIndex += isMidi ? 1 : 2;
+        intake.next += event.kind == Event::Kind::foreign ? 2 : 1;
+        if (event.kind != Event::Kind::foreign)
+            engine.apply (event);
     }
 }
 
 float EngineProbe::renderVoice (Engine& engine, Voice& voice, float lfoValue)
 {
-    const Engine::BlockParameters& block = engine.block;
+    const Renderer::BlockParameters& block = engine.renderer.block;
     const float first = voice.osc1.tickFull ();
-    const float second = engine.voiceCount <= 1 ? voice.osc2.tickFull () : voice.osc2.tick ();
+    const float second = engine.voices.count () == 1 ? voice.osc2.tickFull () : voice.osc2.tick ();
     float mix = first * block.osc1Level + second * block.osc2Level;
     if (block.noiseLevel > 0.0f)
         mix += voice.noise.tick () * block.noiseLevel;
@@ -60,17 +58,17 @@ float EngineProbe::renderVoice (Engine& engine, Voice& voice, float lfoValue)
 
 void EngineProbe::renderSampleBySample (Engine& engine, float* left, float* right, int frames)
 {
-    if (!engine.asleep)
+    if (!engine.renderer.asleep)
         engine.beginBlock ();
     for (int n = 1; n <= frames; ++n)
     {
         float mix = 0.0f;
         applyEvents (engine, n);
-        if (!engine.asleep)
+        if (!engine.renderer.asleep)
         {
             bool anyVoiceSounding = false;
             const float lfoValue = engine.lfo.tick ();
-            for (int v = 0; v < engine.voiceCount; ++v)
+            for (int v = 0; v < engine.voices.count (); ++v)
             {
                 if (voice (engine, v).ampEnv.state () == Envelope::State::idle)
                     continue;
@@ -79,18 +77,17 @@ void EngineProbe::renderSampleBySample (Engine& engine, float* left, float* righ
             }
             if (anyVoiceSounding)
             {
-                mix *= engine.block.outputGain;
+                mix *= engine.renderer.block.outputGain;
             }
-            else if (++engine.silenceCounter > static_cast<float> (engine.sampleRate * 4.0))
+            else if (++engine.renderer.silenceCounter > static_cast<float> (engine.sampleRate * 4.0))
             {
-                engine.silenceCounter = 0.0f;
-                engine.asleep = true;
+                engine.renderer.silenceCounter = 0.0f;
+                engine.renderer.asleep = true;
             }
         }
         left[n - 1] = mix;
         right[n - 1] = mix;
     }
-    engine.nextEventIndex = -1;
-    engine.blockEvents = nullptr;
+    engine.intake.clear ();
 }
 }

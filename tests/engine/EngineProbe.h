@@ -4,16 +4,12 @@
 
 namespace engine
 {
-
 // The engine's inside, for tests.
 class EngineProbe
 {
 public:
-    static Voice& voice (Engine& engine, int v) { return engine.voices[static_cast<std::size_t> (v)]; }
+    static Voice& voice (Engine& engine, int v) { return engine.voices[v]; }
     static Lfo& lfo (Engine& engine) { return engine.lfo; }
-    static bool transportStopped (const Engine& engine) { return engine.transportStopped; }
-    static float syncDivision (const Engine& engine) { return engine.syncDivision; }
-    static float volTypeGain (const Engine& engine) { return engine.volTypeGain; }
 
     // What renderBlock has to do, told sample by sample with the plainest means: one voice after another,
     // every object ticked once per sample. Slow, and the judge of the renderer.

@@ -9,7 +9,6 @@
 #include "tests/engine/TestEngine.h"
 
 using namespace engine;
-using namespace instrument;
 using namespace parameters;
 
 namespace
@@ -29,6 +28,12 @@ public:
         literal.set (index, value);
     }
 
+    void playKeyboard (float value)
+    {
+        fast.engine.playKeyboard (value);
+        literal.engine.playKeyboard (value);
+    }
+
     void load (const TestEngine::Program& program)
     {
         fast.load (program);
@@ -41,43 +46,43 @@ public:
     // A value that a knob may take, often one of its ends or a position of a switch.
     float knob () { return below (3) == 0 ? static_cast<float> (below (5)) / 4.0f : unit (); }
 
-    TimedMidi event (int offset)
+    Event event (int offset)
     {
-        const auto data = [this] { return static_cast<unsigned char> (below (128)); };
-        const auto note = [this] { return static_cast<unsigned char> (30 + below (50)); };
+        const auto data = [this] { return below (128); };
+        const auto note = [this] { return 30 + below (50); };
         switch (below (16))
         {
         case 0:
-            return { offset, 0xE0, data (), data () };
+            return midi (offset, 0xE0, data (), data ());
         case 1:
-            return { offset, 0xC0, data (), 0 };
+            return midi (offset, 0xC0, data (), 0);
         case 2:
-            return { offset, 0xB0, 11, data () };
+            return midi (offset, 0xB0, 11, data ());
         case 3:
-            return { offset, 0xB0, static_cast<unsigned char> (below (4) == 0 ? 123 : 1), data () };
+            return midi (offset, 0xB0, below (4) == 0 ? 123 : 1, data ());
         case 4:
-            return { offset, 0xF0, 0, 0, kVstSysExType };
+            return { offset };
         case 5:
-            return { offset, 0x90, static_cast<unsigned char> (below (4)), data () };
+            return midi (offset, 0x90, below (4), data ());
         case 6:
         case 7:
         case 8:
         case 9:
         case 10:
-            return { offset, 0x80, note (), 0 };
+            return midi (offset, 0x80, note (), 0);
         default:
-            return { offset, 0x93, note (), data () };
+            return midi (offset, 0x93, note (), data ());
         }
     }
 
-    std::vector<TimedMidi> events (int frames, int count)
+    std::vector<Event> events (int frames, int count)
     {
         std::vector<int> offsets;
         for (int n = 0; n < count; ++n)
             offsets.push_back (below (frames + 4) - 2); // some outside the block
         if (below (20) != 0)
             std::sort (offsets.begin (), offsets.end ());
-        std::vector<TimedMidi> list;
+        std::vector<Event> list;
         for (const int offset : offsets)
             list.push_back (event (offset));
         return list;
@@ -87,22 +92,23 @@ public:
     {
         for (TestEngine* side : { &fast, &literal })
         {
-            side->time.samplePos += frames;
-            side->time.ppqPos += frames * side->time.tempo / 60.0 / static_cast<double> (side->rate);
+            side->time.samplePosition += frames;
+            side->time.quarterPosition += frames * side->time.tempo / 60.0 / static_cast<double> (side->rate);
         }
     }
 
     // One block on both sides; the first sample that differs, or -1.
-    int differsAt (int frames, const std::vector<TimedMidi>& midi)
+    int differsAt (int frames, const std::vector<Event>& events)
     {
-        const std::vector<float> run = fast.block (frames, midi);
-        EventList list (midi);
-        literal.engine.processEvents (list.get ());
+        const std::vector<float> run = fast.block (frames, events);
+        const EventSpan list (events);
+        literal.engine.processEvents (&list);
         std::vector<float> left (run.size ());
         std::vector<float> right (run.size ());
         EngineProbe::renderSampleBySample (literal.engine, left.data (), right.data (), frames);
         const auto difference = std::mismatch (run.begin (), run.end (), left.begin ());
-        heard = std::max (heard, peakOf (run));
+        for (const float sample : run)
+            heard = std::max (heard, std::abs (sample));
         return difference.first == run.end () ? -1 : static_cast<int> (difference.first - run.begin ());
     }
 
@@ -135,11 +141,11 @@ TEST_P (JudgeTest, RunsEqualTheLoopSampleBySample)
         for (int change = duel.below (4) == 0 ? duel.below (10) : 0; change > 0; --change)
             duel.set (duel.below (parameterCount), duel.knob ());
         if (duel.below (30) == 0)
-            duel.set (commandKeyboard, duel.unit ());
+            duel.playKeyboard (duel.unit ());
         if (duel.below (40) == 0)
             duel.fast.rate = duel.literal.rate = rates[duel.below (6)];
-        const std::vector<TimedMidi> midi = duel.events (frames, duel.below (7));
-        ASSERT_EQ (duel.differsAt (frames, midi), -1) << "block " << block << " of " << frames << " frames";
+        const std::vector<Event> events = duel.events (frames, duel.below (7));
+        ASSERT_EQ (duel.differsAt (frames, events), -1) << "block " << block << " of " << frames << " frames";
         if (duel.below (4) != 0)
             duel.advanceTransport (frames);
     }
@@ -154,11 +160,11 @@ TEST (JudgeTest, EveryFactoryProgramEqualsTheLoop)
     for (std::size_t program = 0; program < duel.fast.programs.size (); ++program)
     {
         duel.load (duel.fast.programs[program]);
-        const std::vector<TimedMidi> midi = { { 1, 0x90, 48, 100 },   { 30, 0x90, 55, 70 },
-                                              { 99, 0x90, 60, 120 },  { 700, 0x80, 48, 0 },
-                                              { 901, 0xE0, 0, 80 },   { 1200, 0x90, 64, 90 },
-                                              { 1500, 0xB0, 123, 0 }, { 1900, 0x90, 36, 127 } };
-        ASSERT_EQ (duel.differsAt (2500, midi), -1) << "program " << program;
+        const std::vector<Event> events = { midi (1, 0x90, 48, 100),   midi (30, 0x90, 55, 70),
+                                            midi (99, 0x90, 60, 120),  midi (700, 0x80, 48, 0),
+                                            midi (901, 0xE0, 0, 80),   midi (1200, 0x90, 64, 90),
+                                            midi (1500, 0xB0, 123, 0), midi (1900, 0x90, 36, 127) };
+        ASSERT_EQ (duel.differsAt (2500, events), -1) << "program " << program;
     }
 }
 
@@ -167,11 +173,11 @@ TEST (JudgeTest, SleepEqualsTheLoop)
 {
     Duel duel (7, 8000.0f);
     duel.load (plainProgram ());
-    ASSERT_EQ (duel.differsAt (400, { { 5, 0x90, 60, 100 }, { 60, 0x80, 60, 0 } }), -1);
+    ASSERT_EQ (duel.differsAt (400, { midi (5, 0x90, 60, 100), midi (60, 0x80, 60, 0) }), -1);
     for (int block = 0; block < 40; ++block)
         ASSERT_EQ (duel.differsAt (997, {}), -1);
     EXPECT_TRUE (duel.fast.engine.isAsleep ());
     EXPECT_TRUE (duel.literal.engine.isAsleep ());
-    ASSERT_EQ (duel.differsAt (400, { { 200, 0x90, 60, 100 } }), -1);
+    ASSERT_EQ (duel.differsAt (400, { midi (200, 0x90, 60, 100) }), -1);
     EXPECT_FALSE (duel.fast.engine.isAsleep ());
 }

@@ -8,7 +8,6 @@
 #include "tests/engine/TestEngine.h"
 
 using namespace engine;
-using namespace instrument;
 using namespace parameters;
 
 namespace

@@ -1,52 +1,72 @@
 #include "tests/engine/TestEngine.h"
 
 #include <cstring>
-
-#include "instrument/Bank.h"
-#include "platform/Resources.h"
-#include "resources/ResourceIds.h"
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
 
 using namespace engine;
-using namespace instrument;
 using namespace parameters;
 
-TestEngine::TestEngine () : TestEngine (44100.0f) {}
-
-TestEngine::TestEngine (float sampleRate) : rate (sampleRate)
+namespace
 {
+std::vector<std::byte> bytesOf (const std::string& file)
+{
+    std::ifstream stream (std::string (SOURCE_FOLDER) + "/resources/" + file, std::ios::binary);
+    const std::vector<char> read{ std::istreambuf_iterator<char> (stream),
+                                  std::istreambuf_iterator<char> () };
+    if (read.empty ())
+        throw std::runtime_error ("no resource " + file);
+    const auto* bytes = reinterpret_cast<const std::byte*> (read.data ());
+    return { bytes, bytes + read.size () };
+}
+
+std::uint64_t unclampedInTable ()
+{
+    std::uint64_t flags = 0;
     for (const ParamRow& row : paramTable)
-        values[static_cast<std::size_t> (row.index)] = row.initial;
-    engine.initialise ();
-    load (Program (values));
+        flags |= std::uint64_t{ row.unclamped } << row.index;
+    return flags;
+}
+}
+
+const WaveTables& recordedWaves ()
+{
+    static const WaveTables tables = { makeWaveTable (bytesOf ("waves/pulse.pcm")),
+                                       makeWaveTable (bytesOf ("waves/saw.pcm")),
+                                       makeWaveTable (bytesOf ("waves/noise.pcm")) };
+    return tables;
+}
+
+TestEngine::TestEngine (float rateHz) : rate (rateHz), engine (recordedWaves (), *this)
+{
+    load (initialProgram ());
 }
 
 void TestEngine::set (int index, float value)
 {
-    engine.parameterChanging (index, value);
-    if (isParameter (index))
-    {
-        const bool unclamped = paramTable[static_cast<std::size_t> (index)].unclamped;
-        value = usableValue (index, storableValue (index, value, unclamped));
-        values[static_cast<std::size_t> (index)] = value;
-    }
-    engine.parameterChanged (index, value);
+    engine.parameterChange (index, value, paramTable[static_cast<std::size_t> (index)].unclamped);
 }
 
 void TestEngine::load (const Program& program)
 {
-    for (int index = 0; index < parameterCount; ++index)
-        set (index, program[static_cast<std::size_t> (index)]);
+    engine.selectProgram (program, unclampedInTable ());
 }
 
-std::vector<float> TestEngine::block (int frames, const std::vector<TimedMidi>& midi)
+std::vector<float> TestEngine::block (int frames, const std::vector<Event>& events)
 {
     std::vector<float> left (static_cast<std::size_t> (frames), 99.0f);
     std::vector<float> right (left);
-    EventList list (midi);
-    engine.processEvents (list.get ());
-    float* outputs[] = { left.data (), right.data () };
-    engine.renderBlock (outputs, frames);
+    const EventSpan list (events);
+    engine.processEvents (&list);
+    engine.renderBlock (left.data (), right.data (), frames);
     return left;
+}
+
+std::optional<Transport> TestEngine::transport ()
+{
+    return hasTime ? std::optional (time) : std::nullopt;
 }
 
 void TestEngine::programChange (int program)
@@ -68,11 +88,28 @@ void TestEngine::controllerReceived (std::uint32_t controller, float value)
     controllers.emplace_back (controller, value);
 }
 
-TestEngine::Program plainProgram ()
+Event midi (int offset, int status, int data1, int data2)
+{
+    Event event;
+    event.offset = offset;
+    event.kind = Event::Kind::midi;
+    event.status = static_cast<std::uint8_t> (status);
+    event.data1 = static_cast<std::uint8_t> (data1);
+    event.data2 = static_cast<std::uint8_t> (data2);
+    return event;
+}
+
+TestEngine::Program initialProgram ()
 {
     TestEngine::Program program;
     for (const ParamRow& row : paramTable)
         program[static_cast<std::size_t> (row.index)] = row.initial;
+    return program;
+}
+
+TestEngine::Program plainProgram ()
+{
+    TestEngine::Program program = initialProgram ();
     program[paramOsc1Wave] = 0.5f;
     program[paramOsc2Wave] = 0.0f;
     program[paramVelocityAmp] = 0.0f;
@@ -83,13 +120,11 @@ TestEngine::Program plainProgram ()
 
 std::vector<TestEngine::Program> factoryPrograms ()
 {
-    const std::span<const std::byte> records = platform::findResource ("Bank", factoryBankId);
-    std::vector<TestEngine::Program> programs;
-    for (std::size_t at = 0; at + sizeof (ProgramRecord) <= records.size (); at += sizeof (ProgramRecord))
-    {
-        ProgramRecord record;
-        std::memcpy (&record, records.data () + at, sizeof record);
-        programs.push_back (record.values);
-    }
+    constexpr std::size_t nameBytes = 24;
+    constexpr std::size_t recordBytes = nameBytes + sizeof (TestEngine::Program);
+    const std::vector<std::byte> records = bytesOf ("bank/factorybank.bin");
+    std::vector<TestEngine::Program> programs (records.size () / recordBytes);
+    for (std::size_t n = 0; n < programs.size (); ++n)
+        std::memcpy (programs[n].data (), records.data () + n * recordBytes + nameBytes, sizeof programs[n]);
     return programs;
 }

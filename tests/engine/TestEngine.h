@@ -5,47 +5,50 @@
 
 #include "engine/Engine.h"
 #include "parameters/Parameters.h"
-#include "tests/support/TestSynth.h"
 
-using namespace engine;
-using namespace instrument;
-using namespace parameters;
-
-// An engine alone, with what it asks of its surroundings held in memory. Changes go to it as the instrument
-// passes them on: before the store rule, stored, after it.
-class TestEngine final : private EngineHost
+// An engine alone, with what it asks of its surroundings held in memory.
+class TestEngine final : private engine::EngineHost
 {
 public:
-    using Program = std::array<float, parameterCount>;
+    using Program = engine::ParameterValues;
 
-    TestEngine ();
-    explicit TestEngine (float sampleRate);
+    TestEngine () : TestEngine (44100.0f) {}
+    explicit TestEngine (float rateHz);
 
     void set (int index, float value);
     void load (const Program& program); // every parameter in ascending order
-    float value (int index) const { return values[static_cast<std::size_t> (index)]; }
+    float value (int index) const { return engine.parameterValue (index); }
 
     // One block: the events are taken, then rendered. Answers the left channel.
-    std::vector<float> block (int frames, const std::vector<TimedMidi>& midi = {});
+    std::vector<float> block (int frames, const std::vector<engine::Event>& events = {});
 
     float rate = 44100.0f;
     bool hasTime = false;
-    VstTimeInfo time = {};
+    engine::Transport time;
     std::vector<Program> programs; // what program changes choose from; the others are ignored
     std::vector<std::pair<std::uint32_t, float>> controllers; // received so far
-    Engine engine{ *this };
+    std::vector<std::pair<char, int>> keys; // '+' started, '-' ended, '0' all ended, and which
+    engine::Engine engine;
 
 private:
-    float parameterValue (std::int32_t index) const override { return value (index); }
-    VstTimeInfo* timeInfo () override { return hasTime ? &time : nullptr; }
-    float hostSampleRate () const override { return rate; }
-    void reselectProgram () override { load (Program (values)); }
+    std::optional<engine::Transport> transport () override;
+    float sampleRate () const override { return rate; }
     void programChange (int program) override;
     void controllerReceived (std::uint32_t controller, float value) override;
-    void notifyEditor (std::int32_t /*index*/, float /*value*/) override {}
-
-    Program values = {};
+    void parameterReceived (std::int32_t index, float value) override { set (index, value); }
+    void keyStarted (int note) override { keys.emplace_back ('+', note); }
+    void keyEnded (int note) override { keys.emplace_back ('-', note); }
+    void allKeysEnded () override { keys.emplace_back ('0', 0); }
 };
+
+// A short MIDI message at a sample of a block.
+engine::Event midi (int offset, int status, int data1, int data2);
+
+// The recorded waves, read from their files.
+const engine::WaveTables& recordedWaves ();
+
+// The initial values of all parameters.
+TestEngine::Program initialProgram ();
 
 // A sound that is easy to predict: oscillator 1 alone on the saw, highest sustain, no glide, no velocity, no
 // modulation, low quality (no interpolation, no drive), filter open.

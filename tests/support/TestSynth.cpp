@@ -51,11 +51,11 @@ FakeHost::~FakeHost ()
     currentHost = nullptr;
 }
 
-Services FakeHost::services ()
+instrument::Services FakeHost::services ()
 {
     auto store = std::make_unique<MemoryStore> (stored);
     store->failsWrites = storeFails;
-    return { std::move (store), recordMessage, currentLibraryPath, createEditor };
+    return { std::move (store), recordMessage, currentLibraryPath };
 }
 
 VstIntPtr FakeHost::callback (AEffect* /*effect*/, VstInt32 opcode, VstInt32 index, VstIntPtr value,

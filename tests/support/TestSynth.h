@@ -38,7 +38,7 @@ public:
 
     static VstIntPtr callback (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
                                float opt);
-    Services services (); // an in-memory store, recorded messages, the library path below
+    instrument::Services services (); // an in-memory store, recorded messages, the library path below
 
     struct Call
     {

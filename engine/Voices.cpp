@@ -1,0 +1,138 @@
+#include "engine/Voices.h"
+
+namespace engine
+{
+namespace
+{
+constexpr float initialRelease = 0.2f; // 0.56 s
+constexpr int noiseNote = 60;          // reads the noise table at twice its own rate
+constexpr int bendSemitones = 2;
+}
+
+void Voices::initialise (const WaveTable& saw, const WaveTable& noise)
+{
+    allocator.setVoiceLimit (voiceCount);
+    for (Voice& voice : voices)
+    {
+        for (Oscillator* oscillator : { &voice.osc1, &voice.osc2 })
+        {
+            oscillator->setTable (saw.samples.data (), saw.length, Oscillator::Mode::singleCycle, 0);
+            oscillator->setGlide (0.0f);
+        }
+        voice.noise.setTable (noise.samples.data (), noise.length, Oscillator::Mode::plain, 0);
+        voice.noise.setGlide (0.0f);
+        voice.noise.setNote (noiseNote, true);
+        for (Envelope* envelope : { &voice.ampEnv, &voice.filterEnv })
+        {
+            envelope->setAttack (0.0f);
+            envelope->setDecay (0.0f);
+            envelope->setSustain (envelope == &voice.ampEnv ? 1.0f : 0.0f);
+            envelope->setRelease (initialRelease);
+            envelope->setLoop (true);
+            envelope->release ();
+        }
+    }
+}
+
+void Voices::setSampleRate (float hz)
+{
+    for (Voice& voice : voices)
+    {
+        voice.osc1.setSampleRate (hz);
+        voice.osc2.setSampleRate (hz);
+        voice.noise.setSampleRate (hz);
+        voice.ampEnv.setSampleRate (hz);
+        voice.filterEnv.setSampleRate (hz);
+        voice.filter.setSampleRate (hz);
+    }
+}
+
+void Voices::setCount (std::int32_t count)
+{
+    voiceCount = count;
+    allocator.setVoiceLimit (count);
+}
+
+void Voices::startNote (int note, std::uint32_t velocity)
+{
+    const auto idle = [this] (int slot) { return (*this)[slot].ampEnv.isIdle (); };
+    const int slot = allocator.allocate (static_cast<std::uint32_t> (note), velocity, idle);
+    const bool legato = slot == VoiceAllocator::noSlot; // the sounding mono voice takes the new pitch
+    Voice& voice = (*this)[legato ? 0 : slot];
+    if (!legato)
+    {
+        const std::uint32_t taken = allocator.velocityOf (slot);
+        voice.ampEnv.trigger (taken);
+        voice.filterEnv.trigger (taken);
+    }
+    if (isMono () && !legato && glidesOnlyLegato)
+    {
+        voice.osc1.clearGlide ();
+        voice.osc2.clearGlide ();
+    }
+    voice.osc1.setNote (note, true);
+    voice.osc2.setNote (note, true);
+    voice.filter.setKey (note);
+    voice.env2DelayCounter = 0;
+}
+
+bool Voices::endNote (int note)
+{
+    if (!allocator.contains (static_cast<std::uint32_t> (note)))
+        return false;
+    const int slot = allocator.release (static_cast<std::uint32_t> (note));
+    if (slot != VoiceAllocator::noSlot)
+    {
+        (*this)[slot].ampEnv.release ();
+        (*this)[slot].filterEnv.release ();
+    }
+    if (isMono ())
+    {
+        const int held = static_cast<int> (allocator.currentNote ());
+        voices[0].osc1.setNote (held, true);
+        voices[0].osc2.setNote (held, true);
+        voices[0].filter.setKey (held);
+    }
+    return true;
+}
+
+void Voices::releaseAll ()
+{
+    for (Voice& voice : voices)
+    {
+        voice.ampEnv.release ();
+        voice.filterEnv.release ();
+    }
+}
+
+void Voices::forgetKeys ()
+{
+    allocator.reset ();
+}
+
+void Voices::silence (bool clearsGlides)
+{
+    for (Voice& voice : voices)
+    {
+        if (clearsGlides)
+        {
+            voice.osc1.setGlide (0.0f);
+            voice.osc2.setGlide (0.0f);
+        }
+        voice.ampEnv.kill ();
+        voice.filterEnv.kill ();
+    }
+}
+
+void Voices::setPitchBend (float bend)
+{
+    for (Voice& voice : voices)
+    {
+        for (Oscillator* oscillator : { &voice.osc1, &voice.osc2 })
+        {
+            oscillator->setPitchBend (bend, bendSemitones);
+            oscillator->updateIncrement ();
+        }
+    }
+}
+}
