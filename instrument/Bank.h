@@ -26,7 +26,7 @@ struct ParameterSlot
     std::uint8_t perProgram = 1;    // 1: the value lives in the current program, 0: in `value`
     std::uint8_t unclamped = 0;     // 1: the store rule does not limit the value to 0..1
     std::uint8_t keptAsDefault = 0; // 1: saved to and read from the stored settings
-    std::uint8_t padding = 0;
+    std::uint8_t spare = 0; // of the first slot, in what hosts keep: the number of the selected program
     float value = 1.0f;
     std::uint32_t midiController = 0; // bound controller number, 0: none
     char name[nameBytes] = { ' ' };   // zero-terminated

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 
 #include "platform/Resources.h"
 #include "platform/Thread.h"
@@ -187,6 +188,7 @@ std::span<const std::byte> Instrument::getChunk (bool isPreset)
         return std::as_bytes (std::span (&recordCopy, 1));
     }
     store.read (bankCopy);
+    bankCopy.slots[0].spare = static_cast<std::uint8_t> (getProgram ());
     return std::as_bytes (std::span (&bankCopy, 1));
 }
 
@@ -200,14 +202,29 @@ void Instrument::setChunk (const void* data, std::int64_t byteSize, bool isPrese
     else
     {
         const auto bytes = static_cast<std::size_t> (byteSize);
+        std::int32_t program = getProgram ();
         if (isPreset)
-            store.writeProgram (getProgram (), data, bytes);
+            store.writeProgram (program, data, bytes);
         else
-            store.write (data, bytes);
-        setProgram (getProgram ());
+            program = takeBank (data, bytes).value_or (program);
+        setProgram (program);
         refreshProgramList ();
     }
     refreshLearnMenus ();
+}
+
+// A whole bank tells which program was selected when it was handed out: hosts that keep the chunk and no
+// program number would else write the values that they saved over program 0. 0 says nothing, as in banks that
+// know nothing of this.
+std::optional<std::int32_t> Instrument::takeBank (const void* data, std::size_t bytes)
+{
+    BankImage image;
+    std::memcpy (&image, data, bytes);
+    const std::int32_t program = image.slots[0].spare;
+    image.slots[0].spare = 0;
+    store.write (&image, bytes);
+    const bool tells = bytes == sizeof image && program > 0 && program < programCount;
+    return tells ? std::optional (program) : std::nullopt;
 }
 
 void Instrument::loadBank (int resourceId, bool tryUserFile, bool askUser)

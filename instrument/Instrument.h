@@ -107,6 +107,7 @@ private:
     void keyEnded (int note) override;
     void allKeysEnded () override;
 
+    std::optional<std::int32_t> takeBank (const void* data, std::size_t bytes);
     void loadBank (int resourceId, bool tryUserFile, bool askUser);
     void readFactoryBank (int resourceId);
     void refreshProgramList ();

@@ -24,6 +24,10 @@ void MidiLearn::forgetAll ()
 
 bool MidiLearn::complete (std::uint32_t controller)
 {
+    // Channel mode messages: a host's "all notes off" at stop must not become a knob.
+    constexpr std::uint32_t firstChannelMode = 120;
+    if (controller >= firstChannelMode)
+        return false;
     const std::int32_t index = target.exchange (-1);
     if (index == -1)
         return false;

@@ -19,7 +19,8 @@ public:
     void forget (std::int32_t index);
     void forgetAll ();
 
-    // A controller arrived: completes an armed learn. True when the bindings changed by that.
+    // A controller arrived: completes an armed learn, unless it is a channel mode message (120 to 127). True
+    // when the bindings changed by that.
     bool complete (std::uint32_t controller);
 
     bool isBound (std::int32_t index, std::uint32_t controller) const
