@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <span>
 
 namespace engine
 {
@@ -28,16 +30,26 @@ constexpr int highestNote = 127;
 constexpr std::uint32_t keyboardVelocity = 120;
 constexpr float keyboardRelease = -1.0f;
 constexpr float notesPerUnit = 128.0f; // the keyboard's value x 128 = note
+
+// The last guard: a host's mixer would carry one sample that is no number to everything that is playing.
+void silenceNonFinite (std::span<float> samples)
+{
+    for (float& sample : samples)
+    {
+        if (!std::isfinite (sample))
+            sample = 0.0f;
+    }
+}
 }
 
 Engine::Engine (WaveTables waveTables, EngineHost& owner) : host (owner), tables (std::move (waveTables))
 {
-    sampleRate = static_cast<double> (host.sampleRate ());
+    const float hz = host.sampleRate ();
+    sampleRate = static_cast<double> (hz);
+    lfo.setSampleRate (hz);
     lfo.setShape (Lfo::triangle);
     lfo.setRateRange (lfoFastestHz, lfoLongestPeriod);
-    voices.initialise (tables.saw, tables.noise);
-    lfo.setSampleRate (host.sampleRate ());
-    voices.setSampleRate (host.sampleRate ());
+    voices.initialise (tables.saw, tables.noise, hz);
 }
 
 void Engine::parameterChange (std::int32_t index, float value, bool unclamped)
@@ -76,7 +88,7 @@ void Engine::processEvents (const EventList* events)
     if (!lfoSync.isStopped () || mapping.value (paramLfoBmpSync) == 0.0f)
         return;
     if (const auto transport = host.transport ())
-        lfoSync.catchUp (*transport, mapping.syncDivision (), sampleRate);
+        lfoSync.eventsArrive (*transport, mapping.syncDivision (), sampleRate);
 }
 
 // What a block prepares before its first sample while the engine is awake.
@@ -86,8 +98,15 @@ void Engine::beginBlock ()
     if (mapping.value (paramLfoBmpSync) != 0.0f)
     {
         if (const auto transport = host.transport ())
-            lfoSync.followTransport (*transport, mapping.syncDivision ());
+            lfoSync.blockBegins (*transport, mapping.syncDivision (), sampleRate);
     }
+    takeParameters ();
+}
+
+// At the start of a block, and at the sample of every event that can change one, so that what MIDI does never
+// depends on the host's block size.
+void Engine::takeParameters ()
+{
     renderer.takeParameters (mapping, expression, sampleRate);
 }
 
@@ -109,9 +128,10 @@ void Engine::renderBlock (float* left, float* right, std::int32_t frames)
     std::array<float, Renderer::longestRun> mono;
     for (std::int32_t done = 0; done < frames;)
     {
-        applyEvents (done + 1);
+        applyEvents (std::min (done + 1, frames - 1)); // the block has no sample for offsets from `frames` on
         const std::int32_t run = intake.samplesToNext (done, std::min (frames - done, Renderer::longestRun));
         renderer.renderRun (mono.data (), run);
+        silenceNonFinite ({ mono.data (), static_cast<std::size_t> (run) });
         if (left != nullptr)
             std::copy_n (mono.data (), run, left + done);
         if (right != nullptr)
@@ -144,6 +164,7 @@ void Engine::apply (const Event& event)
     if (event.kind == Event::Kind::parameter)
     {
         host.parameterReceived (event.index, event.value);
+        takeParameters ();
         return;
     }
     const unsigned data1 = event.data1 & dataMask;
@@ -158,9 +179,11 @@ void Engine::apply (const Event& event)
         break;
     case statusProgramChange:
         host.programChange (static_cast<int> (data1));
+        takeParameters ();
         break;
     case statusController:
         applyController (data1, value);
+        takeParameters ();
         break;
     case statusNoteOn:
         noteEvent (static_cast<int> (data1), data2, data2 != 0);

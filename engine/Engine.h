@@ -53,6 +53,7 @@ private:
     friend class EngineProbe; // the tests' sample-by-sample renderer works on the same state
 
     void beginBlock ();
+    void takeParameters ();
     void followSampleRate ();
     void applyEvents (std::int32_t n);
     void apply (const Event& event);

@@ -34,10 +34,13 @@ void Filter::setSampleRate (float hz)
     mainCoefficient = std::min (mainCoefficient, highestStableCoefficient ());
 }
 
-// The section's poles reach the unit circle where f^2 + 2 q f = 4; stay a little below.
+// The section's poles reach the unit circle where f^2 + 2 q f = 4; stay a little below. That holds for a
+// coefficient that stands still; one that jumps, as the LFO's noise makes it, pumps the section up from about
+// 1.3 on, which cutoffs reach only below a sample rate of 32.7 kHz.
 float Filter::highestStableCoefficient () const
 {
-    return 0.98f * (std::sqrt (damping * damping + 4.0f) - damping);
+    constexpr float highestWhileMoving = 1.25f;
+    return std::min (0.98f * (std::sqrt (damping * damping + 4.0f) - damping), highestWhileMoving);
 }
 
 void Filter::setCutoff (float control)
@@ -49,6 +52,11 @@ void Filter::setCutoff (float control)
 
 float Filter::keyTrackedBase (float target)
 {
+    if (!hasBase)
+    {
+        base = target;
+        hasBase = true;
+    }
     const float distance = std::abs (target - base);
     const float slew =
         distance / ((sampleRate / 200.0f) * (1.0f / distance)); // distance^2 x 200 / sample rate
@@ -58,6 +66,16 @@ float Filter::keyTrackedBase (float target)
         base += target > base ? slew : -slew;
     }
     return base;
+}
+
+void Filter::heal ()
+{
+    const float sum = std::abs (memory.drive[0]) + std::abs (memory.dc[0]) + std::abs (memory.colourBand[0]) +
+                      std::abs (memory.colourLow[0]) + std::abs (memory.band[0]) + std::abs (memory.low[0]) +
+                      std::abs (memory.selected[0]) + std::abs (memory.smoothCoefficient[0]) +
+                      std::abs (memory.smooth[0]);
+    if (!std::isfinite (sum))
+        memory = {};
 }
 
 void Filter::setKey (int note)

@@ -21,7 +21,8 @@ public:
     void setCutoff (float control);
 
     // Moves the base of the cutoff control one step towards `target` (0..1) and answers it. Called once per
-    // cutoff update. Large distances go fast at first and settle smoothly.
+    // cutoff update. Large distances go fast at first and settle smoothly. The first target of all is taken
+    // at once, so that the first note after loading has its own filter.
     float keyTrackedBase (float target);
 
     void setKey (int note);        // MIDI note; key tracking counts from note 48
@@ -32,6 +33,10 @@ public:
     void setHighQuality (bool on) { switches.drives = on; } // drive stage on or off
 
     float process (float input);
+
+    // A note begins: memories that are no numbers any more, whatever made them so, start clean. Others carry
+    // over.
+    void heal ();
 
     // A stretch of sound for one of the filters of a group.
     struct Run
@@ -63,6 +68,7 @@ private:
     float sampleRate = 44100.0f;
     float angularStep = 0.0f; // 2 pi / sample rate
     float base = 0.0f;        // slewed base of the cutoff control, 0..1
+    bool hasBase = false;     // had its first target
     float cutoff = 0.0f;      // Hz
     int key = 24;             // 0..127
     bool keyTrack = true;

@@ -1,6 +1,7 @@
 #include "engine/Lfo.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "parameters/KnobLaws.h"
 
@@ -19,6 +20,45 @@ float sineOfPhase (float phase)
                   (1.0 - xx / 20.0 *
                              (1.0 - xx / 42.0 * (1.0 - xx / 72.0 * (1.0 - xx / 110.0 * (1.0 - xx / 156.0)))));
     return static_cast<float> (x * series);
+}
+
+// Adds `step` (0 or more) up to `count` times while the phase stays below `end`, and gives exactly what that
+// many single additions in 32 bits give. Answers how many were made; the one that would reach the end is not.
+//
+// Between two powers of two all floats lie equally far apart, and the additions that stay there are all
+// rounded by the same amount, but perhaps for the first two (a tie goes to the even neighbour, from where all
+// later ties go the same way). So the rest of such a stretch is one multiplication, and a cycle is some fifty
+// stretches however many samples it has.
+std::int64_t climb (float& phase, float step, float end, std::int64_t count)
+{
+    const auto inOneStretch = [] (float a, float b)
+    { return std::signbit (a) == std::signbit (b) && std::ilogb (a) == std::ilogb (b); };
+    std::int64_t made = 0;
+    float before = phase;
+    for (int inStretch = 0; made < count; ++made)
+    {
+        const float next = phase + step;
+        if (next >= end)
+            break;
+        if (next == phase) // the step is lost beside the phase, and so are all that follow
+            return count;
+        inStretch = inOneStretch (phase, next) ? inStretch + 1 : 0;
+        before = phase;
+        phase = next;
+        if (inStretch < 3)
+            continue;
+        const double each = static_cast<double> (phase) - static_cast<double> (before);
+        const double lowerPower = std::ldexp (1.0, std::ilogb (phase));
+        const double stretchEnd = phase > 0.0f ? 2.0 * lowerPower : -lowerPower;
+        const double room =
+            (std::min (stretchEnd, static_cast<double> (end)) - static_cast<double> (phase)) / each;
+        const double many = std::min (std::floor (room) - 1.0, static_cast<double> (count - made - 1));
+        if (many < 1.0)
+            continue;
+        phase = static_cast<float> (static_cast<double> (phase) + many * each);
+        made += static_cast<std::int64_t> (many);
+    }
+    return made;
 }
 
 constexpr float sawEnd = 2.0f;    // the saws run between -2 and +2
@@ -90,6 +130,57 @@ void Lfo::bounce ()
             phase += step;
             rising = true;
         }
+    }
+}
+
+// The rising phases; the falling one is their mirror image, down to the rounding.
+void Lfo::advanceSaw (std::int64_t ticks)
+{
+    const float sign = shape == fallingSaw ? -1.0f : 1.0f;
+    while (ticks > 0)
+    {
+        float mirrored = sign * phase;
+        ticks -= climb (mirrored, step, sawEnd, ticks);
+        phase = sign * mirrored;
+        if (ticks > 0)
+        {
+            tick (); // the step that ends the cycle
+            --ticks;
+        }
+    }
+}
+
+void Lfo::advanceBounce (std::int64_t ticks)
+{
+    while (ticks > 0)
+    {
+        const float sign = rising ? 1.0f : -1.0f;
+        float mirrored = sign * phase;
+        ticks -= climb (mirrored, step, bounceEnd, ticks);
+        phase = sign * mirrored;
+        if (ticks > 0)
+        {
+            bounce (); // the step that turns
+            --ticks;
+        }
+    }
+}
+
+void Lfo::advance (std::int64_t ticks)
+{
+    switch (shape)
+    {
+    case noise:
+        random.skip (static_cast<std::uint64_t> (std::max<std::int64_t> (ticks, 0)));
+        break;
+    case risingSaw:
+    case fallingSaw:
+    case sampleAndHold:
+        advanceSaw (ticks);
+        break;
+    default:
+        advanceBounce (ticks);
+        break;
     }
 }
 

@@ -34,12 +34,18 @@ public:
     void resetPhase (float steps = 0.0f);
 
     float tick (); // the next value, -1..+1
+
+    // Leaves everything, the random generator too, as that many ticks would, in a time that grows with the
+    // number of cycles and not with the ticks.
+    void advance (std::int64_t ticks);
     float cycleSamples () const { return step > 0.0f ? unitsPerCycle / step : 0.0f; }
 
 private:
     static constexpr float unitsPerCycle = 4.0f;
 
     void bounce ();
+    void advanceSaw (std::int64_t ticks);
+    void advanceBounce (std::int64_t ticks);
 
     float sampleRate = 44100.0f;
     std::int32_t shape = triangle;

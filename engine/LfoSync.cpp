@@ -7,48 +7,55 @@
 
 namespace engine
 {
-namespace
-{
-constexpr float atDivision = 0.0001f; // quarter notes after a division that still count as on it
-constexpr double mostCatchUpTicks =
-    16777216.0; // 2^24, so that no position can hold the audio thread for long
-}
-
-// False where tempo or division give no rate.
+// False where tempo or division give no rate; the rate is then left alone.
 bool LfoSync::setRate (const Transport& transport, float division)
 {
-    if (!(transport.tempo > 0.0) || !(division > 0.0f))
+    const double tempo = transport.tempo.value_or (0.0);
+    if (!(tempo > 0.0) || !std::isfinite (tempo) || !(division > 0.0f))
         return false;
-    lfo.setRateHz (static_cast<float> (transport.tempo / static_cast<double> (division)));
+    lfo.setRateHz (static_cast<float> (tempo / static_cast<double> (division)));
     return true;
 }
 
-void LfoSync::followTransport (const Transport& transport, float division)
+void LfoSync::eventsArrive (const Transport& transport, float division, double sampleRate)
 {
-    const bool hasRate = setRate (transport, division);
-    stopped = transport.samplePosition == static_cast<double> (lastSamplePosition);
-    if (stopped)
-        return;
-    lastSamplePosition = static_cast<float> (transport.samplePosition);
-    if (!hasRate)
-        return;
-    const float quarters = static_cast<float> (transport.quarterPosition);
-    if (std::fmod (quarters, division / parameters::divisorPerQuarter) < atDivision)
-        lfo.resetPhase ();
+    if (stopped && transport.samplePosition != linedUpPosition)
+        lineUp (transport, division, sampleRate);
 }
 
-void LfoSync::catchUp (const Transport& transport, float division, double sampleRate)
+void LfoSync::lineUp (const Transport& transport, float division, double sampleRate)
 {
-    if (!setRate (transport, division))
-        return;
+    const double position = transport.samplePosition;
+    linedUpPosition = position;
+    const bool hasRate = setRate (transport, division);
     lfo.resetPhase ();
-    if (!(transport.samplePosition > 0.0) || !std::isfinite (transport.samplePosition))
+    if (!hasRate || !(position > 0.0) || !std::isfinite (position))
         return;
-    const double cycle = sampleRate / (transport.tempo / static_cast<double> (division));
-    const double remainder = std::fmod (transport.samplePosition, cycle);
-    const double most = std::min (mostCatchUpTicks, static_cast<double> (lfo.cycleSamples ()) + 1.0);
-    const auto ticks = static_cast<int> (std::min (std::floor (remainder) + 1.0, most));
-    for (int tick = 0; tick < ticks; ++tick)
-        lfo.tick ();
+    const double cycle = sampleRate / (*transport.tempo / static_cast<double> (division));
+    const double ticks = std::floor (std::fmod (position, cycle)) + 1.0;
+    // The cycle of a rate that the LFO cannot run at (it stops at one cycle a sample) is longer than its own.
+    const double most = static_cast<double> (lfo.cycleSamples ()) + 1.0;
+    lfo.advance (static_cast<std::int64_t> (std::min (ticks, most)));
+}
+
+void LfoSync::blockBegins (const Transport& transport, float division, double sampleRate)
+{
+    constexpr float atDivision = 0.0001f; // quarter notes after a division that still count as on it
+    setRate (transport, division);
+    const bool stoodStill = stopped;
+    stopped = transport.samplePosition == lastPosition;
+    if (stopped)
+        return;
+    lastPosition = transport.samplePosition;
+    if (stoodStill && transport.samplePosition != linedUpPosition)
+        lineUp (transport, division, sampleRate);
+    if (!transport.quarterPosition || !(division > 0.0f))
+        return;
+    const float cycle = division / parameters::divisorPerQuarter;
+    float into = std::fmod (static_cast<float> (*transport.quarterPosition), cycle);
+    if (into < 0.0f)
+        into += cycle;
+    if (into < atDivision)
+        lfo.resetPhase ();
 }
 }

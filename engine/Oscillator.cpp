@@ -34,7 +34,6 @@ double wrapped (double phase, double length)
 void Oscillator::setSampleRate (float hz)
 {
     sampleRate = hz;
-    updateIncrement ();
 }
 
 void Oscillator::setTable (const float* newTable, std::int32_t length, Mode newMode, std::int32_t loop)
@@ -92,16 +91,16 @@ void Oscillator::aimGlide (float targetHz)
     glideStep ();
 }
 
-// One step towards the target. The second test sees what the first one did: a rising glide that would pass
-// the target is pulled back, so it settles within one step below it. That is meant.
+// One step towards the target; what remains of one or less arrives exactly.
 float Oscillator::glideStep ()
 {
     if (glideTime == 0.0f)
         return glideTarget;
-    if (glideCurrent < glideTarget)
-        glideCurrent += glideDelta;
-    if (glideCurrent > glideTarget)
-        glideCurrent -= glideDelta;
+    const float remaining = glideTarget - glideCurrent;
+    if (std::abs (remaining) <= glideDelta)
+        glideCurrent = glideTarget;
+    else
+        glideCurrent += remaining > 0.0f ? glideDelta : -glideDelta;
     return glideCurrent;
 }
 

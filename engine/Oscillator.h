@@ -16,7 +16,7 @@ public:
         singleCycle = 2  // one cycle (saw)
     };
 
-    void setSampleRate (float hz); // above 0; recomputes the increment
+    void setSampleRate (float hz); // above 0; acts at the next updateIncrement
 
     // Swaps the table and rewinds. `table` holds length + 1 samples (the last a guard) and outlives this
     // object; `loop` is the cycle length in samples, 0 for the whole table. Length 0 (a missing recording):
@@ -36,8 +36,6 @@ public:
     void setFine (float x);                     // 0..1: up to an octave above, linear in Hz
     void setPitchBend (float x, int semitones); // -1..1: down or up to the note so far away, linear in Hz
     void setHighQuality (bool on) { highQuality = on; } // interpolate between samples
-
-    bool isBentByLfo () const { return lfoPitchFactor != 1.0f; }
 
     // Applies the pitch settings above; in a glide it also advances by one glide step.
     void updateIncrement ();

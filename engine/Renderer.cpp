@@ -29,10 +29,7 @@ void Renderer::takeParameters (const ParameterMapping& mapping, float expression
     block.env2DelayParam = value (param2Delay);
     block.env2DelaySamples = static_cast<float> (sampleRate) * delaySeconds (value (param2Delay));
     block.fastFilterUpdate = positionIn (lfoWaves, value (paramLfoWave)) == LfoWave::noise;
-    const float depthBefore = block.lfoPitchDepth;
     block.lfoPitchDepth = lfoPitchDepth (value (paramLfoPitch));
-    if (depthBefore > 0.0f && block.lfoPitchDepth == 0.0f)
-        endBendByLfo ();
     block.env2ToFilter = value (param2ToFilter);
     block.lfoFilterDepth = value (paramLfoFilter);
     block.filterFreqParam = value (paramFilterFreq);
@@ -154,17 +151,6 @@ void Renderer::bendByLfo (Voice& voice, float shift) const
     {
         oscillator->setLfoPitch (shift);
         oscillator->updateIncrement ();
-    }
-}
-
-// A depth that became 0 inside a block had set the pitch right, but the block went on with the depth of its
-// beginning. What it bent since then would stay bent.
-void Renderer::endBendByLfo ()
-{
-    for (Voice& voice : voices.all ())
-    {
-        if (voice.osc1.isBentByLfo () || voice.osc2.isBentByLfo ())
-            bendByLfo (voice, 0.0f);
     }
 }
 

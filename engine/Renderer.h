@@ -63,7 +63,6 @@ private:
     std::span<VoiceRun> renderAmplitudes (int samples);
     void renderOscillators (Voice& voice, float* out, int samples);
     void bendByLfo (Voice& voice, float shift) const;
-    void endBendByLfo ();
     void renderEnvelope2 (Voice& voice, float* out, int samples) const;
     void renderCutoff (Voice& voice, float* out, int samples);
     void renderFilters (std::span<VoiceRun> runs);

@@ -1,12 +1,14 @@
 #pragma once
 
+#include <optional>
+
 namespace engine
 {
 // Where the host's song stands, as far as the engine asks.
 struct Transport
 {
-    double samplePosition = 0.0;  // samples from the start of the song; negative in a pre-roll
-    double tempo = 0.0;           // beats per minute
-    double quarterPosition = 0.0; // musical position in quarter notes
+    double samplePosition = 0.0;           // samples from the start of the song; negative in a pre-roll
+    std::optional<double> tempo;           // beats per minute; empty when the host does not tell
+    std::optional<double> quarterPosition; // musical position in quarter notes; negative in a pre-roll
 };
 }

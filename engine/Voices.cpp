@@ -9,9 +9,10 @@ constexpr int noiseNote = 60;          // reads the noise table at twice its own
 constexpr int bendSemitones = 2;
 }
 
-void Voices::initialise (const WaveTable& saw, const WaveTable& noise)
+void Voices::initialise (const WaveTable& saw, const WaveTable& noise, float hz)
 {
     allocator.setVoiceLimit (voiceCount);
+    setSampleRate (hz);
     for (Voice& voice : voices)
     {
         for (Oscillator* oscillator : { &voice.osc1, &voice.osc2 })
@@ -44,6 +45,7 @@ void Voices::setSampleRate (float hz)
         voice.ampEnv.setSampleRate (hz);
         voice.filterEnv.setSampleRate (hz);
         voice.filter.setSampleRate (hz);
+        voice.noise.updateIncrement (); // the others follow when the parameters are applied again
     }
 }
 
@@ -73,6 +75,7 @@ void Voices::startNote (int note, std::uint32_t velocity)
     voice.osc1.setNote (note, true);
     voice.osc2.setNote (note, true);
     voice.filter.setKey (note);
+    voice.filter.heal ();
     voice.env2DelayCounter = 0;
 }
 

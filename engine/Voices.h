@@ -16,9 +16,11 @@ inline constexpr int voiceSlots = 17; // one more than can sound; every setting 
 class Voices
 {
 public:
-    // Brings every voice to its start state on the saw table. The tables outlive this object.
-    void initialise (const WaveTable& saw, const WaveTable& noise);
+    // Brings every voice to its start state on the saw table. The tables outlive this object. Oscillators 1
+    // and 2 are first tuned by the parameters, and start their cycle from there.
+    void initialise (const WaveTable& saw, const WaveTable& noise, float sampleRateHz);
 
+    // All parameters must be applied again afterwards.
     void setSampleRate (float hz);
 
     // Voices that may sound, 1..16; 1 is mono. A change forgets the held keys; what sounds goes on.

@@ -1,21 +1,10 @@
 #include "tests/engine/EngineProbe.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace engine
 {
-
-void EngineProbe::applyEvents (Engine& engine, int n)
-{
-    EventIntake& intake = engine.intake;
-    while (intake.events != nullptr && intake.next < intake.events->size ())
-    {
-        const Event event = intake.events->at (intake.next);
-        if (event.offset != 0 && event.offset != n)
-            return;
-        intake.next += event.kind == Event::Kind::foreign ? 2 : 1;
-        if (event.kind != Event::Kind::foreign)
-            engine.apply (event);
-    }
-}
 
 float EngineProbe::renderVoice (Engine& engine, Voice& voice, float lfoValue)
 {
@@ -63,7 +52,7 @@ void EngineProbe::renderSampleBySample (Engine& engine, float* left, float* righ
     for (int n = 1; n <= frames; ++n)
     {
         float mix = 0.0f;
-        applyEvents (engine, n);
+        engine.applyEvents (std::min (n, frames - 1));
         if (!engine.renderer.asleep)
         {
             bool anyVoiceSounding = false;
@@ -85,6 +74,8 @@ void EngineProbe::renderSampleBySample (Engine& engine, float* left, float* righ
                 engine.renderer.asleep = true;
             }
         }
+        if (!std::isfinite (mix))
+            mix = 0.0f;
         left[n - 1] = mix;
         right[n - 1] = mix;
     }

@@ -17,6 +17,5 @@ public:
 
 private:
     static float renderVoice (Engine& engine, Voice& voice, float lfoValue);
-    static void applyEvents (Engine& engine, int n);
 };
 }

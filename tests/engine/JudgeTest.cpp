@@ -93,7 +93,7 @@ public:
         for (TestEngine* side : { &fast, &literal })
         {
             side->time.samplePosition += frames;
-            side->time.quarterPosition += frames * side->time.tempo / 60.0 / static_cast<double> (side->rate);
+            *side->time.quarterPosition += frames * *side->time.tempo / 60.0 / static_cast<double> (side->rate);
         }
     }
 
@@ -133,6 +133,7 @@ TEST_P (JudgeTest, RunsEqualTheLoopSampleBySample)
     {
         side->hasTime = true;
         side->time.tempo = 60.0 + seed;
+        side->time.quarterPosition = 0.0;
     }
 
     for (int block = 0; block < 60; ++block)
