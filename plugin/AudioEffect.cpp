@@ -4,19 +4,21 @@
 
 namespace
 {
-AudioEffect& objectOf (AEffect* effect)
+// Null for a record that never was one. One that has been closed is gone with its object: nothing can be told
+// of it any more, and a host must not pass it.
+AudioEffect* objectOf (AEffect* effect)
 {
-    return *static_cast<AudioEffect*> (effect->object);
+    return effect != nullptr ? static_cast<AudioEffect*> (effect->object) : nullptr;
 }
 
-// The functions that the record points at. A host that passes a foreign or closed record gets nothing.
+// The functions that the record points at.
 
 VstIntPtr dispatchEntry (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
                          float opt)
 {
-    if (effect == nullptr || effect->object == nullptr)
+    AudioEffect* object = objectOf (effect);
+    if (object == nullptr)
         return 0;
-    AudioEffect* object = &objectOf (effect);
     if (opcode != effClose)
         return object->dispatcher (opcode, index, value, ptr, opt);
     object->dispatcher (opcode, index, value, ptr, opt);
@@ -26,27 +28,32 @@ VstIntPtr dispatchEntry (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIn
 
 void processEntry (AEffect* effect, float** inputs, float** outputs, VstInt32 frames)
 {
-    objectOf (effect).process (inputs, outputs, frames);
+    if (AudioEffect* object = objectOf (effect))
+        object->process (inputs, outputs, frames);
 }
 
 void processReplacingEntry (AEffect* effect, float** inputs, float** outputs, VstInt32 frames)
 {
-    objectOf (effect).processReplacing (inputs, outputs, frames);
+    if (AudioEffect* object = objectOf (effect))
+        object->processReplacing (inputs, outputs, frames);
 }
 
 void processDoubleEntry (AEffect* effect, double** inputs, double** outputs, VstInt32 frames)
 {
-    objectOf (effect).processDoubleReplacing (inputs, outputs, frames);
+    if (AudioEffect* object = objectOf (effect))
+        object->processDoubleReplacing (inputs, outputs, frames);
 }
 
 void setParameterEntry (AEffect* effect, VstInt32 index, float value)
 {
-    objectOf (effect).setParameter (index, value);
+    if (AudioEffect* object = objectOf (effect))
+        object->setParameter (index, value);
 }
 
 float getParameterEntry (AEffect* effect, VstInt32 index)
 {
-    return objectOf (effect).getParameter (index);
+    AudioEffect* object = objectOf (effect);
+    return object != nullptr ? object->getParameter (index) : 0.0f;
 }
 }
 

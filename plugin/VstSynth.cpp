@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
+#include <cstring>
 #include <string_view>
 
 namespace
@@ -101,7 +102,22 @@ std::optional<engine::Transport> VstSynth::transport ()
     const VstTimeInfo* time = getTimeInfo (timeFlags);
     if (time == nullptr)
         return std::nullopt;
-    return engine::Transport{ time->samplePos, time->tempo, time->ppqPos };
+    engine::Transport transport;
+    transport.samplePosition = time->samplePos;
+    if ((time->flags & kVstTempoValid) != 0)
+        transport.tempo = time->tempo;
+    if ((time->flags & kVstPpqPosValid) != 0)
+        transport.quarterPosition = time->ppqPos;
+    return transport;
+}
+
+// The numbers above the parameters are the panel's own; a host that looked them up would read past its table.
+void VstSynth::setParameterAutomated (VstInt32 index, float value)
+{
+    if (parameters::isParameter (index))
+        AudioEffectX::setParameterAutomated (index, value);
+    else
+        setParameter (index, value);
 }
 
 void VstSynth::getParameterLabel (VstInt32 /*index*/, char* text)
@@ -134,7 +150,8 @@ void VstSynth::getParameterName (VstInt32 index, char* text)
 
 void VstSynth::setProgramName (const char* name)
 {
-    core.setProgramName (name);
+    // The interface's names end with a zero; one that fills its 24 characters may come without.
+    core.setProgramName ({ name, ::strnlen (name, longestProgramName) });
 }
 
 void VstSynth::getProgramName (char* text)

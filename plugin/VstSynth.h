@@ -29,6 +29,7 @@ public:
     VstInt32 processEvents (VstEvents* events) override;
 
     void setParameter (VstInt32 index, float value) override { core.setParameter (index, value); }
+    void setParameterAutomated (VstInt32 index, float value) override;
     float getParameter (VstInt32 index) override { return core.getParameter (index); }
     void getParameterLabel (VstInt32 index, char* text) override;
     void getParameterDisplay (VstInt32 index, char* text) override;
