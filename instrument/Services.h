@@ -6,7 +6,8 @@
 #include "platform/MessageBox.h"
 #include "platform/SettingsStore.h"
 
-// What the synth needs from its surroundings. The library uses systemServices(); tests bring their own.
+// What the synth needs from its surroundings. The library uses systemServices() and adds its editor; tests
+// bring their own.
 struct Services
 {
     std::unique_ptr<platform::SettingsStore> settings; // never null

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <memory>
 
-class AEffEditor;
 class VstSynth;
 
 // What the synth tells its editor. Any of it may come on the audio thread (a learned controller, a program
@@ -24,9 +23,6 @@ public:
 
     // Another program is current.
     virtual void markCurrentProgram () = 0;
-
-    // The same object as the dispatch layer knows it.
-    virtual AEffEditor& asAEffEditor () = 0;
 };
 
 // Makes the editor of one synth; null when that failed, and then the library refuses to load.

@@ -1,6 +1,7 @@
 // What a host calls first: three names for one entry point.
 #include <new>
 
+#include "plugin/EditorFactory.h"
 #include "plugin/VstSynth.h"
 
 namespace
@@ -13,7 +14,9 @@ AudioEffect* createEffectInstance (AudioMasterCallback host)
 {
     if (host (nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f) == 0)
         return nullptr;
-    auto synth = std::unique_ptr<VstSynth> (new (std::nothrow) VstSynth (host));
+    Services services = systemServices ();
+    services.createEditor = editorFactory ();
+    auto synth = std::unique_ptr<VstSynth> (new (std::nothrow) VstSynth (host, std::move (services)));
     if (synth == nullptr)
         return nullptr;
     editorCreationFailed = editorCreationFailed || !synth->editorWasMade ();

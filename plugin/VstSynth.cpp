@@ -54,10 +54,7 @@ VstSynth::VstSynth (AudioMasterCallback host, Services surroundings)
         setUniqueID (uniqueId);
     }
     if (services.createEditor != nullptr)
-    {
-        synthEditor = services.createEditor (*this);
-        setEditor (synthEditor != nullptr ? &synthEditor->asAEffEditor () : nullptr);
-    }
+        synthEditor = services.createEditor (*this); // which attaches itself
     engine.initialise ();
     initialising = false;
     setProgram (0);
