@@ -1,5 +1,5 @@
-# The graphics toolkit, as the static library `vstgui`: one translation unit per platform and the
-# binding to the plug-in interface. Its sources are not part of this repository; BRIMVALE_VSTGUI_DIR
+# The graphics toolkit, as the static library `vstgui`: one translation unit per platform. Its binding to VST 2.4
+# is `vstgui_vst2`. Its sources are not part of this repository; BRIMVALE_VSTGUI_DIR
 # names a VSTGUI 4 source tree (the folder that holds vstgui/vstgui.h).
 include(OutsideSources)
 
@@ -13,10 +13,8 @@ else()
     set(platformUnit ${vstguiSources}/vstgui_linux.cpp)
 endif()
 
-add_library(vstgui STATIC ${platformUnit} ${vstguiSources}/plugin-bindings/aeffguieditor.cpp)
+add_library(vstgui STATIC ${platformUnit})
 target_include_directories(vstgui SYSTEM PUBLIC ${BRIMVALE_VSTGUI_DIR})
-# The binding finds the dispatch layer under the name that it expects.
-target_include_directories(vstgui PUBLIC ${CMAKE_SOURCE_DIR}/plugin/sdk PRIVATE ${CMAKE_SOURCE_DIR})
 # With its assertions off in every build: they abort on states that the library itself recovers from.
 target_compile_definitions(
     vstgui
@@ -70,3 +68,10 @@ else()
     target_compile_definitions(vstgui PUBLIC LINUX=1)
     target_link_libraries(vstgui PUBLIC PkgConfig::VstguiSystem ${CMAKE_DL_LIBS})
 endif()
+
+# It finds the dispatch layer under the name that it expects.
+add_library(vstgui_vst2 STATIC ${vstguiSources}/plugin-bindings/aeffguieditor.cpp)
+target_include_directories(vstgui_vst2 PUBLIC ${CMAKE_SOURCE_DIR}/plugin/sdk PRIVATE ${CMAKE_SOURCE_DIR})
+target_compile_definitions(vstgui_vst2 PRIVATE NDEBUG RELEASE)
+target_compile_options(vstgui_vst2 PRIVATE -w)
+target_link_libraries(vstgui_vst2 PUBLIC vstgui)

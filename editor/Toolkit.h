@@ -2,10 +2,6 @@
 
 #include <memory>
 
-// The toolkit's headers, in the one order that works: its plug-in binding first, which brings the dispatch
-// layer. Everything in this folder includes them from here.
-#include <vstgui/plugin-bindings/aeffguieditor.h>
-// Separate, for the binding has to come first.
 #include <vstgui/vstgui.h>
 
 namespace editor

@@ -1,7 +1,7 @@
 // What a host calls first: three names for one entry point.
 #include <new>
 
-#include "editor/EditorFactory.h"
+#include "plugin/EditorFactory.h"
 #include "plugin/VstSynth.h"
 
 namespace
@@ -15,7 +15,7 @@ AudioEffect* createEffectInstance (AudioMasterCallback host)
     if (host (nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f) == 0)
         return nullptr;
     auto synth = std::unique_ptr<VstSynth> (
-        new (std::nothrow) VstSynth (host, instrument::systemServices (), editor::createEditor));
+        new (std::nothrow) VstSynth (host, instrument::systemServices (), editorFactory ()));
     if (synth == nullptr)
         return nullptr;
     editorCreationFailed = editorCreationFailed || !synth->editorWasMade ();

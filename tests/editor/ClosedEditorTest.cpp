@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "editor/EditorFactory.h"
-#include "resources/panel/PanelLayout.h"
+#include "plugin/EditorFactory.h"
 #include "tests/support/TestSynth.h"
 
-using namespace editor;
 using namespace engine;
 using namespace instrument;
 using namespace parameters;
@@ -17,7 +15,7 @@ class ClosedEditor : public testing::Test
 protected:
     ClosedEditor ()
     {
-        host.createEditor = createEditor;
+        host.createEditor = editorFactory ();
         synth = std::make_unique<VstSynth> (&FakeHost::callback, host.services ());
         host.calls.clear ();
     }

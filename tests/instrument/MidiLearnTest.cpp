@@ -22,10 +22,6 @@ public:
     void refreshLearnMenus () override { ++menuRefreshes; }
     void setProgramEntry (std::int32_t /*program*/, const char* /*text*/) override {}
     void markCurrentProgram () override {}
-    AEffEditor& asAEffEditor () override { return door; }
-
-private:
-    AEffEditor door{ nullptr };
 };
 
 std::unique_ptr<SynthEditor> makeCountingEditor (VstSynth& /*synth*/)

@@ -2,11 +2,10 @@
 #include <cmath>
 
 #include "editor/Colours.h"
-#include "editor/Editor.h"
+#include "editor/Panel.h"
 
 #include "editor/MenuTable.h"
 #include "platform/EditorWindow.h"
-#include "plugin/VstSynth.h"
 #include <cmath>
 #include <vstgui/lib/platform/common/genericoptionmenu.h>
 #include <vstgui/lib/platform/iplatformframe.h>
@@ -27,7 +26,7 @@ SharedPointer<COptionMenu> emptyMenu (IControlListener* listener, std::int32_t t
 }
 }
 
-SharedPointer<COptionMenu> Editor::makeMenu (std::int32_t tag)
+SharedPointer<COptionMenu> Panel::makeMenu (std::int32_t tag)
 {
     auto menu = emptyMenu (this, tag);
     for (const char* entry : menuTable (tag).entries)
@@ -41,7 +40,7 @@ SharedPointer<COptionMenu> Editor::makeMenu (std::int32_t tag)
     return menu;
 }
 
-SharedPointer<COptionMenu> Editor::makeMainMenu ()
+SharedPointer<COptionMenu> Panel::makeMainMenu ()
 {
     auto menu = makeMenu (commandMainMenu);
     menu->addSeparator ();
@@ -56,7 +55,7 @@ SharedPointer<COptionMenu> Editor::makeMainMenu ()
 }
 
 // Entries carry their program as tag, for the groups count from 0 each.
-SharedPointer<COptionMenu> Editor::makeProgramMenu ()
+SharedPointer<COptionMenu> Panel::makeProgramMenu ()
 {
     auto menu = emptyMenu (this, commandProgram);
     for (const ProgramGroup& group : programGroups ())
@@ -78,7 +77,7 @@ SharedPointer<COptionMenu> Editor::makeProgramMenu ()
 }
 
 // -1 where no entry is a state.
-int Editor::currentEntry (std::int32_t tag) const
+int Panel::currentEntry (std::int32_t tag) const
 {
     if (tag == commandRandom)
         return randomChoice == useNumberKeysEntry ? randomChoice : -1;
@@ -88,7 +87,7 @@ int Editor::currentEntry (std::int32_t tag) const
 }
 
 // The toolkit takes its reference back only while the frame lives, so it gets one of its own.
-void Editor::popUp (const SharedPointer<COptionMenu>& menu, const CPoint& where)
+void Panel::popUp (const SharedPointer<COptionMenu>& menu, const CPoint& where)
 {
     const auto show = [this, menu, where]
     {
@@ -110,17 +109,17 @@ void Editor::popUp (const SharedPointer<COptionMenu>& menu, const CPoint& where)
         show ();
 }
 
-void Editor::openMainMenu (const CPoint& where)
+void Panel::openMainMenu (const CPoint& where)
 {
     popUp (makeMainMenu (), where);
 }
 
-void Editor::openProgramMenu ()
+void Panel::openProgramMenu ()
 {
     popUp (makeProgramMenu (), toRect (panel::programDisplayRect).getBottomLeft ());
 }
 
-void Editor::menuChosen (COptionMenu& menu)
+void Panel::menuChosen (COptionMenu& menu)
 {
     std::int32_t index = -1;
     COptionMenu* chosen = menu.getLastItemMenu (index);
@@ -142,7 +141,7 @@ void Editor::menuChosen (COptionMenu& menu)
         endEdit (tag);
 }
 
-void Editor::styleMenus ()
+void Panel::styleMenus ()
 {
     if (platform::hasMenusOfItsOwn ())
         return;

@@ -1,12 +1,11 @@
-// The editor in a real window of this process: what only somebody inside can see. Each test has its own
+// The panel in a real window of this process: what only somebody inside can see. Each test has its own
 // display.
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <thread>
 
-#include "editor/Editor.h"
-#include "editor/EditorFactory.h"
+#include "editor/Panel.h"
 #include "platform/HostWindow.h"
 #include "tests/editor/Bench.h"
 #include "tests/support/TestSynth.h"
@@ -34,39 +33,67 @@ public:
     std::vector<CRect> drawn;
 };
 
-// One instrument with its editor open.
-struct OpenEditor
+// A format around the panel that only sets parameters.
+class PlainHost final : public PanelHost
 {
-    explicit OpenEditor (FakeHost& host)
-        : synth (&FakeHost::callback, host.services ()),
-          window (platform::HostWindow::make (612, 433))
+public:
+    void setParameterAutomated (std::int32_t index, float value) override
     {
-        call (effEditOpen, window->handle ());
+        synth->setParameter (index, value);
     }
-    ~OpenEditor () { call (effEditClose); }
+    void beginEdit (std::int32_t /*index*/) override {}
+    void endEdit (std::int32_t /*index*/) override {}
+    bool resize (int /*width*/, int /*height*/) override { return true; }
+    void updateDisplay () override {}
 
-    VstIntPtr call (VstInt32 opcode, void* ptr = nullptr)
+    VstSynth* synth = nullptr;
+};
+
+// One instrument with its panel, which it owns.
+struct TestPanel
+{
+    explicit TestPanel (FakeHost& host)
     {
-        return synth.dispatcher (opcode, 0, 0, ptr, 0.0f);
+        static TestPanel* made = nullptr;
+        made = this;
+        host.createEditor = [] (VstSynth& owner) -> std::unique_ptr<SynthEditor>
+        {
+            auto created = std::make_unique<Panel> (owner, made->around);
+            made->panel = created.get ();
+            return created;
+        };
+        synth = std::make_unique<VstSynth> (&FakeHost::callback, host.services ());
+        around.synth = synth.get ();
     }
-    Editor& editor () { return *dynamic_cast<Editor*> (synth.getEditor ()); }
+
+    PlainHost around;
+    Panel* panel = nullptr;
+    std::unique_ptr<VstSynth> synth;
+};
+
+// The same with the panel open.
+struct OpenPanel : TestPanel
+{
+    explicit OpenPanel (FakeHost& host) : TestPanel (host), window (platform::HostWindow::make (612, 433))
+    {
+        panel->open (window->handle ());
+    }
+    ~OpenPanel () { panel->close (); }
+
     void idle ()
     {
         window->handleEvents ();
-        call (effEditIdle);
+        panel->idle ();
     }
 
-    VstSynth synth;
     std::unique_ptr<platform::HostWindow> window;
 };
 
-class EditorInProcess : public testing::Test
+class PanelInProcess : public testing::Test
 {
 protected:
-    EditorInProcess () { host.createEditor = createEditor; }
-
     // Idles until something is drawn and then until nothing more is.
-    static bool settle (OpenEditor& open, DrawRecorder& recorder)
+    static bool settle (OpenPanel& open, DrawRecorder& recorder)
     {
         int quiet = 0;
         return Bench::eventually (
@@ -83,27 +110,27 @@ protected:
     FakeHost host;
 };
 
-TEST_F (EditorInProcess, IdlesWithoutDrawing)
+TEST_F (PanelInProcess, IdlesWithoutDrawing)
 {
-    OpenEditor open (host);
+    OpenPanel open (host);
     auto* recorder = new DrawRecorder; // the frame's
-    open.editor ().getFrame ()->addView (recorder);
+    open.panel->getFrame ()->addView (recorder);
     ASSERT_TRUE (settle (open, *recorder));
     recorder->drawn.clear ();
     for (int i = 0; i < 100; ++i)
     {
-        open.synth.setParameter (paramVolume, open.synth.getParameter (paramVolume)); // the same again
+        open.synth->setParameter (paramVolume, open.synth->getParameter (paramVolume)); // the same again
         open.idle ();
         std::this_thread::sleep_for (std::chrono::milliseconds (1)); // timers are due every 16
     }
     EXPECT_TRUE (recorder->drawn.empty ()) << recorder->drawn.size () << " rectangles";
 }
 
-TEST_F (EditorInProcess, DrawsOnlyWhatChanged)
+TEST_F (PanelInProcess, DrawsOnlyWhatChanged)
 {
-    OpenEditor open (host);
+    OpenPanel open (host);
     auto* recorder = new DrawRecorder;
-    open.editor ().getFrame ()->addView (recorder);
+    open.panel->getFrame ()->addView (recorder);
     ASSERT_TRUE (settle (open, *recorder));
 
     struct Change
@@ -120,7 +147,7 @@ TEST_F (EditorInProcess, DrawsOnlyWhatChanged)
     for (const Change& change : changes)
     {
         recorder->drawn.clear ();
-        open.editor ().setParameter (change.index, change.value);
+        open.panel->setParameter (change.index, change.value);
         ASSERT_TRUE (settle (open, *recorder)) << change.index;
         for (const CRect& rect : recorder->drawn)
         {
@@ -132,32 +159,32 @@ TEST_F (EditorInProcess, DrawsOnlyWhatChanged)
     }
 }
 
-TEST_F (EditorInProcess, SeveralEditorsLiveSideBySide)
+TEST_F (PanelInProcess, SeveralEditorsLiveSideBySide)
 {
-    auto first = std::make_unique<OpenEditor> (host);
-    OpenEditor second (host);
-    first->editor ().setParameter (paramFilterFreq, 0.1f);
-    second.editor ().setParameter (paramFilterFreq, 0.9f);
+    auto first = std::make_unique<OpenPanel> (host);
+    OpenPanel second (host);
+    first->panel->setParameter (paramFilterFreq, 0.1f);
+    second.panel->setParameter (paramFilterFreq, 0.9f);
     first->idle ();
     second.idle ();
-    EXPECT_FLOAT_EQ (first->editor ().slot (paramFilterFreq).control->getValue (), 0.1f);
-    EXPECT_FLOAT_EQ (second.editor ().slot (paramFilterFreq).control->getValue (), 0.9f);
+    EXPECT_FLOAT_EQ (first->panel->slot (paramFilterFreq).control->getValue (), 0.1f);
+    EXPECT_FLOAT_EQ (second.panel->slot (paramFilterFreq).control->getValue (), 0.9f);
     first.reset ();
-    second.editor ().setParameter (paramFilterFreq, 0.4f);
+    second.panel->setParameter (paramFilterFreq, 0.4f);
     for (int i = 0; i < 10; ++i)
         second.idle ();
-    EXPECT_FLOAT_EQ (second.editor ().slot (paramFilterFreq).control->getValue (), 0.4f);
-    first = std::make_unique<OpenEditor> (host);
-    EXPECT_TRUE (first->editor ().isOpen ());
+    EXPECT_FLOAT_EQ (second.panel->slot (paramFilterFreq).control->getValue (), 0.4f);
+    first = std::make_unique<OpenPanel> (host);
+    EXPECT_NE (first->panel->getFrame (), nullptr);
 }
 
-TEST_F (EditorInProcess, EveryParameterControlHasItsMenu)
+TEST_F (PanelInProcess, EveryParameterControlHasItsMenu)
 {
-    OpenEditor open (host);
+    OpenPanel open (host);
     int menus = 0;
-    for (std::int32_t tag = 0; tag < Editor::slotCount; ++tag)
+    for (std::int32_t tag = 0; tag < Panel::slotCount; ++tag)
     {
-        const Editor::ControlSlot& slot = open.editor ().slot (tag);
+        const Panel::ControlSlot& slot = open.panel->slot (tag);
         EXPECT_EQ (slot.rightMenu != nullptr, slot.control != nullptr && tag < parameterCount) << tag;
         if (slot.rightMenu == nullptr)
             continue;
@@ -172,28 +199,28 @@ TEST_F (EditorInProcess, EveryParameterControlHasItsMenu)
     EXPECT_EQ (menus, 32); // 38 parameters, six of them in menus or nowhere
 }
 
-TEST_F (EditorInProcess, LearnedControllersReachTheMenus)
+TEST_F (PanelInProcess, LearnedControllersReachTheMenus)
 {
-    OpenEditor open (host);
-    open.synth.setParameter (commandLearn, 18.0f);
+    OpenPanel open (host);
+    open.synth->setParameter (commandLearn, 18.0f);
     EventList list ({ { 0, 0xB0, 74, 100 } });
-    open.synth.processEvents (list.get ());
+    open.synth->processEvents (list.get ());
     std::vector<float> samples (64);
     float* outputs[] = { samples.data (), samples.data () };
-    open.synth.processReplacing (nullptr, outputs, 64);
-    EXPECT_EQ (open.editor ().slot (18).rightMenu->boundController (), 0u) << "waits for the idle call";
+    open.synth->processReplacing (nullptr, outputs, 64);
+    EXPECT_EQ (open.panel->slot (18).rightMenu->boundController (), 0u) << "waits for the idle call";
     open.idle ();
-    EXPECT_EQ (open.editor ().slot (18).rightMenu->boundController (), 74u);
-    open.synth.setParameter (commandLearn, 1018.0f);
+    EXPECT_EQ (open.panel->slot (18).rightMenu->boundController (), 74u);
+    open.synth->setParameter (commandLearn, 1018.0f);
     open.idle ();
-    EXPECT_EQ (open.editor ().slot (18).rightMenu->boundController (), 0u);
+    EXPECT_EQ (open.panel->slot (18).rightMenu->boundController (), 0u);
 }
 
 // A key that the mouse holds stays down whatever ends its note.
-TEST_F (EditorInProcess, KeyUnderTheMouseIgnoresNoteOffs)
+TEST_F (PanelInProcess, KeyUnderTheMouseIgnoresNoteOffs)
 {
-    OpenEditor open (host);
-    auto& keyboard = const_cast<Keyboard&> (*open.editor ().onScreenKeyboard ());
+    OpenPanel open (host);
+    auto& keyboard = const_cast<Keyboard&> (*open.panel->onScreenKeyboard ());
     MouseDownEvent down (CPoint (39 + 5, 316 + 90), MouseEventButtonState (MouseButton::Left));
     keyboard.onMouseDownEvent (down);
     EXPECT_TRUE (keyboard.isKeyDown (48));
@@ -210,17 +237,17 @@ TEST_F (EditorInProcess, KeyUnderTheMouseIgnoresNoteOffs)
 }
 
 // The audio thread plays and learns while the interface idles, opens and closes.
-TEST_F (EditorInProcess, AudioThreadAndInterfaceThread)
+TEST_F (PanelInProcess, AudioThreadAndInterfaceThread)
 {
-    VstSynth synth (&FakeHost::callback, host.services ());
+    TestPanel test (host);
     std::atomic<bool> stop = false;
-    auto& editor = *dynamic_cast<SynthEditor*> (synth.getEditor ());
+    SynthEditor& editor = *test.panel;
     std::thread audio (
         [&]
         {
             for (int i = 0; !stop; ++i)
             {
-                editor.setParameter (i % Editor::slotCount, static_cast<float> (i % 100) / 100.0f);
+                editor.setParameter (i % Panel::slotCount, static_cast<float> (i % 100) / 100.0f);
                 editor.setParameter (i % 2 == 0 ? commandKeyOn : commandKeyOff,
                                      static_cast<float> (i % 128) / 128.0f);
                 editor.refreshLearnMenus ();
@@ -230,22 +257,22 @@ TEST_F (EditorInProcess, AudioThreadAndInterfaceThread)
     for (int opening = 0; opening < 5; ++opening)
     {
         const auto window = platform::HostWindow::make (612, 433);
-        EXPECT_EQ (synth.dispatcher (effEditOpen, 0, 0, window->handle (), 0.0f), 1);
+        EXPECT_TRUE (test.panel->open (window->handle ()));
         for (int i = 0; i < 20; ++i)
-            synth.dispatcher (effEditIdle, 0, 0, nullptr, 0.0f);
-        synth.dispatcher (effEditClose, 0, 0, nullptr, 0.0f);
+            test.panel->idle ();
+        test.panel->close ();
     }
     stop = true;
     audio.join ();
 }
 
-TEST_F (EditorInProcess, WithoutADisplayItDoesNotOpen)
+TEST_F (PanelInProcess, WithoutADisplayItDoesNotOpen)
 {
-    VstSynth synth (&FakeHost::callback, host.services ());
+    TestPanel test (host);
     display.leave ();
     int anything = 0;
-    EXPECT_EQ (synth.dispatcher (effEditOpen, 0, 0, &anything, 0.0f), 0);
-    synth.dispatcher (effEditIdle, 0, 0, nullptr, 0.0f);
-    synth.dispatcher (effEditClose, 0, 0, nullptr, 0.0f);
+    EXPECT_FALSE (test.panel->open (&anything));
+    test.panel->idle ();
+    test.panel->close ();
 }
 }

@@ -9,13 +9,12 @@
 #include "editor/HoverHelp.h"
 #include "editor/Keyboard.h"
 #include "editor/Mailbox.h"
+#include "editor/PanelFactory.h"
 #include "editor/ProgramDisplay.h"
 #include "editor/RandomSound.h"
 #include "editor/RightMenu.h"
 #include "editor/SmallButton.h"
 #include "editor/Toolkit.h"
-#include "instrument/EditorLink.h"
-#include "plugin/VstSynth.h"
 #include "resources/panel/PanelLayout.h"
 
 namespace editor
@@ -23,24 +22,29 @@ namespace editor
 // The panel in the host's window. Everything runs on the host's user-interface thread but the four calls of
 // EditorLink that bring news: those may come on the audio thread, go into the mailbox and are worked off at
 // the next idle, or at once when the change came from the panel itself.
-class Editor final : public VSTGUI::AEffGUIEditor,
-                     public VSTGUI::IControlListener,
-                     public VSTGUI::IKeyboardHook,
-                     public instrument::EditorLink
+class Panel final : public HostedPanel,
+                    public VSTGUI::VSTGUIEditorInterface,
+                    public VSTGUI::IControlListener,
+                    public VSTGUI::IKeyboardHook
 {
 public:
-    explicit Editor (VstSynth& owner);
-    ~Editor () override;
+    Panel (Synth& owner, PanelHost& surroundings);
+    ~Panel () override;
 
-    // AEffEditor
-    bool getRect (ERect** rectangle) override;
+    // HostedPanel
+    Size size () override;
     bool open (void* parentWindow) override;
     void close () override;
     void idle () override;
-    bool onKeyDown (VstKeyCode& keyCode) override; // takes every key
-    void beginEdit (std::int32_t index) override;  // only parameters reach the host
+    bool onKeyDown (std::int32_t character) override; // takes every key
+    bool onWheel (float distance) override;
+    bool setKnobMode (std::int32_t mode) override;
+
+    // From the toolkit
+    void beginEdit (std::int32_t index) override; // only parameters reach the host
     void endEdit (std::int32_t index) override;
     bool beforeSizeChange (const VSTGUI::CRect& newSize, const VSTGUI::CRect& oldSize) override;
+    std::int32_t getKnobMode () const override { return knobMode; }
 
     // EditorLink
     void setParameter (std::int32_t index, float value) override;
@@ -68,10 +72,9 @@ public:
     const ControlSlot& slot (std::int32_t tag) const { return slots[static_cast<std::size_t> (tag)]; }
     const Keyboard* onScreenKeyboard () const { return keyboard; }
     bool isKeyboardShown () const { return keyboardShown; }
-    bool isAboutShown () const { return aboutShown; }
 
 private:
-    // EditorPanel.cpp: what the panel is built of
+    // PanelBuild.cpp: what the panel is built of
     void buildPanel ();
     void addKnob (int x, int y, std::int32_t tag, int frameHeight, int bitmapId, bool addToFrame);
     void addOnOffButton (int x, int y, int width, int height, std::int32_t tag, int bitmapId,
@@ -88,7 +91,7 @@ private:
     VSTGUI::SharedPointer<VSTGUI::CBitmap> panelBitmap (int resourceId);
     std::string helpFor (VSTGUI::CView* view);
 
-    // EditorMenus.cpp
+    // PanelMenus.cpp
     VSTGUI::SharedPointer<VSTGUI::COptionMenu> makeMenu (std::int32_t tag);
     VSTGUI::SharedPointer<VSTGUI::COptionMenu> makeMainMenu ();
     VSTGUI::SharedPointer<VSTGUI::COptionMenu> makeProgramMenu ();
@@ -99,7 +102,7 @@ private:
     void menuChosen (VSTGUI::COptionMenu& menu);
     void styleMenus ();
 
-    // Editor.cpp: news and their effects
+    // Panel.cpp: news and their effects
     void applyNews ();
     void applyValue (std::int32_t index, float value);
     void applyNotes (const Mailbox::News& news);
@@ -119,10 +122,12 @@ private:
     void setKeyboardShown (bool shown);
     void setZoomEntry (int entry);
 
-    VstSynth& host;
-    instrument::Instrument& synth;
+    Synth& synth;
+    PanelHost& host;
     std::shared_ptr<Toolkit> toolkit; // from the first time open
     Mailbox mailbox;
+    std::int32_t knobMode = VSTGUI::kLinearMode;
+    Size shownSize = {}; // pixels, zoomed
     bool closed = true;
     bool applying = false; // news are being worked off; calls that come back in between wait
     std::array<ControlSlot, slotCount> slots;

@@ -1,12 +1,11 @@
 // What the panel is built of, from the control table.
 #include "editor/ClipRelease.h"
 #include "editor/Colours.h"
-#include "editor/Editor.h"
 #include "editor/MenuTable.h"
+#include "editor/Panel.h"
 #include "editor/StepKnob.h"
 #include "editor/ValueText.h"
 #include "platform/MessageBox.h"
-#include "plugin/VstSynth.h"
 
 namespace editor
 {
@@ -47,7 +46,7 @@ private:
 };
 }
 
-void Editor::buildPanel ()
+void Panel::buildPanel ()
 {
     frame->addView (
         new EmptyPanel (toRect (panel::panelRect), [this] (const CPoint& where) { openMainMenu (where); }));
@@ -84,7 +83,7 @@ void Editor::buildPanel ()
     frame->registerKeyboardHook (this);
 }
 
-SharedPointer<CBitmap> Editor::panelBitmap (int resourceId)
+SharedPointer<CBitmap> Panel::panelBitmap (int resourceId)
 {
     auto bitmap = toolkit->bitmap (resourceId);
     if (!bitmap)
@@ -92,7 +91,7 @@ SharedPointer<CBitmap> Editor::panelBitmap (int resourceId)
     return bitmap;
 }
 
-void Editor::enterControl (CControl* control, std::int32_t tag, int bitmapId, bool addToFrame)
+void Panel::enterControl (CControl* control, std::int32_t tag, int bitmapId, bool addToFrame)
 {
     ControlSlot& entry = slots[static_cast<std::size_t> (tag)];
     entry.control = control;
@@ -117,7 +116,7 @@ void Editor::enterControl (CControl* control, std::int32_t tag, int bitmapId, bo
     entry.active = true;
 }
 
-void Editor::addKnob (int x, int y, std::int32_t tag, int frameHeight, int bitmapId, bool addToFrame)
+void Panel::addKnob (int x, int y, std::int32_t tag, int frameHeight, int bitmapId, bool addToFrame)
 {
     const auto bitmap = panelBitmap (bitmapId);
     const int width = bitmap ? static_cast<int> (bitmap->getWidth ()) : frameHeight;
@@ -126,15 +125,15 @@ void Editor::addKnob (int x, int y, std::int32_t tag, int frameHeight, int bitma
     enterControl (new StepKnob (size, this, tag, frames, frameHeight, bitmap), tag, bitmapId, addToFrame);
 }
 
-void Editor::addOnOffButton (int x, int y, int width, int height, std::int32_t tag, int bitmapId,
-                             bool addToFrame)
+void Panel::addOnOffButton (int x, int y, int width, int height, std::int32_t tag, int bitmapId,
+                            bool addToFrame)
 {
     const CRect size (x, y, x + width, y + height);
     enterControl (new COnOffButton (size, this, tag, panelBitmap (bitmapId)), tag, bitmapId, addToFrame);
 }
 
-void Editor::addHorizontalSlider (int x, int y, int width, int height, std::int32_t tag, int bitmapId,
-                                  bool addToFrame)
+void Panel::addHorizontalSlider (int x, int y, int width, int height, std::int32_t tag, int bitmapId,
+                                 bool addToFrame)
 {
     const CRect size (x, y, x + width, y + height);
     auto* slider = new CHorizontalSlider (size, this, tag, CPoint (0, panel::sliderHandleOffsetY), width,
@@ -144,8 +143,8 @@ void Editor::addHorizontalSlider (int x, int y, int width, int height, std::int3
     enterControl (slider, tag, bitmapId, addToFrame);
 }
 
-void Editor::addValueDisplay (int x, int y, int width, int height, std::int32_t tag, float scale,
-                              float offset, bool isInteger, bool addToFrame)
+void Panel::addValueDisplay (int x, int y, int width, int height, std::int32_t tag, float scale, float offset,
+                             bool isInteger, bool addToFrame)
 {
     ControlSlot& entry = slots[static_cast<std::size_t> (tag)];
     entry.displayScale = scale;
@@ -171,7 +170,7 @@ void Editor::addValueDisplay (int x, int y, int width, int height, std::int32_t 
         frame->addView (display);
 }
 
-void Editor::addKeyboard (const panel::Rect& rectangle, std::int32_t tag)
+void Panel::addKeyboard (const panel::Rect& rectangle, std::int32_t tag)
 {
     const Keyboard::Pictures pictures = { panelBitmap (panel::whiteKeyUpId),
                                           panelBitmap (panel::whiteKeyDownId),
@@ -185,13 +184,13 @@ void Editor::addKeyboard (const panel::Rect& rectangle, std::int32_t tag)
 }
 
 // A view that comes and goes: the frame gives up one reference when it removes it, and we keep ours.
-void Editor::addShared (CView* view)
+void Panel::addShared (CView* view)
 {
     view->remember ();
     frame->addView (view, topView);
 }
 
-void Editor::addProgramControls ()
+void Panel::addProgramControls ()
 {
     programDisplay = new ProgramDisplay (
         toRect (panel::programDisplayRect), toolkit->font (panel::programFontSize),
@@ -210,13 +209,13 @@ void Editor::addProgramControls ()
     frame->addView (menuButton);
 }
 
-void Editor::makeAboutPage ()
+void Panel::makeAboutPage ()
 {
     aboutPage = makeOwned<CAboutPage> (toRect (panel::aboutRect), this, commandRemoveAbout, aboutPicture,
                                        toRect (panel::aboutVersionRect), toolkit->font (aboutFontSize));
 }
 
-std::string Editor::helpFor (CView* view)
+std::string Panel::helpFor (CView* view)
 {
     if (auto* rightMenu = dynamic_cast<VstGraph::CRightMenu*> (view))
     {

@@ -1,12 +1,10 @@
-#include "editor/Editor.h"
+#include "editor/Panel.h"
 
 #include <chrono>
 
-#include "editor/EditorFactory.h"
 #include "editor/MenuTable.h"
 #include "editor/ValueText.h"
 #include "platform/EditorWindow.h"
-#include "plugin/VstSynth.h"
 
 namespace editor
 {
@@ -14,8 +12,6 @@ using namespace VSTGUI;
 
 namespace
 {
-constexpr std::int32_t linearKnobs = kLinearMode;
-
 // The zoom lies beside the synth's stored settings, in percent.
 constexpr std::string_view settingsKey = "Brimvale";
 constexpr std::string_view zoomName = "EditorZoom";
@@ -52,37 +48,31 @@ std::int32_t categoryOfKey (std::int32_t character)
 }
 }
 
-std::unique_ptr<AEffEditor> createEditor (VstSynth& synth)
+std::unique_ptr<HostedPanel> createPanel (Synth& synth, PanelHost& host)
 {
-    return std::make_unique<Editor> (synth);
+    return std::make_unique<Panel> (synth, host);
 }
 
-Editor::Editor (VstSynth& owner)
-    : AEffGUIEditor (static_cast<AudioEffect*> (&owner)),
-      host (owner),
-      synth (owner.instrument ()),
+Panel::Panel (Synth& owner, PanelHost& surroundings)
+    : synth (owner),
+      host (surroundings),
       randomSound (clockSeed ())
 {
-    rect = { 0, 0, static_cast<VstInt16> (panel::panelRect.height),
-             static_cast<VstInt16> (panel::panelRect.width) };
-    AEffGUIEditor::setKnobMode (linearKnobs);
-    synth.attachEditor (this);
 }
 
-Editor::~Editor ()
+Panel::~Panel ()
 {
-    Editor::close ();
+    Panel::close ();
 }
 
-bool Editor::getRect (ERect** rectangle)
+Panel::Size Panel::size ()
 {
     if (closed)
         updateRect ();
-    *rectangle = &rect;
-    return true;
+    return shownSize;
 }
 
-bool Editor::open (void* parentWindow)
+bool Panel::open (void* parentWindow)
 {
     close ();
     if (parentWindow == nullptr)
@@ -96,7 +86,7 @@ bool Editor::open (void* parentWindow)
     mailbox.open (); // before anything is read, so that no change falls between
     frame = new CFrame (CRect (0, 0, panel::panelRect.width, panelHeight ()), this);
     frame->setBackground (background);
-    setKnobMode (linearKnobs);
+    knobMode = kLinearMode;
     buildPanel ();
     makeAboutPage ();
     frame->setZoom (zoomPercents[zoomChoice] / 100.0);
@@ -106,13 +96,12 @@ bool Editor::open (void* parentWindow)
         return false;
     }
     styleMenus ();
-    AEffGUIEditor::open (parentWindow);
     copyLearnBindings ();
     closed = false;
     return true;
 }
 
-void Editor::close ()
+void Panel::close ()
 {
     closed = true;
     mailbox.shut ();
@@ -127,7 +116,6 @@ void Editor::close ()
     frame->unregisterKeyboardHook (this);
     platform::closeFrame (*frame);
     frame = nullptr;
-    systemWindow = nullptr;
     background = nullptr;
     aboutPicture = nullptr;
     toolkit->releaseBitmaps ();
@@ -143,7 +131,7 @@ void Editor::close ()
     aboutShown = false;
 }
 
-void Editor::idle ()
+void Panel::idle ()
 {
     if (closed)
         return;
@@ -154,17 +142,35 @@ void Editor::idle ()
     hoverHelp->idle ();
     if (!platform::windowsKeepTheirPicture () && topView->drewPart ())
         frame->invalid ();
-    AEffGUIEditor::idle ();
+    frame->idle ();
 }
 
-bool Editor::onKeyDown (VstKeyCode& keyCode)
+bool Panel::onKeyDown (std::int32_t character)
 {
     if (!closed && randomChoice == useNumberKeysEntry)
-        makeRandomSound (categoryOfKey (keyCode.character));
+        makeRandomSound (categoryOfKey (character));
     return true;
 }
 
-void Editor::onKeyboardEvent (KeyboardEvent& event, CFrame* /*owner*/)
+bool Panel::onWheel (float distance)
+{
+    MouseWheelEvent event;
+    if (closed || !frame->getCurrentMouseLocation (event.mousePosition))
+        return false;
+    event.deltaY = static_cast<double> (distance);
+    frame->dispatchEvent (event);
+    return event.consumed;
+}
+
+bool Panel::setKnobMode (std::int32_t mode)
+{
+    if (mode < kCircularMode || mode > kLinearMode)
+        return false;
+    knobMode = mode;
+    return true;
+}
+
+void Panel::onKeyboardEvent (KeyboardEvent& event, CFrame* /*owner*/)
 {
     const std::int32_t category = categoryOfKey (static_cast<std::int32_t> (event.character));
     if (event.type != EventType::KeyDown || randomChoice != useNumberKeysEntry || category < 0)
@@ -173,30 +179,31 @@ void Editor::onKeyboardEvent (KeyboardEvent& event, CFrame* /*owner*/)
     event.consumed = true;
 }
 
-void Editor::beginEdit (std::int32_t index)
+void Panel::beginEdit (std::int32_t index)
 {
     if (isParameter (index))
-        AEffGUIEditor::beginEdit (index);
+        host.beginEdit (index);
 }
 
-void Editor::endEdit (std::int32_t index)
+void Panel::endEdit (std::int32_t index)
 {
     if (isParameter (index))
-        AEffGUIEditor::endEdit (index);
+        host.endEdit (index);
 }
 
-bool Editor::beforeSizeChange (const CRect& newSize, const CRect& oldSize)
+bool Panel::beforeSizeChange (const CRect& newSize, const CRect& /*oldSize*/)
 {
-    return closed || AEffGUIEditor::beforeSizeChange (newSize, oldSize);
+    return closed ||
+           host.resize (static_cast<int> (newSize.getWidth ()), static_cast<int> (newSize.getHeight ()));
 }
 
 // Any thread.
-void Editor::setParameter (std::int32_t index, float value)
+void Panel::setParameter (std::int32_t index, float value)
 {
     mailbox.post (index, value);
 }
 
-void Editor::valueChanged (CControl* control)
+void Panel::valueChanged (CControl* control)
 {
     if (closed)
         return;
@@ -217,15 +224,17 @@ void Editor::valueChanged (CControl* control)
         hoverHelp->refresh ();
 }
 
-void Editor::forward (std::int32_t tag, float value)
+void Panel::forward (std::int32_t tag, float value)
 {
     if (tag == commandRemoveAbout)
         setParameter (tag, value);
-    else
+    else if (isParameter (tag))
         host.setParameterAutomated (tag, value);
+    else
+        synth.setParameter (tag, value);
 }
 
-void Editor::applyNews ()
+void Panel::applyNews ()
 {
     if (applying)
         return;
@@ -249,7 +258,7 @@ void Editor::applyNews ()
     applying = false;
 }
 
-void Editor::applyValue (std::int32_t index, float value)
+void Panel::applyValue (std::int32_t index, float value)
 {
     switch (index)
     {
@@ -290,7 +299,7 @@ void Editor::applyValue (std::int32_t index, float value)
         updateLamps ();
 }
 
-void Editor::applyNotes (const Mailbox::News& news)
+void Panel::applyNotes (const Mailbox::News& news)
 {
     if (news.has (commandVoiceMode))
     {
@@ -311,7 +320,7 @@ void Editor::applyNotes (const Mailbox::News& news)
 }
 
 // The lamps say what a knob at its special place does.
-void Editor::updateLamps ()
+void Panel::updateLamps ()
 {
     for (const Lamp& lamp : lamps)
     {
@@ -321,7 +330,7 @@ void Editor::updateLamps ()
     }
 }
 
-void Editor::updateRateDisplay ()
+void Panel::updateRateDisplay ()
 {
     CControl* display = slot (paramLfoRate).display;
     const std::string before = rateText;
@@ -331,13 +340,13 @@ void Editor::updateRateDisplay ()
         display->setDirty ();
 }
 
-void Editor::updateProgramDisplay ()
+void Panel::updateProgramDisplay ()
 {
     if (programDisplay != nullptr)
         programDisplay->setText (programEntry (synth.getProgram (), synth.programName (synth.getProgram ())));
 }
 
-void Editor::copyLearnBindings ()
+void Panel::copyLearnBindings ()
 {
     for (std::int32_t index = 0; index < parameterCount; ++index)
     {
@@ -346,7 +355,7 @@ void Editor::copyLearnBindings ()
     }
 }
 
-void Editor::stepProgram (std::int32_t step)
+void Panel::stepProgram (std::int32_t step)
 {
     const std::int32_t next =
         (synth.getProgram () + step + instrument::programCount) % instrument::programCount;
@@ -354,14 +363,14 @@ void Editor::stepProgram (std::int32_t step)
     applyNews ();
 }
 
-void Editor::makeRandomSound (std::int32_t category)
+void Panel::makeRandomSound (std::int32_t category)
 {
     randomSound.generate (category,
                           [this] (std::int32_t index, float value) { synth.setParameter (index, value); });
     applyNews ();
 }
 
-void Editor::showAboutPage ()
+void Panel::showAboutPage ()
 {
     if (aboutShown)
         return;
@@ -369,7 +378,7 @@ void Editor::showAboutPage ()
     addShared (aboutPage);
 }
 
-void Editor::removeAboutPage ()
+void Panel::removeAboutPage ()
 {
     if (!aboutShown)
         return;
@@ -386,23 +395,20 @@ void Editor::removeAboutPage ()
         remove ();
 }
 
-int Editor::panelHeight () const
+int Panel::panelHeight () const
 {
     return synth.getParameter (paramShowKeys) != 0.0f ? panel::panelRect.height : panel::heightWithoutKeys;
 }
 
-void Editor::updateRect ()
+void Panel::updateRect ()
 {
     if (zoomChoice < 0)
         zoomChoice = zoomEntryOf (synth.settings ().read (settingsKey, zoomName));
     const int percent = zoomPercents[zoomChoice];
-    rect.top = 0;
-    rect.left = 0;
-    rect.right = static_cast<VstInt16> (panel::panelRect.width * percent / 100);
-    rect.bottom = static_cast<VstInt16> (panelHeight () * percent / 100);
+    shownSize = { panel::panelRect.width * percent / 100, panelHeight () * percent / 100 };
 }
 
-void Editor::setKeyboardShown (bool shown)
+void Panel::setKeyboardShown (bool shown)
 {
     if (shown == keyboardShown)
         return;
@@ -412,11 +418,11 @@ void Editor::setKeyboardShown (bool shown)
     else
         frame->removeView (keyboard);
     updateRect (); // first, for the host may ask while it resizes
-    frame->setSize (rect.right, rect.bottom);
+    frame->setSize (shownSize.width, shownSize.height);
     frame->invalid ();
 }
 
-void Editor::setZoomEntry (int entry)
+void Panel::setZoomEntry (int entry)
 {
     const int before = zoomChoice;
     zoomChoice = entry;

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+
+#include "editor/PanelHost.h"
+#include "editor/Synth.h"
+#include "instrument/EditorLink.h"
+
+namespace editor
+{
+// The panel as the plug-in formats drive it, and as the instrument tells it news. User-interface thread only,
+// but for the news (see EditorLink).
+class HostedPanel : public instrument::EditorLink
+{
+public:
+    struct Size
+    {
+        int width, height; // pixels
+    };
+
+    // What the window has or, while it is closed, will have.
+    virtual Size size () = 0;
+
+    // Opens inside the host's window (an HWND or an X11 window id); false when that failed.
+    virtual bool open (void* parentWindow) = 0;
+    virtual void close () = 0;
+
+    // To be called regularly while the panel is open.
+    virtual void idle () = 0;
+
+    // A key that the host caught, as the character it types; 0 where it types none. True: taken.
+    virtual bool onKeyDown (std::int32_t character) = 0;
+
+    // The wheel over the panel, in notches, positive away from the user. True: taken.
+    virtual bool onWheel (float distance) = 0;
+
+    // How knobs are dragged: 0 circular, 1 circular relative, 2 linear. Others are refused.
+    virtual bool setKnobMode (std::int32_t mode) = 0;
+};
+
+// Cheap: makes no window and touches no display before it is opened. Both arguments must outlive the panel.
+std::unique_ptr<HostedPanel> createPanel (Synth& synth, PanelHost& host);
+}
