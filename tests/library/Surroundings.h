@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <map>
 #include <string>
 #include <thread>
@@ -16,20 +15,6 @@ void clearStoredSettings ();
 
 // What is stored, by value name, as somebody else reads it.
 std::map<std::string, std::uint32_t> storedNumbers ();
-
-// Runs this program again with one argument, without a screen where boxes can do without one.
-class OtherProcess
-{
-public:
-    explicit OtherProcess (const std::string& argument);
-    ~OtherProcess ();
-    OtherProcess (const OtherProcess&) = delete;
-    OtherProcess& operator= (const OtherProcess&) = delete;
-    int wait (); // for its end; its exit status
-
-private:
-    std::intptr_t handle = 0;
-};
 
 struct Box
 {
@@ -51,18 +36,15 @@ class BoxWatcher
 {
 public:
     explicit BoxWatcher (Press answer = Press::firstButton);
-    ~BoxWatcher ();
     BoxWatcher (const BoxWatcher&) = delete;
     BoxWatcher& operator= (const BoxWatcher&) = delete;
 
     // Stops watching; the boxes that were seen.
     const std::vector<Box>& boxes ()
     {
+        watch.request_stop ();
         if (watch.joinable ())
-        {
-            watch.request_stop ();
             watch.join ();
-        }
         return seen;
     }
 

@@ -1,18 +1,14 @@
 #include "tests/library/Surroundings.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
-#include <stdexcept>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "tests/host/TemporaryFolder.h"
 #include "tests/library/linux/Screen.h"
 
 namespace
 {
-constexpr char startedByTest[] = "BRIMVALE_STARTED_BY_TEST";
-
 std::filesystem::path settingsFolder ()
 {
     return std::filesystem::path (std::getenv ("XDG_CONFIG_HOME")) / "corvanex";
@@ -39,12 +35,9 @@ void answerBox (Screen& screen, xcb_window_t box, Press answer)
 
 void keepAwayFromTheUsersSettings ()
 {
-    if (std::getenv (startedByTest) != nullptr)
-        return;
     static const TemporaryFolder home;
     ::setenv ("HOME", home.folder ().c_str (), 1);
     ::setenv ("XDG_CONFIG_HOME", (home / "config").c_str (), 1);
-    ::setenv (startedByTest, "1", 1);
 }
 
 void clearStoredSettings ()
@@ -64,30 +57,6 @@ std::map<std::string, std::uint32_t> storedNumbers ()
             numbers[line.substr (tab + 1 + group.size ())] = static_cast<std::uint32_t> (std::stoul (line));
     }
     return numbers;
-}
-
-OtherProcess::OtherProcess (const std::string& argument)
-{
-    handle = ::fork ();
-    if (handle != 0)
-        return;
-    ::unsetenv ("DISPLAY");
-    ::execl ("/proc/self/exe", "other", argument.c_str (), nullptr);
-    ::_exit (127);
-}
-
-OtherProcess::~OtherProcess ()
-{
-    wait ();
-}
-
-int OtherProcess::wait ()
-{
-    int status = -1;
-    if (handle > 0)
-        ::waitpid (static_cast<pid_t> (handle), &status, 0);
-    handle = 0;
-    return status;
 }
 
 BoxWatcher::BoxWatcher (Press answer)
@@ -111,5 +80,3 @@ BoxWatcher::BoxWatcher (Press answer)
           })
 {
 }
-
-BoxWatcher::~BoxWatcher () = default;

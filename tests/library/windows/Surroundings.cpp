@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <process.h>
 #include <stdexcept>
 #include <utility>
 #include <windows.h>
@@ -10,7 +9,6 @@
 namespace
 {
 constexpr char key[] = "Software\\Corvanex\\Brimvale";
-constexpr char startedByTest[] = "BRIMVALE_STARTED_BY_TEST";
 
 std::string textOf (HWND window)
 {
@@ -77,13 +75,11 @@ void answerBox (HWND box, Press answer)
 void keepAwayFromTheUsersSettings ()
 {
     HKEY opened = nullptr;
-    if (GetEnvironmentVariableA (startedByTest, nullptr, 0) == 0 &&
-        RegOpenKeyExA (HKEY_CURRENT_USER, key, 0, KEY_READ, &opened) == ERROR_SUCCESS)
+    if (RegOpenKeyExA (HKEY_CURRENT_USER, key, 0, KEY_READ, &opened) == ERROR_SUCCESS)
     {
         RegCloseKey (opened);
         throw std::runtime_error ("this registry holds somebody's settings; run the tests in a fresh one");
     }
-    SetEnvironmentVariableA (startedByTest, "1");
 }
 
 void clearStoredSettings ()
@@ -111,29 +107,6 @@ std::map<std::string, std::uint32_t> storedNumbers ()
     return numbers;
 }
 
-OtherProcess::OtherProcess (const std::string& argument)
-{
-    char program[MAX_PATH] = {};
-    GetModuleFileNameA (nullptr, program, MAX_PATH);
-    handle = _spawnl (_P_NOWAIT, program, program, argument.c_str (), nullptr);
-    if (handle == -1)
-        throw std::runtime_error ("this program cannot be started again");
-}
-
-OtherProcess::~OtherProcess ()
-{
-    wait ();
-}
-
-int OtherProcess::wait ()
-{
-    int status = -1;
-    if (handle != 0)
-        _cwait (&status, handle, 0);
-    handle = 0;
-    return status;
-}
-
 BoxWatcher::BoxWatcher (Press answer)
     : watch (
           [this, answer] (const std::stop_token& stop)
@@ -155,5 +128,3 @@ BoxWatcher::BoxWatcher (Press answer)
           })
 {
 }
-
-BoxWatcher::~BoxWatcher () = default;
