@@ -1,6 +1,7 @@
 // The system around the library as these tests need it; one source per system.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -16,13 +17,6 @@ void clearStoredSettings ();
 // What is stored, by value name, as somebody else reads it.
 std::map<std::string, std::uint32_t> storedNumbers ();
 
-struct Box
-{
-    std::string title;
-    std::string text;
-    bool operator== (const Box&) const = default;
-};
-
 enum class Press
 {
     firstButton,
@@ -30,12 +24,40 @@ enum class Press
     close // the way in which a title bar closes a window
 };
 
-// A user at the screen: looks for message boxes of this process on a thread of its own, reads and answers
-// them.
+// A message box of this process on the screen.
+struct Box
+{
+    std::string title;
+    std::string text;
+    std::uintptr_t window = 0;
+    bool operator== (const Box& other) const { return title == other.title && text == other.text; }
+};
+Box shownBox (); // without a text: none
+void press (const Box& box, Press button);
+
+// A user at the screen: reads and answers the boxes of this process on a thread of its own.
 class BoxWatcher
 {
 public:
-    explicit BoxWatcher (Press answer = Press::firstButton);
+    explicit BoxWatcher (Press answer = Press::firstButton)
+        : watch (
+              [this, answer] (const std::stop_token& stop)
+              {
+                  Box last; // answered, perhaps not gone yet
+                  while (!stop.stop_requested ())
+                  {
+                      const Box box = shownBox ();
+                      if (!box.text.empty () && (box.window != last.window || box.text != last.text))
+                      {
+                          seen.push_back (box);
+                          press (box, answer);
+                      }
+                      last = box;
+                      std::this_thread::sleep_for (std::chrono::milliseconds (2));
+                  }
+              })
+    {
+    }
     BoxWatcher (const BoxWatcher&) = delete;
     BoxWatcher& operator= (const BoxWatcher&) = delete;
 

@@ -1,9 +1,7 @@
 #include "tests/library/Surroundings.h"
 
-#include <chrono>
 #include <cstdio>
 #include <stdexcept>
-#include <utility>
 #include <windows.h>
 
 namespace
@@ -24,25 +22,6 @@ std::string classOf (HWND window)
     return text;
 }
 
-// The first visible message box of this process.
-HWND findBox ()
-{
-    HWND found = nullptr;
-    EnumWindows (
-        [] (HWND window, LPARAM result) -> BOOL
-        {
-            DWORD process = 0;
-            GetWindowThreadProcessId (window, &process);
-            if (process != GetCurrentProcessId () || !IsWindowVisible (window) ||
-                classOf (window) != "#32770")
-                return TRUE;
-            *reinterpret_cast<HWND*> (result) = window;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM> (&found));
-    return found;
-}
-
 std::vector<HWND> childrenOf (HWND window, const std::string& wantedClass)
 {
     std::vector<HWND> children;
@@ -52,23 +31,6 @@ std::vector<HWND> childrenOf (HWND window, const std::string& wantedClass)
             children.push_back (child);
     }
     return children;
-}
-
-std::string messageOf (HWND box)
-{
-    std::string text;
-    for (HWND child : childrenOf (box, "Static"))
-        text += textOf (child); // a picture, if there is one, has none
-    return text;
-}
-
-void answerBox (HWND box, Press answer)
-{
-    const std::vector<HWND> buttons = childrenOf (box, "Button");
-    if (answer == Press::close || buttons.empty ())
-        PostMessageA (box, WM_CLOSE, 0, 0);
-    else
-        PostMessageA (answer == Press::firstButton ? buttons.front () : buttons.back (), BM_CLICK, 0, 0);
 }
 }
 
@@ -107,24 +69,32 @@ std::map<std::string, std::uint32_t> storedNumbers ()
     return numbers;
 }
 
-BoxWatcher::BoxWatcher (Press answer)
-    : watch (
-          [this, answer] (const std::stop_token& stop)
-          {
-              std::pair<HWND, std::string> last; // answered, perhaps not gone yet
-              while (!stop.stop_requested ())
-              {
-                  HWND box = findBox ();
-                  const std::string text = box != nullptr ? messageOf (box) : "";
-                  // The text comes a moment after the window.
-                  if (!text.empty () && last != std::pair (box, text))
-                  {
-                      seen.push_back ({ textOf (box), text });
-                      answerBox (box, answer);
-                  }
-                  last = { box, text };
-                  std::this_thread::sleep_for (std::chrono::milliseconds (2));
-              }
-          })
+Box shownBox ()
 {
+    Box found;
+    const auto look = [] (HWND window, LPARAM result) -> BOOL
+    {
+        DWORD process = 0;
+        GetWindowThreadProcessId (window, &process);
+        if (process != GetCurrentProcessId () || !IsWindowVisible (window) || classOf (window) != "#32770")
+            return TRUE;
+        std::string text; // comes a moment after the window
+        for (HWND child : childrenOf (window, "Static"))
+            text += textOf (child); // a picture, if there is one, has none
+        *reinterpret_cast<Box*> (result) = { textOf (window), text,
+                                             reinterpret_cast<std::uintptr_t> (window) };
+        return FALSE;
+    };
+    EnumWindows (look, reinterpret_cast<LPARAM> (&found));
+    return found;
+}
+
+void press (const Box& box, Press button)
+{
+    HWND window = reinterpret_cast<HWND> (box.window);
+    const std::vector<HWND> buttons = childrenOf (window, "Button");
+    if (button == Press::close || buttons.empty ())
+        PostMessageA (window, WM_CLOSE, 0, 0);
+    else
+        PostMessageA (button == Press::firstButton ? buttons.front () : buttons.back (), BM_CLICK, 0, 0);
 }
