@@ -3,9 +3,6 @@
 # names a VSTGUI 4 source tree (the folder that holds vstgui/vstgui.h).
 include(OutsideSources)
 
-# Its licence asks that binaries come with its notice.
-configure_file(${BRIMVALE_VSTGUI_DIR}/LICENSE ${CMAKE_BINARY_DIR}/VSTGUI-LICENSE.txt COPYONLY)
-
 set(vstguiSources ${BRIMVALE_VSTGUI_DIR}/vstgui)
 if(WIN32)
     set(platformUnit ${vstguiSources}/vstgui_win32.cpp)

@@ -1,5 +1,8 @@
 // The settings as one text file: a number, a tab and a name per line, names with their trailing blanks.
+#include "platform/SettingsStore.h"
+
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <cstdlib>
@@ -14,7 +17,6 @@
 #include <utility>
 
 #include "platform/AtomicFile.h"
-#include "platform/SettingsStore.h"
 
 namespace
 {
@@ -45,17 +47,18 @@ bool isName (std::string_view text)
     return !text.empty () && std::none_of (text.begin (), text.end (), isControl);
 }
 
-// The numbers of a settings file; none when a line is damaged or the last one is not whole.
+// The numbers of a settings file; none when a line is damaged. Editors may have ended the lines with CR LF
+// and left out the end of the last one.
 std::optional<Numbers> parse (std::string_view text)
 {
     Numbers numbers;
     while (!text.empty ())
     {
-        const std::size_t length = text.find ('\n');
-        if (length == std::string_view::npos)
-            return std::nullopt;
-        const std::string_view line = text.substr (0, length);
-        text.remove_prefix (length + 1);
+        const std::size_t length = std::min (text.find ('\n'), text.size ());
+        std::string_view line = text.substr (0, length);
+        text.remove_prefix (std::min (length + 1, text.size ()));
+        if (line.ends_with ('\r'))
+            line.remove_suffix (1);
         if (line.empty () || line.front () == '#')
             continue;
         std::uint32_t number = 0;
@@ -84,17 +87,18 @@ std::optional<Numbers> load (const std::filesystem::path& path)
     return parse (text);
 }
 
-// Held while the file is read, merged and replaced, so that no other process's numbers get lost.
+// Keeps other processes from reading, merging and replacing the file meanwhile, so that nobody's numbers get
+// lost. Where nothing can be locked (some network file systems, a lock file of another user) a save goes on
+// without: the file stays whole even so.
 class FileLock
 {
 public:
     explicit FileLock (const std::filesystem::path& path)
-        : file (::open (path.c_str (), O_RDWR | O_CREAT | O_CLOEXEC, 0666))
+        : file (::open (path.c_str (), O_RDONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0666))
     {
         // Others hold it for moments only. One that was stopped meanwhile must not stop this host, too.
         const auto deadline = std::chrono::steady_clock::now () + std::chrono::seconds (3);
-        while (file >= 0 && !(held = ::flock (file, LOCK_EX | LOCK_NB) == 0) &&
-               std::chrono::steady_clock::now () < deadline)
+        while (file >= 0 && (heldByOther = !lock ()) && std::chrono::steady_clock::now () < deadline)
             std::this_thread::sleep_for (std::chrono::milliseconds (2));
     }
     ~FileLock ()
@@ -105,11 +109,17 @@ public:
     FileLock (const FileLock&) = delete;
     FileLock& operator= (const FileLock&) = delete;
 
-    bool isHeld () const { return held; }
+    bool isHeldByOther () const { return heldByOther; }
 
 private:
+    // False when another process has the lock.
+    bool lock () const
+    {
+        return ::flock (file, LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR);
+    }
+
     int file;
-    bool held = false;
+    bool heldByOther = false;
 };
 
 class FileSettingsStore final : public platform::SettingsStore
@@ -141,7 +151,7 @@ public:
         if (path.empty () || (std::filesystem::create_directories (path.parent_path (), failed), failed))
             return false;
         const FileLock lock (path.string () + ".lock");
-        return lock.isHeld () && mergeIntoFile (written);
+        return !lock.isHeldByOther () && mergeIntoFile (written);
     }
 
 private:

@@ -28,13 +28,4 @@ std::filesystem::path ownLibraryPath ()
 {
     return pathAtLoad;
 }
-
-void* ownModuleHandle ()
-{
-    void* handle = dlopen (pathAtLoad.c_str (), RTLD_LAZY | RTLD_NOLOAD);
-    if (handle == nullptr) // the main program itself, in tests
-        return dlopen (nullptr, RTLD_LAZY);
-    dlclose (handle); // the look-up's own reference; the module stays loaded while its code runs
-    return handle;
-}
 }

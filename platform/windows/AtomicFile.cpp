@@ -23,6 +23,24 @@ HANDLE createTemporary (const std::filesystem::path& path, std::wstring& name)
     }
     return file;
 }
+
+// A file that somebody has open (another instance that loads it, a virus scanner) cannot be replaced at that
+// moment. Most are done soon, so it is tried again for a while.
+bool moveOver (const std::wstring& from, const std::filesystem::path& to)
+{
+    constexpr int tries = 50;
+    constexpr DWORD pause = 20; // milliseconds
+    for (int n = 0; n < tries; ++n)
+    {
+        if (MoveFileExW (from.c_str (), to.c_str (), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+            return true;
+        const DWORD error = GetLastError ();
+        if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED)
+            return false;
+        Sleep (pause);
+    }
+    return false;
+}
 }
 
 namespace platform
@@ -38,8 +56,7 @@ bool replaceFile (const std::filesystem::path& path, std::span<const std::byte> 
         WriteFile (file, content.data (), static_cast<DWORD> (content.size ()), &written, nullptr) &&
         written == content.size () && FlushFileBuffers (file);
     CloseHandle (file);
-    if (complete &&
-        MoveFileExW (temporary.c_str (), path.c_str (), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+    if (complete && moveOver (temporary, path))
         return true;
     DeleteFileW (temporary.c_str ());
     return false;

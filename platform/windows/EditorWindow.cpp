@@ -1,8 +1,6 @@
 #include "platform/EditorWindow.h"
 
-#include <windows.h>
-
-#include "platform/LibraryPath.h"
+#include "platform/windows/OwnModule.h"
 #include <vstgui/lib/cframe.h>
 #include <vstgui/lib/vstguiinit.h>
 
@@ -10,7 +8,7 @@ namespace platform
 {
 void startToolkit ()
 {
-    VSTGUI::init (static_cast<HINSTANCE> (ownModuleHandle ()));
+    VSTGUI::init (ownModule ());
 }
 
 void endToolkit ()

@@ -1,6 +1,6 @@
 #include "platform/LibraryPath.h"
 
-#include <windows.h>
+#include "platform/windows/OwnModule.h"
 
 namespace
 {
@@ -12,7 +12,7 @@ constexpr DWORD longestPath = 1024; // characters
 
 namespace platform
 {
-void* ownModuleHandle ()
+HMODULE ownModule ()
 {
     HMODULE module = nullptr;
     GetModuleHandleExA (GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
@@ -23,7 +23,7 @@ void* ownModuleHandle ()
 std::filesystem::path ownLibraryPath ()
 {
     wchar_t text[longestPath];
-    const DWORD length = GetModuleFileNameW (static_cast<HMODULE> (ownModuleHandle ()), text, longestPath);
+    const DWORD length = GetModuleFileNameW (ownModule (), text, longestPath);
     return length > 0 && length < longestPath ? std::filesystem::path (text) : std::filesystem::path ();
 }
 }

@@ -1,7 +1,7 @@
+#include "platform/SettingsStore.h"
+
 #include <string>
 #include <windows.h>
-
-#include "platform/SettingsStore.h"
 
 namespace
 {

@@ -1,15 +1,14 @@
 #include "platform/Resources.h"
 
 #include <cstring>
-#include <windows.h>
 
-#include "platform/LibraryPath.h"
+#include "platform/windows/OwnModule.h"
 
 namespace platform
 {
 std::span<const std::byte> findResource (const char* type, int id)
 {
-    const auto module = static_cast<HMODULE> (ownModuleHandle ());
+    HMODULE module = ownModule ();
     const bool isBitmap = std::strcmp (type, "BITMAP") == 0;
     HRSRC found =
         FindResourceA (module, MAKEINTRESOURCEA (id), isBitmap ? MAKEINTRESOURCEA (2) : type); // RT_BITMAP

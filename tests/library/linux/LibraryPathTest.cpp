@@ -8,56 +8,41 @@
 
 namespace
 {
-constexpr VstInt32 mainMenu = 45;
-constexpr float saveBank = 0.0f;
-
-class LibraryPath : public testing::Test
+void saveBank (LoadedSynth& synth)
 {
-protected:
-    void SetUp () override
-    {
-        ::unsetenv ("DISPLAY"); // the question answers itself
-        std::filesystem::create_directories (folder / "plain");
-        std::filesystem::create_directories (folder / "linked");
-        std::filesystem::copy_file (BRIMVALE_LIBRARY, folder / "plain" / "Brimvale.so");
-    }
-    void TearDown () override
-    {
-        ::setenv ("DISPLAY", display.c_str (), 1);
-        std::filesystem::current_path (workingFolder);
-    }
-    bool hasBank (const char* place) const
-    {
-        return std::filesystem::exists (folder / place / "Brimvale.bnk");
-    }
-
-    TemporaryFolder folder;
-
-private:
-    std::string display = std::getenv ("DISPLAY");
-    std::filesystem::path workingFolder = std::filesystem::current_path ();
-};
-
-TEST_F (LibraryPath, ALinkedLibraryHasItsBankBesideTheLink)
-{
-    std::filesystem::create_symlink (folder / "plain" / "Brimvale.so", folder / "linked" / "Brimvale.so");
-    LoadedSynth synth (folder / "linked" / "Brimvale.so");
-    synth.setParameter (mainMenu, saveBank);
-    EXPECT_TRUE (hasBank ("linked"));
-    EXPECT_FALSE (hasBank ("plain"));
+    const std::string display = std::getenv ("DISPLAY");
+    ::unsetenv ("DISPLAY"); // the question answers itself
+    synth.setParameter (45, 0.0f);
+    ::setenv ("DISPLAY", display.c_str (), 1);
 }
 
-// A host may load by a relative path and change its folder afterwards.
-TEST_F (LibraryPath, ARelativePathIsTheOneAtLoading)
+TEST (LibraryPath, IsTheLinkOrTheRelativePathAtLoading)
 {
-    std::filesystem::current_path (folder / "plain");
+    const TemporaryFolder folder;
+    const auto plain = folder / "plain";
+    const auto linked = folder / "linked";
+    std::filesystem::create_directories (plain);
+    std::filesystem::create_directories (linked);
+    std::filesystem::copy_file (BRIMVALE_LIBRARY, plain / "Brimvale.so");
+    std::filesystem::copy_file (BRIMVALE_LIBRARY, folder / "Other.so");
+    std::filesystem::create_symlink (folder / "Other.so", linked / "Other.so");
+    {
+        LoadedSynth synth (linked / "Other.so");
+        saveBank (synth);
+        EXPECT_TRUE (std::filesystem::exists (linked / "Other.bnk"));
+        EXPECT_FALSE (std::filesystem::exists (folder / "Other.bnk"));
+    }
+    // A host may load by a relative path and change its folder afterwards.
+    const auto workingFolder = std::filesystem::current_path ();
+    std::filesystem::current_path (plain);
     void* library = ::dlopen ("./Brimvale.so", RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE (library, nullptr) << ::dlerror ();
-    std::filesystem::current_path (folder / "linked");
-    LoadedSynth synth (folder / "plain" / "Brimvale.so"); // the same, already loaded
-    synth.setParameter (mainMenu, saveBank);
-    EXPECT_TRUE (hasBank ("plain"));
-    EXPECT_FALSE (hasBank ("linked"));
+    std::filesystem::current_path (linked);
+    LoadedSynth synth (plain / "Brimvale.so"); // the same, already loaded
+    saveBank (synth);
+    EXPECT_TRUE (std::filesystem::exists (plain / "Brimvale.bnk"));
+    EXPECT_FALSE (std::filesystem::exists (linked / "Brimvale.bnk"));
+    std::filesystem::current_path (workingFolder);
     ::dlclose (library);
 }
 }

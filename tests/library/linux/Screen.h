@@ -1,8 +1,6 @@
 #pragma once
 
-#include <chrono>
-#include <memory>
-#include <optional>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -12,22 +10,20 @@
 class Screen
 {
 public:
-    Screen ();
-    ~Screen ();
+    Screen () : connection (xcb_connect (nullptr, nullptr)) {}
+    ~Screen () { xcb_disconnect (connection); }
     Screen (const Screen&) = delete;
     Screen& operator= (const Screen&) = delete;
 
-    bool isThere () const { return xcb_connection_has_error (connection) == 0; }
-
-    // The message box that is shown and has the keyboard; 0 when there is none.
+    // The message box that is shown and has the keyboard; 0 when there is none, or no display.
     xcb_window_t box ();
 
     std::string title (xcb_window_t window) { return property (window, XCB_ATOM_WM_NAME); }
     std::string text (xcb_window_t window) { return property (window, XCB_ATOM_WM_ICON_NAME); }
     xcb_get_geometry_reply_t geometry (xcb_window_t window);
-    xcb_screen_t size () const { return *screen; }
+    xcb_screen_t size () const { return *xcb_setup_roots_iterator (xcb_get_setup (connection)).data; }
 
-    // The pixels of a window's part, 0xRRGGBB, row by row.
+    // The pixels of a window's part, row by row; only their lowest byte is for sure.
     std::vector<std::uint32_t> picture (xcb_window_t window, int x, int y, int width, int height);
 
     void close (xcb_window_t window); // as a window manager asks for it
@@ -37,7 +33,6 @@ private:
     xcb_atom_t atom (const std::string& name);
 
     xcb_connection_t* connection;
-    xcb_screen_t* screen = nullptr;
 };
 
 // Keys and mouse, by xdotool: "key Return", "mousemove 3 4 click 1". Throws when it fails.

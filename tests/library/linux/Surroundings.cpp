@@ -2,49 +2,23 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <stdexcept>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "tests/host/TemporaryFolder.h"
 #include "tests/library/linux/Screen.h"
 
 namespace
 {
-constexpr char startedByTest[] = "BRIMVALE_STARTED_BY_TEST";
-
 std::filesystem::path settingsFolder ()
 {
     return std::filesystem::path (std::getenv ("XDG_CONFIG_HOME")) / "corvanex";
-}
-
-void answerBox (Screen& screen, xcb_window_t box, Press answer)
-{
-    const auto size = screen.geometry (box);
-    switch (answer)
-    {
-    case Press::firstButton:
-        userDoes ("key Return");
-        break;
-    case Press::lastButton: // it lies in the lower right corner
-        userDoes ("mousemove " + std::to_string (size.x + size.width - 60) + " " +
-                  std::to_string (size.y + size.height - 28) + " click 1");
-        break;
-    case Press::close:
-        screen.close (box);
-        break;
-    }
 }
 }
 
 void keepAwayFromTheUsersSettings ()
 {
-    if (std::getenv (startedByTest) != nullptr)
-        return;
     static const TemporaryFolder home;
     ::setenv ("HOME", home.folder ().c_str (), 1);
     ::setenv ("XDG_CONFIG_HOME", (home / "config").c_str (), 1);
-    ::setenv (startedByTest, "1", 1);
 }
 
 void clearStoredSettings ()
@@ -54,62 +28,34 @@ void clearStoredSettings ()
 
 std::map<std::string, std::uint32_t> storedNumbers ()
 {
-    const std::string group = "Brimvale\\";
+    const std::string group = "\tBrimvale\\";
     std::map<std::string, std::uint32_t> numbers;
     std::ifstream file (settingsFolder () / "settings");
     for (std::string line; std::getline (file, line);)
     {
-        const std::size_t tab = line.find ('\t');
-        if (tab != std::string::npos && line.compare (tab + 1, group.size (), group) == 0)
-            numbers[line.substr (tab + 1 + group.size ())] = static_cast<std::uint32_t> (std::stoul (line));
+        if (const std::size_t tab = line.find (group); tab != std::string::npos)
+            numbers[line.substr (tab + group.size ())] = static_cast<std::uint32_t> (std::stoul (line));
     }
     return numbers;
 }
 
-OtherProcess::OtherProcess (const std::string& argument)
+Box shownBox ()
 {
-    handle = ::fork ();
-    if (handle != 0)
-        return;
-    ::unsetenv ("DISPLAY");
-    ::execl ("/proc/self/exe", "other", argument.c_str (), nullptr);
-    ::_exit (127);
+    Screen screen;
+    const xcb_window_t window = screen.box ();
+    return window != 0 ? Box{ screen.title (window), screen.text (window), window } : Box ();
 }
 
-OtherProcess::~OtherProcess ()
+void press (const Box& box, Press button)
 {
-    wait ();
+    Screen screen;
+    const auto window = static_cast<xcb_window_t> (box.window);
+    const auto area = screen.geometry (window);
+    if (button == Press::close)
+        screen.close (window);
+    else if (button == Press::firstButton)
+        userDoes ("key Return");
+    else // in the lower right corner
+        userDoes ("mousemove " + std::to_string (area.x + area.width - 60) + " " +
+                  std::to_string (area.y + area.height - 28) + " click 1");
 }
-
-int OtherProcess::wait ()
-{
-    int status = -1;
-    if (handle > 0)
-        ::waitpid (static_cast<pid_t> (handle), &status, 0);
-    handle = 0;
-    return status;
-}
-
-BoxWatcher::BoxWatcher (Press answer)
-    : watch (
-          [this, answer] (const std::stop_token& stop)
-          {
-              Screen screen;
-              std::pair<xcb_window_t, std::string> last; // answered, perhaps not gone yet
-              while (screen.isThere () && !stop.stop_requested ())
-              {
-                  const xcb_window_t box = screen.box ();
-                  const std::string text = box != 0 ? screen.text (box) : "";
-                  if (!text.empty () && last != std::pair (box, text))
-                  {
-                      seen.push_back ({ screen.title (box), text });
-                      answerBox (screen, box, answer);
-                  }
-                  last = { box, text };
-                  std::this_thread::sleep_for (std::chrono::milliseconds (2));
-              }
-          })
-{
-}
-
-BoxWatcher::~BoxWatcher () = default;

@@ -1,16 +1,12 @@
 #include "tests/library/Surroundings.h"
 
-#include <chrono>
 #include <cstdio>
-#include <process.h>
 #include <stdexcept>
-#include <utility>
 #include <windows.h>
 
 namespace
 {
 constexpr char key[] = "Software\\Corvanex\\Brimvale";
-constexpr char startedByTest[] = "BRIMVALE_STARTED_BY_TEST";
 
 std::string textOf (HWND window)
 {
@@ -26,25 +22,6 @@ std::string classOf (HWND window)
     return text;
 }
 
-// The first visible message box of this process.
-HWND findBox ()
-{
-    HWND found = nullptr;
-    EnumWindows (
-        [] (HWND window, LPARAM result) -> BOOL
-        {
-            DWORD process = 0;
-            GetWindowThreadProcessId (window, &process);
-            if (process != GetCurrentProcessId () || !IsWindowVisible (window) ||
-                classOf (window) != "#32770")
-                return TRUE;
-            *reinterpret_cast<HWND*> (result) = window;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM> (&found));
-    return found;
-}
-
 std::vector<HWND> childrenOf (HWND window, const std::string& wantedClass)
 {
     std::vector<HWND> children;
@@ -55,35 +32,16 @@ std::vector<HWND> childrenOf (HWND window, const std::string& wantedClass)
     }
     return children;
 }
-
-std::string messageOf (HWND box)
-{
-    std::string text;
-    for (HWND child : childrenOf (box, "Static"))
-        text += textOf (child); // a picture, if there is one, has none
-    return text;
-}
-
-void answerBox (HWND box, Press answer)
-{
-    const std::vector<HWND> buttons = childrenOf (box, "Button");
-    if (answer == Press::close || buttons.empty ())
-        PostMessageA (box, WM_CLOSE, 0, 0);
-    else
-        PostMessageA (answer == Press::firstButton ? buttons.front () : buttons.back (), BM_CLICK, 0, 0);
-}
 }
 
 void keepAwayFromTheUsersSettings ()
 {
     HKEY opened = nullptr;
-    if (GetEnvironmentVariableA (startedByTest, nullptr, 0) == 0 &&
-        RegOpenKeyExA (HKEY_CURRENT_USER, key, 0, KEY_READ, &opened) == ERROR_SUCCESS)
+    if (RegOpenKeyExA (HKEY_CURRENT_USER, key, 0, KEY_READ, &opened) == ERROR_SUCCESS)
     {
         RegCloseKey (opened);
         throw std::runtime_error ("this registry holds somebody's settings; run the tests in a fresh one");
     }
-    SetEnvironmentVariableA (startedByTest, "1");
 }
 
 void clearStoredSettings ()
@@ -111,49 +69,32 @@ std::map<std::string, std::uint32_t> storedNumbers ()
     return numbers;
 }
 
-OtherProcess::OtherProcess (const std::string& argument)
+Box shownBox ()
 {
-    char program[MAX_PATH] = {};
-    GetModuleFileNameA (nullptr, program, MAX_PATH);
-    handle = _spawnl (_P_NOWAIT, program, program, argument.c_str (), nullptr);
-    if (handle == -1)
-        throw std::runtime_error ("this program cannot be started again");
+    Box found;
+    const auto look = [] (HWND window, LPARAM result) -> BOOL
+    {
+        DWORD process = 0;
+        GetWindowThreadProcessId (window, &process);
+        if (process != GetCurrentProcessId () || !IsWindowVisible (window) || classOf (window) != "#32770")
+            return TRUE;
+        std::string text; // comes a moment after the window
+        for (HWND child : childrenOf (window, "Static"))
+            text += textOf (child); // a picture, if there is one, has none
+        *reinterpret_cast<Box*> (result) = { textOf (window), text,
+                                             reinterpret_cast<std::uintptr_t> (window) };
+        return FALSE;
+    };
+    EnumWindows (look, reinterpret_cast<LPARAM> (&found));
+    return found;
 }
 
-OtherProcess::~OtherProcess ()
+void press (const Box& box, Press button)
 {
-    wait ();
+    HWND window = reinterpret_cast<HWND> (box.window);
+    const std::vector<HWND> buttons = childrenOf (window, "Button");
+    if (button == Press::close || buttons.empty ())
+        PostMessageA (window, WM_CLOSE, 0, 0);
+    else
+        PostMessageA (button == Press::firstButton ? buttons.front () : buttons.back (), BM_CLICK, 0, 0);
 }
-
-int OtherProcess::wait ()
-{
-    int status = -1;
-    if (handle != 0)
-        _cwait (&status, handle, 0);
-    handle = 0;
-    return status;
-}
-
-BoxWatcher::BoxWatcher (Press answer)
-    : watch (
-          [this, answer] (const std::stop_token& stop)
-          {
-              std::pair<HWND, std::string> last; // answered, perhaps not gone yet
-              while (!stop.stop_requested ())
-              {
-                  HWND box = findBox ();
-                  const std::string text = box != nullptr ? messageOf (box) : "";
-                  // The text comes a moment after the window.
-                  if (!text.empty () && last != std::pair (box, text))
-                  {
-                      seen.push_back ({ textOf (box), text });
-                      answerBox (box, answer);
-                  }
-                  last = { box, text };
-                  std::this_thread::sleep_for (std::chrono::milliseconds (2));
-              }
-          })
-{
-}
-
-BoxWatcher::~BoxWatcher () = default;

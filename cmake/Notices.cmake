@@ -1,0 +1,31 @@
+# Leaves the licence and the notices beside what is built: LICENSE.txt, and NOTICES.txt with NOTICES.md and the
+# texts that the licences of linked code ask for, taken from the sources that are built in.
+include_guard(GLOBAL)
+include(OutsideSources)
+
+# brimvale_notice(TITLE FILE [UNTIL text]): adds the file, or its beginning before the text.
+function(brimvale_notice title file)
+    cmake_parse_arguments(PARSE_ARGV 2 notice "" "UNTIL" "")
+    if(NOT EXISTS ${file})
+        message(WARNING "NOTICES.txt will lack the licence of ${title}: there is no ${file}")
+        return()
+    endif()
+    file(READ ${file} text)
+    if(notice_UNTIL)
+        string(FIND "${text}" "${notice_UNTIL}" end)
+        string(SUBSTRING "${text}" 0 ${end} text)
+    endif()
+    string(REPEAT "=" 80 rule)
+    file(APPEND ${CMAKE_BINARY_DIR}/NOTICES.txt "\n${rule}\n${title}\n${rule}\n\n${text}")
+endfunction()
+
+configure_file(${CMAKE_SOURCE_DIR}/LICENSE ${CMAKE_BINARY_DIR}/LICENSE.txt COPYONLY)
+configure_file(${CMAKE_SOURCE_DIR}/NOTICES.md ${CMAKE_BINARY_DIR}/NOTICES.txt COPYONLY)
+brimvale_notice(VSTGUI ${BRIMVALE_VSTGUI_DIR}/LICENSE)
+brimvale_notice(libebur128 ${BRIMVALE_EBUR128_DIR}/COPYING)
+brimvale_notice(queue.h ${BRIMVALE_EBUR128_DIR}/ebur128/queue/sys/queue.h UNTIL "#ifndef")
+brimvale_notice(miniaudio ${BRIMVALE_MINIAUDIO_DIR}/LICENSE)
+brimvale_notice(CLI11 /usr/share/doc/libcli11-dev/copyright)
+if(WIN32)
+    brimvale_notice(mingw-w64 /usr/share/doc/mingw-w64-common/copyright)
+endif()
