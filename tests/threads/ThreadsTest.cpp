@@ -1,0 +1,258 @@
+// What a host does on two threads at once. Built with the thread sanitizer, which reports every access to
+// memory that is not ordered; the tests themselves look at what must still be true afterwards.
+#include <atomic>
+#include <cmath>
+#include <cstring>
+#include <random>
+#include <set>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "platform/HostWindow.h"
+#include "plugin/EditorFactory.h"
+#include "plugin/VstSynth.h"
+
+using namespace parameters;
+using instrument::BankImage;
+using instrument::programCount;
+
+namespace
+{
+using Clock = std::chrono::steady_clock;
+
+class NoSettings final : public platform::SettingsStore
+{
+public:
+    std::uint32_t read (std::string_view, std::string_view) const override { return 0; }
+    bool write (std::string_view, std::string_view, std::uint32_t) override { return true; }
+    bool commit () override { return true; }
+};
+
+instrument::Services isolatedServices ()
+{
+    return { std::make_unique<NoSettings> (),
+             [] (const char*, const char*, platform::Buttons) { return platform::Answer::ok; },
+             [] { return std::filesystem::path (); } };
+}
+
+VstTimeInfo songPosition; // the audio thread's
+
+VstIntPtr hostCallback (AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void*, float)
+{
+    if (opcode == audioMasterGetTime)
+        return reinterpret_cast<VstIntPtr> (&songPosition);
+    return opcode == audioMasterVersion ? kVstVersion : 1;
+}
+
+// What the interface thread sets. No two parameters share a value, so a value that went astray is recognised.
+float turned (int index, unsigned step)
+{
+    return (static_cast<float> (index) + static_cast<float> (step % 8u) / 8.0f) / 40.0f;
+}
+
+class Threads : public testing::Test
+{
+protected:
+    static constexpr int blockFrames = 64;
+
+    VstIntPtr call (VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, void* ptr = nullptr,
+                    float opt = 0.0f)
+    {
+        return synth.dispatcher (opcode, index, value, ptr, opt);
+    }
+
+    BankImage bank ()
+    {
+        void* data = nullptr;
+        call (effGetChunk, 0, 0, &data);
+        BankImage image;
+        std::memcpy (&image, data, sizeof image);
+        return image;
+    }
+
+    void play (std::initializer_list<std::array<int, 3>> messages)
+    {
+        std::array<VstMidiEvent, 8> events = {};
+        std::array<VstIntPtr, 16> storage = {};
+        auto* list = reinterpret_cast<VstEvents*> (storage.data ());
+        for (const auto& message : messages)
+        {
+            VstMidiEvent& event = events[static_cast<std::size_t> (list->numEvents)];
+            event.type = kVstMidiType;
+            for (std::size_t byte = 0; byte < message.size (); ++byte)
+                event.midiData[byte] = static_cast<char> (message[byte]);
+            std::memcpy (&storage[offsetof (VstEvents, events) / sizeof (VstIntPtr) +
+                                  static_cast<std::size_t> (list->numEvents++)],
+                         std::array{ &event }.data (), sizeof (VstIntPtr));
+        }
+        call (effProcessEvents, 0, 0, list);
+    }
+
+    float render ()
+    {
+        std::array<float, blockFrames> left;
+        std::array<float, blockFrames> right;
+        float* outputs[] = { left.data (), right.data () };
+        synth.processReplacing (nullptr, outputs, blockFrames);
+        songPosition.samplePos += blockFrames;
+        songPosition.ppqPos += 0.003;
+        float peak = 0.0f;
+        for (const float sample : left)
+            peak = std::max (peak, std::abs (sample));
+        return peak;
+    }
+
+    // `onAudio` before every block on a thread of its own, `onInterface` again and again on this one.
+    template <typename OnAudio, typename OnInterface>
+    void race (std::chrono::seconds time, OnAudio onAudio, OnInterface onInterface)
+    {
+        std::atomic<bool> running = true;
+        std::thread audio (
+            [&]
+            {
+                std::mt19937 random (7);
+                while (running)
+                {
+                    onAudio (random);
+                    ASSERT_TRUE (std::isfinite (render ()));
+                }
+            });
+        std::mt19937 random (11);
+        for (const auto end = Clock::now () + time; Clock::now () < end;)
+            onInterface (random);
+        running = false;
+        audio.join ();
+    }
+
+    VstSynth synth{ hostCallback, isolatedServices (), editorFactory () };
+};
+
+bool oneIn (std::mt19937& random, unsigned n)
+{
+    return random () % n == 0;
+}
+
+// As a program is stored once it has been selected.
+float settled (int index, float value)
+{
+    return storableValue (index, usableValue (index, value), false);
+}
+}
+
+// A menu, MIDI and a new sample rate choose programs at the same time: none of them is changed by that.
+TEST_F (Threads, SelectingDamagesNoProgram)
+{
+    const BankImage before = bank ();
+    race (
+        std::chrono::seconds (5),
+        [this] (std::mt19937& random) {
+            play ({ { 0xC0, static_cast<int> (random () % 128u), 0 }, { 0x90, 60, 90 }, { 0x80, 60, 0 } });
+        },
+        [this] (std::mt19937& random)
+        {
+            call (effSetProgram, 0, static_cast<VstIntPtr> (random () % 128u));
+            if (oneIn (random, 16))
+                call (effSetSampleRate, 0, 0, nullptr, oneIn (random, 2) ? 48000.0f : 44100.0f);
+        });
+    const BankImage after = bank ();
+    for (std::size_t program = 0; program < programCount; ++program)
+    {
+        EXPECT_EQ (std::memcmp (before.programs[program].name, after.programs[program].name, 24), 0);
+        for (std::size_t index = 0; index < parameterCount; ++index)
+        {
+            const float loaded = before.programs[program].values[index];
+            const float now = after.programs[program].values[index];
+            EXPECT_TRUE (now == loaded || now == settled (static_cast<int> (index), loaded))
+                << "program " << program << ", parameter " << index << ": " << loaded << " became " << now;
+        }
+    }
+}
+
+// Everything that the two threads of a host can do.
+TEST_F (Threads, EverythingAtOnce)
+{
+    const auto window = platform::HostWindow::make (1000, 700);
+    ASSERT_NE (window, nullptr) << "no display";
+    const BankImage factory = bank ();
+    songPosition.tempo = 120.0;
+    songPosition.flags = kVstTempoValid | kVstPpqPosValid;
+
+    int held = 30; // the audio thread's
+    const auto onAudio = [&] (std::mt19937& random)
+    {
+        const int note = static_cast<int> (30 + random () % 60u);
+        const int controller = static_cast<int> (random () % 119u);
+        const int program = oneIn (random, 20) ? static_cast<int> (random () % 128u) : synth.getProgram ();
+        play ({ { 0x80, held, 0 },
+                { 0xB0, controller, static_cast<int> (random () % 128u) },
+                { 0xC0, program, 0 },
+                { 0x90, note, 100 },
+                { 0xE0, 0, static_cast<int> (random () % 128u) } });
+        held = note;
+        if (oneIn (random, 30))
+            synth.setParameter (static_cast<VstInt32> (random () % parameterCount), 0.5f);
+    };
+    unsigned turn = 0;
+    const auto onInterface = [&] (std::mt19937& random)
+    {
+        ++turn;
+        for (int index = 0; index < parameterCount; ++index)
+            synth.setParameter (index, turned (index, turn));
+        synth.setParameter (commandKeyboard,
+                            static_cast<float> (1u + random () % 127u) / 128.0f); // note 0 is no note
+        if (oneIn (random, 4))
+            synth.setParameter (commandKeyboard, -1.0f);
+        synth.setParameter (commandLearn, static_cast<float> (random () % parameterCount));
+        if (oneIn (random, 8))
+            synth.setParameter (commandLearn, static_cast<float> (1000u + random () % parameterCount));
+        call (effSetProgram, 0, static_cast<VstIntPtr> (random () % 128u));
+        if (oneIn (random, 16))
+        {
+            void* data = nullptr;
+            const VstIntPtr bytes = call (effGetChunk, 0, 0, &data);
+            call (effSetChunk, 0, bytes, data);
+        }
+        if (oneIn (random, 16))
+            call (effCopyProgram, static_cast<VstInt32> (random () % 128u));
+        if (oneIn (random, 32))
+            call (effSetSampleRate, 0, 0, nullptr, oneIn (random, 2) ? 48000.0f : 44100.0f);
+        if (turn % 128u == 1)
+        {
+            ASSERT_EQ (call (effEditOpen, 0, 0, window->handle ()), 1);
+        }
+        call (effEditIdle);
+        if (turn % 128u == 0)
+            call (effEditClose);
+    };
+    race (std::chrono::seconds (15), onAudio, onInterface);
+    call (effEditClose);
+
+    const BankImage now = bank ();
+    for (std::size_t program = 0; program < programCount; ++program)
+    {
+        for (int index = 0; index < parameterCount; ++index)
+        {
+            const auto i = static_cast<std::size_t> (index);
+            const float value = now.programs[program].values[i];
+            std::set<float> possible = { 0.5f };        // from the audio thread, and a detent
+            for (const auto& record : factory.programs) // copied about
+                possible.insert ({ record.values[i], settled (index, record.values[i]) });
+            for (unsigned step = 0; step < 8; ++step)
+                possible.insert (turned (index, step));
+            for (int data = 0; data < 128; ++data)
+                possible.insert (static_cast<float> (data) / 127.0f);
+            EXPECT_TRUE (possible.contains (value))
+                << "program " << program << ", parameter " << index << " holds " << value;
+        }
+    }
+
+    // Whoever pressed a key has let it go; so everything fades out.
+    synth.setParameter (commandKeyboard, -1.0f);
+    synth.setParameter (paramVolume, 1.0f);
+    play ({ { 0x80, held, 0 } });
+    constexpr int longestFade = 20 * 48000 / blockFrames;
+    for (int block = 0; block < longestFade; ++block)
+        render ();
+    EXPECT_EQ (render (), 0.0f) << "a note goes on";
+}
