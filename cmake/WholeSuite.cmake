@@ -1,7 +1,7 @@
 # Tests of the other presets, run by the native build's ctest, so that one summary covers everything.
-# ./test builds the presets windows and asan first and then turns this on.
+# ./test builds the presets windows, asan and tsan first and then turns this on.
 include_guard(GLOBAL)
-option(BRIMVALE_WHOLE_SUITE "Also run the tests of the presets windows (under Wine) and asan" OFF)
+option(BRIMVALE_WHOLE_SUITE "Also run the tests of the presets windows (under Wine), asan and tsan" OFF)
 
 # brimvale_add_wine_test(NAME EXECUTABLE [OWN_PREFIX] [DISPLAY] [ARGUMENTS argument...])
 # EXECUTABLE is a path below build/windows. OWN_PREFIX: the program writes to the registry, so it gets
@@ -24,16 +24,19 @@ function(brimvale_add_wine_test name executable)
     set_tests_properties(${name} PROPERTIES TIMEOUT 900 LABELS wine)
 endfunction()
 
-# The whole suite of the asan preset as one test.
-function(brimvale_add_sanitizer_suite)
+# The suites of the sanitizers' presets, each as one test.
+function(brimvale_add_sanitizer_suites)
     if(NOT BRIMVALE_WHOLE_SUITE)
         return()
     endif()
-    add_test(NAME sanitizers COMMAND ${CMAKE_CTEST_COMMAND} --test-dir ${CMAKE_SOURCE_DIR}/build/asan
-                                     --output-on-failure --no-tests=error
-                                     # Counts memory, which the sanitizer itself keeps; it looks for leaks anyway.
-                                     --exclude-regex AHundredOpenings)
-    set_tests_properties(
-        sanitizers PROPERTIES TIMEOUT 1800 LABELS sanitizers
-                              ENVIRONMENT LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0)
+    foreach(preset IN ITEMS asan tsan)
+        add_test(NAME sanitizers.${preset} COMMAND ${CMAKE_CTEST_COMMAND} --test-dir ${CMAKE_SOURCE_DIR}/build/${preset}
+                                                   --output-on-failure --no-tests=error
+                                                   # Counts memory, which the sanitizer itself keeps; it looks for leaks anyway.
+                                                   --exclude-regex AHundredOpenings)
+        set_tests_properties(
+            sanitizers.${preset}
+            PROPERTIES TIMEOUT 1800 LABELS sanitizers
+                       ENVIRONMENT LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0)
+    endforeach()
 endfunction()
