@@ -69,8 +69,8 @@ TEST (EnvelopeTest, VelocityIsSquaredByItsSensitivity)
         double peak;
     };
     constexpr double half = 64.0 * 64.0 / (127.0 * 127.0);
-    for (const Row& row : { Row{ 1.0f, 64, 0.999 * half + 0.001 }, Row{ 1.0f, 127, 1.0 }, Row{ 1.0f, 0, 0.001 },
-                            Row{ 0.0f, 1, 0.999 }, Row{ 0.5f, 64, 0.5 * half + 0.5 } })
+    for (const Row& row : { Row{ 1.0f, 64, 0.999 * half + 0.001 }, Row{ 1.0f, 127, 1.0 },
+                            Row{ 1.0f, 0, 0.001 }, Row{ 0.0f, 1, 0.999 }, Row{ 0.5f, 64, 0.5 * half + 0.5 } })
     {
         Envelope e = envelope (0.0f, 0.0f, 1.0f, 0.1f);
         e.kill ();

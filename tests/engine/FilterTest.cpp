@@ -40,8 +40,8 @@ Complex section (std::int32_t type, double f, double q, double w)
     return type == filterCore::bandPass ? f * difference / d : difference * difference / d;
 }
 
-// One pole towards the input; and for signals too small to be clipped the drive stage: feedback, DC blocker (a
-// sample late), and a share of a band.
+// One pole towards the input; and for signals too small to be clipped the drive stage: feedback, DC blocker
+// (a sample late), and a share of a band.
 Complex pole (double c, double w)
 {
     return c / (1.0 - (1.0 - c) * std::polar (1.0, -w));
@@ -76,11 +76,14 @@ TEST (FilterTest, ResponseIsThatOfItsStages)
         bool smooths;
     };
     using namespace filterCore;
-    for (const Row& row :
-         { Row{ lowPass, 0.5f, 1.0, 0.4f, 44100, false, false }, Row{ lowPass, 0.0f, 1.4, 0.1f, 96000, true, false },
-           Row{ bandPass, 1.0f, 0.064, 0.5f, 44100, false, false }, Row{ bandPass, -3.0f, 1.4, 0.8f, 48000, true, true },
-           Row{ highPass, 0.9f, 0.2, 0.8f, 44100, true, true }, Row{ highPass, 0.5f, 1.0, 0.1f, 96000, false, true },
-           Row{ lowPass, 0.5f, 1.0, 0.5f, 44100, false, true }, Row{ lowPass, 0.8f, 0.4, 0.3f, 44100, true, true } })
+    for (const Row& row : { Row{ lowPass, 0.5f, 1.0, 0.4f, 44100, false, false },
+                            Row{ lowPass, 0.0f, 1.4, 0.1f, 96000, true, false },
+                            Row{ bandPass, 1.0f, 0.064, 0.5f, 44100, false, false },
+                            Row{ bandPass, -3.0f, 1.4, 0.8f, 48000, true, true },
+                            Row{ highPass, 0.9f, 0.2, 0.8f, 44100, true, true },
+                            Row{ highPass, 0.5f, 1.0, 0.1f, 96000, false, true },
+                            Row{ lowPass, 0.5f, 1.0, 0.5f, 44100, false, true },
+                            Row{ lowPass, 0.8f, 0.4, 0.3f, 44100, true, true } })
     {
         Filter f = filter (row.rate, row.type, row.resonance, row.drives, row.smooths);
         f.setCutoff (row.control);
@@ -117,11 +120,11 @@ TEST (FilterTest, CutoffByControlAndKey)
     };
     const auto tracked = [] (double control, int key)
     { return (control * control + 0.02) * 0.06 * 440.0 * std::exp2 ((key - 69) / 12.0) * 6460.0; };
-    for (const Row& row : { Row{ 0.0f, false, 60, 100.0 }, Row{ 1.0f, false, 60, 6500.0 },
-                            Row{ -0.5f, false, 60, 1715.0 }, Row{ 3.0f, false, 60, 6500.0 },
-                            Row{ 0.3f, true, 60, tracked (0.3, 12) }, Row{ 0.3f, true, 84, tracked (0.3, 36) },
-                            Row{ 0.2f, true, 20, tracked (0.2, 0) }, Row{ 0.0f, true, 48, 100.0 },
-                            Row{ 1.0f, true, 127, 6500.0 } })
+    for (const Row& row :
+         { Row{ 0.0f, false, 60, 100.0 }, Row{ 1.0f, false, 60, 6500.0 }, Row{ -0.5f, false, 60, 1715.0 },
+           Row{ 3.0f, false, 60, 6500.0 }, Row{ 0.3f, true, 60, tracked (0.3, 12) },
+           Row{ 0.3f, true, 84, tracked (0.3, 36) }, Row{ 0.2f, true, 20, tracked (0.2, 0) },
+           Row{ 0.0f, true, 48, 100.0 }, Row{ 1.0f, true, 127, 6500.0 } })
     {
         Filter f = filter (44100.0f, 0, 0.5f);
         f.setKeyTrack (row.tracks);
@@ -192,8 +195,8 @@ TEST (FilterTest, StableAtEveryRateWhateverIsSetLast)
             f.setResonance (resonance);
             float largest = 0.0f;
             for (int n = 0; n < 4000; ++n)
-                largest = std::max (largest,
-                                    std::abs (f.process (static_cast<float> (random () % 2001u) / 250.0f - 4.0f)));
+                largest = std::max (
+                    largest, std::abs (f.process (static_cast<float> (random () % 2001u) / 250.0f - 4.0f)));
             EXPECT_LT (largest, 500.0f) << rate << " " << resonance << " variant " << variant; // also not NaN
         }
     }

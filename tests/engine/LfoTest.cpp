@@ -38,8 +38,8 @@ struct Sequence
 };
 }
 
-// Half a unit a sample, eight samples a cycle. The bouncing shapes step back at their ends, and the saws jump to
-// exactly the other end, so a cycle is four units long give or take a step.
+// Half a unit a sample, eight samples a cycle. The bouncing shapes step back at their ends, and the saws jump
+// to exactly the other end, so a cycle is four units long give or take a step.
 TEST (LfoTest, ShapesSampleBySample)
 {
     const float sine = std::sin (0.5f);
@@ -69,7 +69,8 @@ TEST (LfoTest, OneCycleTakesItsTime)
         {
             const Lfo l = lfo (shape, hz, rate);
             const double samples = static_cast<double> (rate / hz);
-            EXPECT_NEAR (periodOf (ticks (l, static_cast<int> (samples * 6.5))), samples, 2.5 + samples * 2e-3)
+            EXPECT_NEAR (periodOf (ticks (l, static_cast<int> (samples * 6.5))), samples,
+                         2.5 + samples * 2e-3)
                 << shape << " " << hz; // the phase is a 32-bit sum
             EXPECT_FLOAT_EQ (l.cycleSamples (), rate / hz);
         }

@@ -75,13 +75,12 @@ TEST_F (MappingTest, GlideMonoAndVoicesShareTheVoiceCount)
         bool ends;
         int told;
     };
-    for (const Row& row :
-         { Row{ paramVoices, 0.3f, 6, true, 1 }, Row{ paramVoices, 0.3f, 6, false, 0 },
-           Row{ paramGlideMono, 0.2f, 1, true, 1 }, Row{ paramGlideMono, 0.3f, 1, false, 0 },
-           Row{ paramVoices, 0.5f, 1, false, 1 }, // stays mono, but is remembered
-           Row{ paramGlideMono, 0.0f, 8, true, 1 }, Row{ paramGlideMono, 0.1f, 1, true, 1 },
-           Row{ paramVoices, 5.0f, 1, false, 1 }, // names no count
-           Row{ paramGlideMono, 0.0f, 1, true, 1 } })
+    for (const Row& row : { Row{ paramVoices, 0.3f, 6, true, 1 }, Row{ paramVoices, 0.3f, 6, false, 0 },
+                            Row{ paramGlideMono, 0.2f, 1, true, 1 }, Row{ paramGlideMono, 0.3f, 1, false, 0 },
+                            Row{ paramVoices, 0.5f, 1, false, 1 }, // stays mono, but is remembered
+                            Row{ paramGlideMono, 0.0f, 8, true, 1 }, Row{ paramGlideMono, 0.1f, 1, true, 1 },
+                            Row{ paramVoices, 5.0f, 1, false, 1 }, // names no count
+                            Row{ paramGlideMono, 0.0f, 1, true, 1 } })
     {
         synth.block (64, { noteOn (0) });
         synth.keys.clear ();
@@ -89,7 +88,8 @@ TEST_F (MappingTest, GlideMonoAndVoicesShareTheVoiceCount)
         EXPECT_EQ (synth.engine.voicesInUse (), row.voices) << row.index << " " << row.value;
         EXPECT_EQ (synth.voice (0).ampEnv.isIdle (), row.ends) << row.index << " " << row.value;
         EXPECT_EQ (synth.voice (0).filterEnv.isIdle (), row.ends) << row.index << " " << row.value;
-        EXPECT_EQ (synth.keys, (std::vector<std::pair<char, int>> (static_cast<std::size_t> (row.told), { '0', 0 })));
+        EXPECT_EQ (synth.keys,
+                   (std::vector<std::pair<char, int>> (static_cast<std::size_t> (row.told), { '0', 0 })));
     }
     synth.set (paramVoices, 1.0f);
     synth.set (paramGlideMono, -0.5f); // the switch looks at the value as given, the store limits it to 0
@@ -175,8 +175,9 @@ TEST_F (MappingTest, LfoWaveSelectsTheShape)
 {
     for (const auto& [value, shape] :
          { std::pair{ 0.0f, Lfo::roundedTriangle }, std::pair{ 0.19f, Lfo::roundedTriangle },
-           std::pair{ 0.2f, Lfo::risingSaw }, std::pair{ 0.4f, Lfo::fallingSaw }, std::pair{ 0.6f, Lfo::square },
-           std::pair{ 0.8f, Lfo::noise }, std::pair{ 0.99f, Lfo::noise }, std::pair{ 1.0f, Lfo::sampleAndHold } })
+           std::pair{ 0.2f, Lfo::risingSaw }, std::pair{ 0.4f, Lfo::fallingSaw },
+           std::pair{ 0.6f, Lfo::square }, std::pair{ 0.8f, Lfo::noise }, std::pair{ 0.99f, Lfo::noise },
+           std::pair{ 1.0f, Lfo::sampleAndHold } })
     {
         synth.set (paramLfoWave, value);
         Lfo set = synth.lfo ();
@@ -206,14 +207,16 @@ TEST_F (MappingTest, PitchKnobs)
     const Voice& voice = synth.voice (0);
     for (const Row& row :
          { Row{ paramMasterP, 1.0f, saw * (1 + 1 / c0), saw * (1 + 1 / c0) },
-           Row{ paramMasterP, 0.0f, saw * (1 - 1 / c0), saw * (1 - 1 / c0) }, Row{ paramMasterP, 0.5f, saw, saw },
-           Row{ paramOsc2Fine, 0.5f, saw, saw + 0.125 }, Row{ paramOsc2Fine, 1.0f, saw, saw + 1.0 }, // cubed
+           Row{ paramMasterP, 0.0f, saw * (1 - 1 / c0), saw * (1 - 1 / c0) },
+           Row{ paramMasterP, 0.5f, saw, saw }, Row{ paramOsc2Fine, 0.5f, saw, saw + 0.125 },
+           Row{ paramOsc2Fine, 1.0f, saw, saw + 1.0 }, // cubed
            Row{ paramOsc2Fine, 0.0f, saw, saw }, Row{ paramOsc1Range, 0.25f, saw / 2, saw },
            Row{ paramOsc2Range, 0.75f, saw / 2, saw * 2 }, Row{ paramOsc1Wave, 1.0f, pulse / 2, saw * 2 },
-           Row{ paramOsc2Wave, 1.0f, pulse / 2, pulse * 2 }, Row{ paramOsc1Range, 1.0f, pulse * 4, pulse * 2 },
-           Row{ paramOsc1Range, 0.99f, pulse * 2, pulse * 2 }, Row{ paramOsc2Range, 0.0f, pulse * 2, pulse / 4 },
-           Row{ paramOsc1Wave, 0.99f, saw * 2, pulse / 4 }, Row{ paramOsc2Wave, 0.5f, saw * 2, saw / 4 },
-           Row{ paramOsc2Wave, 0.49f, saw * 2, saw / 4 } })
+           Row{ paramOsc2Wave, 1.0f, pulse / 2, pulse * 2 },
+           Row{ paramOsc1Range, 1.0f, pulse * 4, pulse * 2 },
+           Row{ paramOsc1Range, 0.99f, pulse * 2, pulse * 2 },
+           Row{ paramOsc2Range, 0.0f, pulse * 2, pulse / 4 }, Row{ paramOsc1Wave, 0.99f, saw * 2, pulse / 4 },
+           Row{ paramOsc2Wave, 0.5f, saw * 2, saw / 4 }, Row{ paramOsc2Wave, 0.49f, saw * 2, saw / 4 } })
     {
         synth.set (row.index, row.value);
         EXPECT_NEAR (pitch (voice.osc1), keyHz (61) * row.first, 0.01) << row.index << " " << row.value;
@@ -298,8 +301,8 @@ TEST_F (MappingTest, FilterSwitches)
 TEST_F (MappingTest, HighQualityIsInterpolationAndDrive)
 {
     synth.set (paramFilterType, 1.0f);
-    for (const auto& [value, on] : { std::pair{ 0.0f, true }, std::pair{ 0.5f, true }, std::pair{ 1.0f, false },
-                                     std::pair{ 0.5f, false } })
+    for (const auto& [value, on] : { std::pair{ 0.0f, true }, std::pair{ 0.5f, true },
+                                     std::pair{ 1.0f, false }, std::pair{ 0.5f, false } })
     {
         synth.set (paramHighQuality, value);
         Voice copy = last ();
@@ -330,9 +333,10 @@ TEST_F (MappingTest, ANewSampleRateReachesEverything)
         EXPECT_NEAR (hzOf (now.osc1, rate), hzOf (before.osc1, oldRate), 0.01);
         EXPECT_NEAR (hzOf (now.osc2, rate), hzOf (before.osc2, oldRate), 0.01);
         EXPECT_NEAR (hzOf (now.noise, rate), hzOf (before.noise, oldRate), 0.01);
-        EXPECT_NEAR (secondsIn (now.ampEnv, State::attack) / secondsIn (before.ampEnv, State::attack), ratio, 0.01);
-        EXPECT_NEAR (secondsIn (now.filterEnv, State::attack) / secondsIn (before.filterEnv, State::attack), ratio,
+        EXPECT_NEAR (secondsIn (now.ampEnv, State::attack) / secondsIn (before.ampEnv, State::attack), ratio,
                      0.01);
+        EXPECT_NEAR (secondsIn (now.filterEnv, State::attack) / secondsIn (before.filterEnv, State::attack),
+                     ratio, 0.01);
         EXPECT_NEAR (synth.lfo ().cycleSamples () / lfo.cycleSamples (), ratio, 1e-3);
         Filter f = now.filter; // (its fixed corners: the drive stage's first sample tells the 1 kHz band)
         f.setCutoff (0.3f);
@@ -351,7 +355,8 @@ TEST_F (MappingTest, StrangeValuesDoNoHarm)
         {
             real.engine.parameterChange (index, value, index % 2 == 0);
             const int key = 30 + index % 60;
-            EXPECT_LT (peakOf (real.block (40, { noteOn (0, key), midi (20, 0xE0, 0, key) })), 1000.0f) << index;
+            EXPECT_LT (peakOf (real.block (40, { noteOn (0, key), midi (20, 0xE0, 0, key) })), 1000.0f)
+                << index;
         }
     }
 }

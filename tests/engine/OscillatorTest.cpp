@@ -123,7 +123,8 @@ TEST (OscillatorTest, PulseOffsetScalesTheStepBetweenNeighbours)
     {
         const auto i = static_cast<std::size_t> (phase);
         const double step = static_cast<double> (table[i + 1] - table[i]);
-        const double expected = static_cast<double> (table[i]) + (phase + 70.0 - static_cast<double> (i)) * step;
+        const double expected =
+            static_cast<double> (table[i]) + (phase + 70.0 - static_cast<double> (i)) * step;
         EXPECT_NEAR (oscillator.tickFull (), expected, 1e-3) << n;
         EXPECT_EQ (rough.tickFull (), table[i]) << n;
     }
@@ -191,7 +192,8 @@ TEST (OscillatorTest, GlideTakesItsTime)
         EXPECT_NEAR (hzOf (oscillator, row.rate), (start + target) / 2.0, 4.0 * step);
         for (int n = 0; n < static_cast<int> (samples / 2.0) + 10; ++n)
             oscillator.tickFull ();
-        EXPECT_NEAR (hzOf (oscillator, row.rate), target, target * 1e-4 + step) << row.from << " to " << row.to;
+        EXPECT_NEAR (hzOf (oscillator, row.rate), target, target * 1e-4 + step)
+            << row.from << " to " << row.to;
         oscillator.clearGlide ();
         oscillator.setNote (row.from, true);
         EXPECT_NEAR (hzOf (oscillator, row.rate), start, start * 1e-4) << "cleared, it jumps";

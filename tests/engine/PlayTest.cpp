@@ -24,7 +24,10 @@ protected:
         synth.set (paramOsc2Wave, 0.5f);
     }
 
-    void press (int key, int velocity = 100, int frames = 64) { synth.block (frames, { noteOn (1, key, velocity) }); }
+    void press (int key, int velocity = 100, int frames = 64)
+    {
+        synth.block (frames, { noteOn (1, key, velocity) });
+    }
     void letGo (int key, int frames = 64) { synth.block (frames, { midi (1, 0x85, key, 64) }); }
     State state (int voice) { return synth.voice (voice).ampEnv.state (); }
     int sounding ()
@@ -63,8 +66,9 @@ TEST_F (PlayTest, EachKeyTakesAVoiceAndAStruckKeyItsOwn)
     EXPECT_EQ (synth.voice (1).filterEnv.state (), State::release) << "envelope 2 is released with the key";
     press (62);
     EXPECT_EQ (state (3), State::sustain) << "voices in their release are not taken while others are idle";
-    EXPECT_EQ (synth.keys, (Keys{ { '+', 60 }, { '+', 64 }, { '+', 67 }, { '+', 64 }, { '-', 64 }, { '-', 67 },
-                                  { '+', 62 } }));
+    EXPECT_EQ (
+        synth.keys,
+        (Keys{ { '+', 60 }, { '+', 64 }, { '+', 67 }, { '+', 64 }, { '-', 64 }, { '-', 67 }, { '+', 62 } }));
 }
 
 TEST_F (PlayTest, MoreKeysThanVoicesStealAndNothingHangs)
@@ -104,7 +108,8 @@ TEST_F (PlayTest, MonoLegatoReturnsToTheKeyStillHeld)
     expectKey (91);
     letGo (91);
     expectKey (84);
-    EXPECT_FLOAT_EQ (synth.voice (0).ampEnv.level (), 0.999f + 0.001f * (1.0f - 0.38f)) << "never retriggered";
+    EXPECT_FLOAT_EQ (synth.voice (0).ampEnv.level (), 0.999f + 0.001f * (1.0f - 0.38f))
+        << "never retriggered";
     letGo (84);
     EXPECT_EQ (state (0), State::release);
     EXPECT_EQ (sounding (), 1);
@@ -124,8 +129,10 @@ TEST_F (PlayTest, GlideAutoGlidesBetweenOverlappingNotesOnly)
             letGo (48);
         press (60, 100, 4410); // an eighth of the way
         const double share = overlaps || !automatic ? 4410.0 / (0.81 * 44100.0) : 1.0;
-        EXPECT_NEAR (hzOf (synth.voice (0).osc1, 44100.0f) / saw, keyHz (49) + share * (keyHz (61) - keyHz (49)), 0.3);
-        EXPECT_NEAR (hzOf (synth.voice (0).osc2, 44100.0f) / saw, keyHz (49) + share * (keyHz (61) - keyHz (49)), 0.3);
+        EXPECT_NEAR (hzOf (synth.voice (0).osc1, 44100.0f) / saw,
+                     keyHz (49) + share * (keyHz (61) - keyHz (49)), 0.3);
+        EXPECT_NEAR (hzOf (synth.voice (0).osc2, 44100.0f) / saw,
+                     keyHz (49) + share * (keyHz (61) - keyHz (49)), 0.3);
     }
 }
 
@@ -133,7 +140,8 @@ TEST_F (PlayTest, GlideAutoGlidesBetweenOverlappingNotesOnly)
 TEST_F (PlayTest, PitchBendReachesTwoKeysAndEveryVoice)
 {
     press (60);
-    for (const auto& [data, share] : { std::pair{ 127, 1.0 }, std::pair{ 64, 1.0 / 127.0 }, std::pair{ 0, -1.0 } })
+    for (const auto& [data, share] :
+         { std::pair{ 127, 1.0 }, std::pair{ 64, 1.0 / 127.0 }, std::pair{ 0, -1.0 } })
     {
         synth.block (1, { midi (1, 0xE3, 127 - data, data) });
         const double other = keyHz (share > 0 ? 63 : 59);
@@ -184,16 +192,19 @@ TEST_F (PlayTest, LevelsMultiply)
     for (const Row& row :
          { Row{ paramVolume, 0.5f, 0.5 }, Row{ paramVolType, 0.0f, 1.6 }, Row{ paramVolType, 0.5f, 1.6 },
            Row{ paramVolType, 2.0f, 0.52 }, Row{ paramVolType, 1.5f, 0.52 }, Row{ paramVolType, 1.0f, 1.0 },
-           Row{ paramOsc1Vol, 0.25f, 0.25 }, Row{ paramOsc1Wave, 0.4999f, 0.0 }, Row{ paramOsc1Wave, 0.5f, 1.0 } })
+           Row{ paramOsc1Vol, 0.25f, 0.25 }, Row{ paramOsc1Wave, 0.4999f, 0.0 },
+           Row{ paramOsc1Wave, 0.5f, 1.0 } })
     {
         const float before = real.value (row.index);
         real.set (row.index, row.value);
         real.block (500);
-        EXPECT_NEAR (levelOf (real.block (22050)), full * row.factor, full * 0.01) << row.index << " " << row.value;
+        EXPECT_NEAR (levelOf (real.block (22050)), full * row.factor, full * 0.01)
+            << row.index << " " << row.value;
         if (row.index != paramVolType)
             real.set (row.index, before);
     }
-    for (const auto& [data, factor] : { std::pair{ 64, 64.0 / 127.0 }, std::pair{ 0, 0.0 }, std::pair{ 127, 1.0 } })
+    for (const auto& [data, factor] :
+         { std::pair{ 64, 64.0 / 127.0 }, std::pair{ 0, 0.0 }, std::pair{ 127, 1.0 } })
     {
         real.block (1000, { midi (1, 0xB0, 11, data) });
         EXPECT_NEAR (levelOf (real.block (22050)), full * factor, full * 0.01) << data;
@@ -201,7 +212,8 @@ TEST_F (PlayTest, LevelsMultiply)
     real.set (paramOsc1Vol, 0.0f);
     real.set (paramNoise, 0.5f);
     real.block (500);
-    EXPECT_NEAR (levelOf (real.block (44100)), full * noise * 0.5, full * noise * 0.2); // the filter takes some
+    EXPECT_NEAR (levelOf (real.block (44100)), full * noise * 0.5,
+                 full * noise * 0.2); // the filter takes some
     for (const auto& [wave, factor] : { std::pair{ 0.5f, 0.5 }, std::pair{ 0.4f, 0.0 } })
     {
         real.set (paramNoise, 0.0f);
@@ -218,7 +230,8 @@ TEST_F (PlayTest, VibratoDepthIsCubed)
     synth.set (paramLfoWave, 0.6f);
     synth.set (paramLfoRate, 0.0f);
     press (60, 100, 2000);
-    for (const auto& [knob, depth] : { std::pair{ 1.0f, 2.0 }, std::pair{ 0.5f, 0.25 }, std::pair{ 0.0f, 0.0 } })
+    for (const auto& [knob, depth] :
+         { std::pair{ 1.0f, 2.0 }, std::pair{ 0.5f, 0.25 }, std::pair{ 0.0f, 0.0 } })
     {
         synth.set (paramLfoPitch, knob);
         synth.block (100);

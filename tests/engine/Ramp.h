@@ -27,13 +27,14 @@ inline double keyHz (double note)
     return 440.0 * std::exp2 ((note - 69.0) / 12.0);
 }
 
-// Frequency that an oscillator's present increment stands for: on the ramp, table samples per second over 337.123
-// per Hz.
+// Frequency that an oscillator's present increment stands for: on the ramp, table samples per second over
+// 337.123 per Hz.
 template <typename Oscillator>
 double hzOf (Oscillator oscillator, float rate)
 {
     constexpr int steps = 16;
-    const int loop = oscillator.mode () == Oscillator::Mode::cycleSelect ? engine::pulseCycleLength : rampLength;
+    const int loop =
+        oscillator.mode () == Oscillator::Mode::cycleSelect ? engine::pulseCycleLength : rampLength;
     oscillator.setHighQuality (true);
     double travelled = 0.0;
     double last = static_cast<double> (oscillator.tick ());

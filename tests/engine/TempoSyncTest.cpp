@@ -75,8 +75,9 @@ TEST_F (TempoSyncTest, ABlockThatBeginsOnADivisionRestartsTheCycle)
     };
     seek (1.3);
     play (100);
-    for (const Row& row : { Row{ 4.0, 101 }, Row{ 4.00005, 101 },    // just behind it still counts
-                            Row{ 5.001, 201 }, Row{ 5.9999, 301 } }) // this does not, nor does one inside a block
+    for (const Row& row :
+         { Row{ 4.0, 101 }, Row{ 4.00005, 101 },    // just behind it still counts
+           Row{ 5.001, 201 }, Row{ 5.9999, 301 } }) // this does not, nor does one inside a block
     {
         seek (row.at);
         play (100);

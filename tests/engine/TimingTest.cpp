@@ -61,7 +61,8 @@ TEST_F (TimingTest, ATimedParameterActsAtItsSample)
     other.load (plainProgram ());
     const std::vector<float> changed = synth.block (500, { noteOn (1), volume });
     const std::vector<float> plain = other.block (500, { noteOn (1) });
-    EXPECT_EQ (std::mismatch (changed.begin (), changed.end (), plain.begin ()).first - changed.begin (), 300);
+    EXPECT_EQ (std::mismatch (changed.begin (), changed.end (), plain.begin ()).first - changed.begin (),
+               300);
 }
 
 TEST_F (TimingTest, MissingBuffersAndListsAreLeftOut)
@@ -113,8 +114,8 @@ TEST_F (TimingTest, TheNoteThatWakesSoundsAsSetMeanwhile)
     awake.block (1, { midi (0, 0xB0, 1, 1) });
     for (TestEngine* side : { &synth, &awake })
     {
-        for (const auto& [index, value] :
-             { std::pair{ paramVolume, 0.3f }, std::pair{ paramOsc2Wave, 1.0f }, std::pair{ paramLfoFilter, 0.6f } })
+        for (const auto& [index, value] : { std::pair{ paramVolume, 0.3f }, std::pair{ paramOsc2Wave, 1.0f },
+                                            std::pair{ paramLfoFilter, 0.6f } })
             side->set (index, value);
         side->block (1);
     }
@@ -127,8 +128,8 @@ TEST_F (TimingTest, TheNoteThatWakesSoundsAsSetMeanwhile)
 // Half a second of delay; the cutoff moves with every 11th sample from the note on.
 TEST_F (TimingTest, Envelope2WaitsForItsDelayAndTheSameKeyStartsItAnew)
 {
-    for (const auto& [index, value] :
-         { std::pair{ param2Delay, 0.5f }, std::pair{ param2ToFilter, 1.0f }, std::pair{ paramFilterFreq, 0.0f } })
+    for (const auto& [index, value] : { std::pair{ param2Delay, 0.5f }, std::pair{ param2ToFilter, 1.0f },
+                                        std::pair{ paramFilterFreq, 0.0f } })
         synth.set (index, value);
     synth.block (400000, { noteOn (1) }); // the base of the cutoff comes to rest
     const auto envelope2 = [this] { return synth.voice (0).filterEnv.state (); };
@@ -151,8 +152,9 @@ TEST_F (TimingTest, CutoffMovesEvery11SamplesOrEvery3WithTheNoiseShape)
     {
         TestEngine fresh;
         fresh.load (plainProgram ());
-        for (const auto& [index, value] : { std::pair{ paramLfoWave, lfoWave }, std::pair{ paramLfoFilter, 0.6f },
-                                            std::pair{ paramFilterFreq, 0.3f }, std::pair{ paramLfoRate, 1.0f } })
+        for (const auto& [index, value] :
+             { std::pair{ paramLfoWave, lfoWave }, std::pair{ paramLfoFilter, 0.6f },
+               std::pair{ paramFilterFreq, 0.3f }, std::pair{ paramLfoRate, 1.0f } })
             fresh.set (index, value);
         fresh.block (1, { noteOn (1) });
         for (int n = 1; n < 100; ++n)
@@ -163,7 +165,8 @@ TEST_F (TimingTest, CutoffMovesEvery11SamplesOrEvery3WithTheNoiseShape)
             EXPECT_EQ (fresh.voice (0).filterUpdateCounter == 0, moves) << lfoWave << " sample " << n;
             if (lfoWave == 0.0f || lfoWave == 0.8f) // the others stand at times
             {
-                EXPECT_EQ (fresh.voice (0).filter.coefficient () != before, moves) << lfoWave << " sample " << n;
+                EXPECT_EQ (fresh.voice (0).filter.coefficient () != before, moves)
+                    << lfoWave << " sample " << n;
             }
         }
     }

@@ -6,8 +6,8 @@
 
 #include "instrument/Services.h"
 
-// The system around an instrument under test, held in memory, and what the instrument did to it. One at a time
-// is the current one: message boxes and the library's path reach it through a static pointer.
+// The system around an instrument under test, held in memory, and what the instrument did to it. One at a
+// time is the current one: message boxes and the library's path reach it through a static pointer.
 class FakeSystem
 {
 public:
