@@ -1,12 +1,8 @@
 // Note and wave tables.
-#include <algorithm>
-#include <cmath>
-
 #include <gtest/gtest.h>
 
 #include "engine/NoteTable.h"
-#include "engine/WaveTable.h"
-#include "platform/Resources.h"
+#include "tests/engine/Ramp.h"
 
 using namespace engine;
 
@@ -14,9 +10,8 @@ TEST (TablesTest, NotesAreEquallyTempered)
 {
     for (int n = 0; n < 128; ++n)
     {
-        const double hz = 440.0 * std::exp2 ((n - 69) / 12.0);
-        EXPECT_NEAR (static_cast<double> (noteFreq[static_cast<std::size_t> (n)]), hz, hz * 1e-7) << n;
-        EXPECT_NEAR (static_cast<double> (keyTrackFactor[static_cast<std::size_t> (n)]), hz, hz * 1e-7) << n;
+        EXPECT_NEAR (noteFreq[static_cast<std::size_t> (n)], keyHz (n), keyHz (n) * 1e-7) << n;
+        EXPECT_NEAR (keyTrackFactor[static_cast<std::size_t> (n)], keyHz (n), keyHz (n) * 1e-7) << n;
     }
     for (const int note : { -1, -129, 128, 255, 1000, -2147483647 })
         EXPECT_EQ (noteHz (note), noteFreq[static_cast<std::size_t> (((note % 128) + 128) % 128)]) << note;
@@ -24,34 +19,28 @@ TEST (TablesTest, NotesAreEquallyTempered)
 
 TEST (TablesTest, WavesAreScaledToOneAndGuarded)
 {
-    struct Row
+    using Bytes = std::vector<std::byte>;
+    const auto bytes = [] (std::initializer_list<int> values)
     {
-        int id;
-        std::int32_t length;
-        double lowest;
-        double highest;
+        Bytes pcm;
+        for (const int value : values)
+        {
+            pcm.push_back (static_cast<std::byte> (value & 0xFF));
+            pcm.push_back (static_cast<std::byte> ((value >> 8) & 0xFF));
+        }
+        return pcm;
     };
-    for (const Row& row : { Row{ sawWaveId, 734, -0.838, 1.0 }, Row{ pulseWaveId, 188347, -1.0, 0.769 },
-                            Row{ noiseWaveId, 87650, -1.0, 0.980 } })
+    Bytes odd = bytes ({ 100, -200, 50 });
+    odd.push_back (std::byte{ 1 }); // half a sample counts as none
+    const std::pair<Bytes, std::vector<float>> rows[] = { { odd, { 0.5f, -1.0f, 0.25f, 0.5f } },
+                                                          { bytes ({ 300 }), { 1.0f, 1.0f } },
+                                                          { bytes ({ 0, 0 }), { 0.0f, 0.0f, 0.0f } },
+                                                          { {}, { 0.0f } } };
+    for (const auto& [pcm, samples] : rows)
     {
-        const WaveTable table = loadWaveTable (row.id);
-        EXPECT_EQ (table.length, row.length);
-        ASSERT_EQ (table.samples.size (), static_cast<std::size_t> (row.length) + 1);
-        EXPECT_EQ (table.samples.back (), table.samples.front ());
-        const auto [lowest, highest] = std::minmax_element (table.samples.begin (), table.samples.end ());
-        EXPECT_NEAR (static_cast<double> (*lowest), row.lowest, 0.0006) << row.id;
-        EXPECT_NEAR (static_cast<double> (*highest), row.highest, 0.0006) << row.id;
-        EXPECT_EQ (std::max (std::abs (*lowest), std::abs (*highest)), 1.0f) << row.id;
-        const std::span<const std::byte> pcm = platform::findResource ("WAV", row.id);
-        const auto sign = [&pcm] (std::size_t n) { return std::to_integer<int> (pcm[2 * n + 1]) >= 128; };
-        for (const std::size_t n : { 0u, 100u, 518u, 549u, 733u })
-            EXPECT_EQ (table.samples[n] < 0.0f, sign (n)) << row.id << " sample " << n;
+        const WaveTable table = makeWaveTable (pcm);
+        EXPECT_EQ (table.samples, samples);
+        EXPECT_EQ (table.length, static_cast<std::int32_t> (samples.size ()) - 1);
     }
-}
-
-TEST (TablesTest, AMissingWaveHasNoSamples)
-{
-    const WaveTable table = loadWaveTable (9999);
-    EXPECT_EQ (table.length, 0);
-    EXPECT_EQ (table.samples.size (), 1u);
+    EXPECT_EQ (makeWaveTable (bytes ({ -32768, 16384 })).samples[0], -1.0f);
 }

@@ -39,7 +39,7 @@ const WaveTables& recordedWaves ()
     return tables;
 }
 
-TestEngine::TestEngine (float rateHz) : rate (rateHz), engine (recordedWaves (), *this)
+TestEngine::TestEngine (float rateHz, WaveTables waves) : rate (rateHz), engine (std::move (waves), *this)
 {
     load (initialProgram ());
 }
@@ -86,17 +86,6 @@ void TestEngine::programChange (int program)
 void TestEngine::controllerReceived (std::uint32_t controller, float value)
 {
     controllers.emplace_back (controller, value);
-}
-
-Event midi (int offset, int status, int data1, int data2)
-{
-    Event event;
-    event.offset = offset;
-    event.kind = Event::Kind::midi;
-    event.status = static_cast<std::uint8_t> (status);
-    event.data1 = static_cast<std::uint8_t> (data1);
-    event.data2 = static_cast<std::uint8_t> (data2);
-    return event;
 }
 
 TestEngine::Program initialProgram ()

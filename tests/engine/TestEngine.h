@@ -3,8 +3,12 @@
 #include <array>
 #include <vector>
 
-#include "engine/Engine.h"
 #include "parameters/Parameters.h"
+#include "tests/engine/EngineProbe.h"
+#include "tests/support/Events.h"
+
+// The recorded waves, read from their files.
+const engine::WaveTables& recordedWaves ();
 
 // An engine alone, with what it asks of its surroundings held in memory.
 class TestEngine final : private engine::EngineHost
@@ -12,12 +16,14 @@ class TestEngine final : private engine::EngineHost
 public:
     using Program = engine::ParameterValues;
 
-    TestEngine () : TestEngine (44100.0f) {}
-    explicit TestEngine (float rateHz);
+    explicit TestEngine (float rateHz = 44100.0f, engine::WaveTables waves = recordedWaves ());
 
     void set (int index, float value);
     void load (const Program& program); // every parameter in ascending order
     float value (int index) const { return engine.parameterValue (index); }
+
+    engine::Voice& voice (int n) { return engine::EngineProbe::voice (engine, n); }
+    engine::Lfo& lfo () { return engine::EngineProbe::lfo (engine); }
 
     // One block: the events are taken, then rendered. Answers the left channel.
     std::vector<float> block (int frames, const std::vector<engine::Event>& events = {});
@@ -40,12 +46,6 @@ private:
     void keyEnded (int note) override { keys.emplace_back ('-', note); }
     void allKeysEnded () override { keys.emplace_back ('0', 0); }
 };
-
-// A short MIDI message at a sample of a block.
-engine::Event midi (int offset, int status, int data1, int data2);
-
-// The recorded waves, read from their files.
-const engine::WaveTables& recordedWaves ();
 
 // The initial values of all parameters.
 TestEngine::Program initialProgram ();

@@ -1,54 +1,37 @@
 // The user default bank beside the library.
-#include "tests/host/TemporaryFolder.h"
-#include "tests/support/TestSynth.h"
-
 #include <fstream>
+
 #include <gtest/gtest.h>
 
-using namespace engine;
+#include "tests/host/TemporaryFolder.h"
+#include "tests/instrument/TestInstrument.h"
+
 using namespace instrument;
-using namespace parameters;
 
 namespace
 {
-using platform::Answer;
-using platform::Buttons;
-
-class UserBank : public testing::Test
+class UserBankTest : public testing::Test
 {
 protected:
-    void SetUp () override { host.libraryPath = folder / "Brimvale.dll"; }
+    UserBankTest () { system.libraryPath = folder / "Brimvale.dll"; }
 
-    std::unique_ptr<VstSynth> makeSynth ()
+    void save () { synth.set (commandMainMenu, menuSaveDefaultBank); }
+    static BankImage contentOf (const std::filesystem::path& path)
     {
-        return std::make_unique<VstSynth> (&FakeHost::callback, host.services ());
+        EXPECT_EQ (std::filesystem::file_size (path), 23896u);
+        BankImage image;
+        std::ifstream (path, std::ios::binary).read (reinterpret_cast<char*> (&image), sizeof image);
+        return image;
     }
-    static std::string bankOf (VstSynth& synth)
+    // Something that differs from the factory in every part.
+    void play ()
     {
-        void* data = nullptr;
-        const VstInt32 size = synth.getChunk (&data, false);
-        return { static_cast<const char*> (data), static_cast<std::size_t> (size) };
-    }
-    static std::string contentOf (const std::filesystem::path& path)
-    {
-        std::ifstream file (path, std::ios::binary);
-        return { std::istreambuf_iterator<char> (file), {} };
-    }
-    static void write (const std::filesystem::path& path, const std::string& content)
-    {
-        std::ofstream (path, std::ios::binary) << content;
-    }
-    // A bank that differs from the factory's in every part.
-    static void play (VstSynth& synth)
-    {
-        synth.setParameter (paramVoices, 3.0f);
-        synth.setParameter (53, 1.0f);
-        render (synth, 64, 64, { { 0, 0xB0, 21, 64 } });
-        synth.setProgram (127);
-        synth.setParameter (paramVolume, 0.25f);
-        synth.setProgramName ("The last one");
-        synth.setProgram (0);
-        synth.setParameter (paramFilterFreq, 0.75f);
+        synth.set (paramVoices, 3.0f);
+        synth.learn (1, 21, 64);
+        synth.core.setProgram (127);
+        synth.set (paramVolume, 0.25f);
+        synth.core.setProgramName ("The last one");
+        synth.core.setProgram (0);
     }
     std::vector<std::string> filesInFolder () const
     {
@@ -59,149 +42,86 @@ protected:
     }
 
     TemporaryFolder folder;
-    FakeHost host;
+    FakeSystem system;
+    TestInstrument synth{ system };
 };
+}
 
-TEST_F (UserBank, HasTheLibrarysNameWithAnotherEnd)
+TEST_F (UserBankTest, HasTheLibrarysNameWithAnotherEnd)
 {
-    const std::pair<const char*, const char*> cases[] = {
-        { "Brimvale.dll", "Brimvale.bnk" }, { "Brimvale.so", "Brimvale.bnk" }, { "a.b.vst", "a.b.bnk" },
-        { "Brimvale.DLL", "Brimvale.bnk" }, { "My.so.dll", "My.so.bnk" },
-    };
-    for (const auto& [library, bank] : cases)
+    for (const auto& [library, bank] :
+         { std::pair{ "Brimvale.dll", "Brimvale.bnk" }, std::pair{ "Brimvale.so", "Brimvale.bnk" },
+           std::pair{ "a.b.vst", "a.b.bnk" }, std::pair{ "My.so.dll", "My.so.bnk" } })
     {
-        host.libraryPath = folder / library;
-        makeSynth ()->setParameter (45, 0.0f);
+        system.libraryPath = folder / library;
+        save ();
         EXPECT_EQ (filesInFolder (), std::vector<std::string>{ bank });
         std::filesystem::remove (folder / bank);
     }
 }
 
-TEST_F (UserBank, ComesBackByteForByte)
+TEST_F (UserBankTest, ComesBackByteForByteAndItsBindingsTakeThePlaceOfTheStoredOnes)
 {
-    const auto first = makeSynth ();
-    play (*first);
-    first->setParameter (45, 0.0f);
-    EXPECT_EQ (host.messages.size (), 1u) << "success needs no box";
-    const std::string saved = contentOf (folder / "Brimvale.bnk");
-    EXPECT_EQ (saved.size (), 23896u);
-    EXPECT_EQ (saved, bankOf (*first));
-
-    const auto second = makeSynth ();
-    EXPECT_EQ (bankOf (*second), saved);
-    EXPECT_EQ (second->midiController (1), 21u);
-    EXPECT_EQ (second->getParameter (paramVoices), 3.0f);
-    EXPECT_EQ (second->getParameter (paramFilterFreq), 0.75f);
-    EXPECT_EQ (second->programName (127), "The last one");
-
-    // Saved over an older one.
-    second->setProgramName ("Newer");
-    second->setParameter (45, 0.0f);
-    EXPECT_EQ (contentOf (folder / "Brimvale.bnk"), bankOf (*second));
-    EXPECT_EQ (filesInFolder ().size (), 1u);
+    const std::filesystem::path place = folder / std::filesystem::path (u8"Meine Klänge für später ☃");
+    std::filesystem::create_directory (place); // paths may hold blanks and any letter
+    system.libraryPath = place / "Brimvale.dll";
+    (*system.stored)["Brimvale\\MidiCC-Volume    "] = 8;
+    EXPECT_EQ (TestInstrument (system).core.midiController (0), 7u) << "without a bank";
+    play ();
+    save ();
+    EXPECT_EQ (system.messages.size (), 1u) << "success needs no box";
+    EXPECT_TRUE (equal (contentOf (place / "Brimvale.bnk"), synth.bank ()));
+    TestInstrument second (system);
+    EXPECT_TRUE (equal (second.bank (), synth.bank ()));
+    EXPECT_EQ (second.core.midiController (0), 0u);
+    EXPECT_EQ (second.core.midiController (1), 21u);
+    EXPECT_EQ (second.get (paramVoices), 3.0f);
+    synth.core.setProgramName ("Newer"); // saved over an older one
+    save ();
+    EXPECT_TRUE (equal (contentOf (place / "Brimvale.bnk"), synth.bank ()));
 }
 
-TEST_F (UserBank, ItsBindingsTakeThePlaceOfTheStoredOnes)
+TEST_F (UserBankTest, WithoutOneTheFactoryBankPlays)
 {
-    (*host.stored)["Brimvale\\MidiCC-Volume    "] = 8;
-    EXPECT_EQ (makeSynth ()->midiController (0), 7u) << "without a bank";
-    {
-        FakeHost::Message none;
-        const auto stored = std::exchange (host.stored, std::make_shared<MemoryStore::Content> ());
-        const auto unbound = makeSynth ();
-        play (*unbound);
-        unbound->setParameter (45, 0.0f);
-        host.stored = stored;
-    }
-    const auto synth = makeSynth ();
-    EXPECT_EQ (synth->midiController (0), 0u);
-    EXPECT_EQ (synth->midiController (1), 21u);
-}
-
-TEST_F (UserBank, WithoutOneTheFactoryBankPlays)
-{
-    EXPECT_EQ (makeSynth ()->programName (0), "Bass One");
     std::filesystem::create_directory (folder / "Brimvale.bnk"); // a folder is no bank either
-    EXPECT_EQ (makeSynth ()->programName (0), "Bass One");
-    host.libraryPath = "";
-    EXPECT_EQ (makeSynth ()->programName (0), "Bass One");
-    host.libraryPath = "so";
-    EXPECT_EQ (makeSynth ()->programName (0), "Bass One");
-    EXPECT_TRUE (host.messages.empty ());
+    for (const std::filesystem::path& path :
+         { folder / "Brimvale.dll", std::filesystem::path (), std::filesystem::path ("so"),
+           folder / "none" / "Brimvale.dll" })
+    {
+        system.libraryPath = path;
+        EXPECT_EQ (TestInstrument (system).core.programName (0), "Bass One") << path;
+    }
+    EXPECT_TRUE (system.messages.empty ());
 }
 
-// A file of another size is taken as the user's wish for no factory bank, and read not at all. That is meant.
-TEST_F (UserBank, AWrongSizeLeavesTheProgramsFresh)
+// A file of another size is taken as the user's wish for no factory bank, and read not at all.
+TEST_F (UserBankTest, AWrongSizeLeavesTheProgramsFresh)
 {
     for (const std::size_t size : { 0, 1, 22528, 23895, 23897 })
     {
-        write (folder / "Brimvale.bnk", std::string (size, 'x'));
-        const auto synth = makeSynth ();
-        for (const VstInt32 program : { 0, 64, 127 })
-            EXPECT_EQ (synth->programName (program), "Init") << size;
+        std::ofstream (folder / "Brimvale.bnk", std::ios::binary) << std::string (size, 'x');
+        TestInstrument fresh (system);
+        for (const std::int32_t program : { 0, 64, 127 })
+            EXPECT_EQ (fresh.core.programName (program), "Init") << size;
         for (const ParamRow& row : paramTable)
-            EXPECT_EQ (synth->getParameter (row.index), row.initial) << size << " " << row.name;
-        EXPECT_TRUE (host.messages.empty ()) << size;
+            EXPECT_EQ (fresh.get (row.index), row.initial) << size << " " << row.name;
     }
-}
-
-TEST_F (UserBank, AsksWhereThatIsWanted)
-{
-    const auto synth = makeSynth ();
-    play (*synth);
-    synth->setParameter (45, 0.0f);
-    const std::pair<Answer, const char*> cases[] = { { Answer::yes, "The last one" },
-                                                     { Answer::no, "Retro Pad 64" },
-                                                     { Answer::none, "Retro Pad 64" } };
-    for (const auto& [answer, lastProgram] : cases)
-    {
-        host.messages.clear ();
-        host.answer = answer;
-        synth->loadBank (174, true, true);
-        ASSERT_EQ (host.messages.size (), 1u);
-        EXPECT_TRUE ((host.messages[0] ==
-                      FakeHost::Message{ "Reload from User-Default bank? (No = Loads Factory Bank)",
-                                         "Warning!", Buttons::yesNo }));
-        EXPECT_EQ (synth->programName (127), lastProgram);
-    }
-}
-
-TEST_F (UserBank, SaysWhenTheLibraryCannotBeFound)
-{
-    host.libraryPath = "";
-    makeSynth ()->setParameter (45, 0.0f);
-    ASSERT_EQ (host.messages.size (), 2u);
-    EXPECT_TRUE ((host.messages[1] ==
-                  FakeHost::Message{ "Could not find proper VST DLL location!", "Error!", Buttons::ok }));
+    EXPECT_TRUE (system.messages.empty ());
 }
 
 // What no user may write to is simulated by a folder that is a file, and by a folder in the bank's place.
-TEST_F (UserBank, WhereNothingCanBeWrittenNothingHappens)
+TEST_F (UserBankTest, WhereNothingCanBeWrittenNothingHappens)
 {
-    const auto synth = makeSynth ();
-    write (folder / "file", "content");
-    host.libraryPath = folder / "file" / "Brimvale.dll";
-    synth->setParameter (45, 0.0f);
-    host.libraryPath = folder / "none" / "Brimvale.dll";
-    synth->setParameter (45, 0.0f);
+    std::ofstream (folder / "file") << "content";
     std::filesystem::create_directories (folder / "Brimvale.bnk" / "inner");
-    host.libraryPath = folder / "Brimvale.dll";
-    synth->setParameter (45, 0.0f);
-    EXPECT_EQ (host.messages.size (), 3u) << "the questions and nothing else";
-    EXPECT_EQ (contentOf (folder / "file"), "content");
+    for (const std::filesystem::path& path :
+         { folder / "file" / "Brimvale.dll", folder / "none" / "Brimvale.dll", folder / "Brimvale.dll" })
+    {
+        system.libraryPath = path;
+        save ();
+    }
+    EXPECT_EQ (system.messages.size (), 3u) << "the questions and nothing else";
+    EXPECT_EQ (std::filesystem::file_size (folder / "file"), 7u);
     EXPECT_TRUE (std::filesystem::exists (folder / "Brimvale.bnk" / "inner"));
     EXPECT_EQ (filesInFolder ().size (), 2u) << "a temporary file was left";
-}
-
-TEST_F (UserBank, PathsMayHoldBlanksAndAnyLetter)
-{
-    const std::filesystem::path place = folder / std::filesystem::path (u8"Meine Klänge für später ☃");
-    std::filesystem::create_directory (place);
-    host.libraryPath = place / std::filesystem::path (u8"Größe 2.dll");
-    const auto first = makeSynth ();
-    play (*first);
-    first->setParameter (45, 0.0f);
-    EXPECT_EQ (contentOf (place / std::filesystem::path (u8"Größe 2.bnk")), bankOf (*first));
-    EXPECT_EQ (bankOf (*makeSynth ()), bankOf (*first));
-}
 }

@@ -15,10 +15,9 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/Signals.h"
 #include "tests/support/TestSynth.h"
 
-using namespace engine;
-using namespace instrument;
 using namespace parameters;
 
 namespace
@@ -116,7 +115,7 @@ public:
                 midi.push_back ({ 50, 0xC0, program++, 0 });
             if (n % 31 == 30)
                 midi.push_back ({ 60, 0xB0, 123, 0 });
-            lists.push_back (std::make_unique<EventList> (midi));
+            lists.push_back (std::make_unique<HostEventList> (midi));
         }
     }
 
@@ -143,14 +142,14 @@ private:
     void bind (int index, unsigned char controller)
     {
         synth->setParameter (commandLearn, static_cast<float> (index));
-        EventList list ({ { 0, 0xB0, controller, 64 } });
+        HostEventList list ({ { 0, 0xB0, controller, 64 } });
         synth->processEvents (list.get ());
         synth->processReplacing (nullptr, outputs, frames);
     }
 
     FakeHost host;
     std::unique_ptr<VstSynth> synth;
-    std::vector<std::unique_ptr<EventList>> lists;
+    std::vector<std::unique_ptr<HostEventList>> lists;
     std::vector<float> left = std::vector<float> (frames);
     std::vector<float> right = std::vector<float> (frames);
     float* outputs[2] = { left.data (), right.data () };

@@ -1,17 +1,22 @@
 #include "resources/waves/WaveTables.h"
 #include "audition/Measures.h"
 #include "engine/WaveTable.h"
+#include "platform/Resources.h"
+#include "resources/ResourceIds.h"
 #include "tests/resources/Files.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numeric>
 
-using namespace engine;
-
 namespace
 {
 using waves::Samples;
+
+std::vector<float> loadWave (int id)
+{
+    return engine::makeWaveTable (platform::findResource ("WAV", id)).samples;
+}
 
 // The committed file as samples.
 Samples samplesIn (const std::string& path)
@@ -47,7 +52,7 @@ TEST (WaveTables, ScaleToExactlyOne)
 {
     for (const int id : { sawWaveId, pulseWaveId, noiseWaveId })
     {
-        const std::vector<float> table = loadWaveResource (id);
+        const std::vector<float> table = loadWave (id);
         EXPECT_EQ (std::max (highestOf (table), -lowestOf (table)), 1.0f) << id;
         EXPECT_EQ (table.front (), table.back ()) << id;
     }
@@ -55,7 +60,7 @@ TEST (WaveTables, ScaleToExactlyOne)
 
 TEST (WaveTables, SawHasItsFigures)
 {
-    const std::vector<float> table = loadWaveResource (sawWaveId);
+    const std::vector<float> table = loadWave (sawWaveId);
     const std::vector<float> cycle (table.begin (), table.end () - 1);
     ASSERT_EQ (cycle.size (), 734u);
     EXPECT_EQ (std::ranges::min_element (cycle) - cycle.begin (), 549);
@@ -73,7 +78,7 @@ TEST (WaveTables, SawHasItsFigures)
 
 TEST (WaveTables, PulseHasItsFigures)
 {
-    const std::vector<float> table = loadWaveResource (pulseWaveId);
+    const std::vector<float> table = loadWave (pulseWaveId);
     ASSERT_EQ (table.size (), 188347u + 1u);
     EXPECT_EQ (lowestOf (table), -1.0f);
     EXPECT_NEAR (highestOf (table), 0.769f, 0.0005f);
@@ -121,7 +126,7 @@ TEST (WaveTables, PulsePlateausClimbInUnbrokenRuns)
 
 TEST (WaveTables, NoiseHasItsFigures)
 {
-    const std::vector<float> table = loadWaveResource (noiseWaveId);
+    const std::vector<float> table = loadWave (noiseWaveId);
     ASSERT_EQ (table.size (), 87650u + 1u);
     EXPECT_EQ (lowestOf (table), -1.0f);
     EXPECT_NEAR (highestOf (table), 0.980f, 0.0005f);
@@ -130,7 +135,7 @@ TEST (WaveTables, NoiseHasItsFigures)
 // The noise as an oscillator at middle C reads it: 88200 table samples a second, interpolated, looped.
 std::vector<float> readNoise (double rate, std::size_t count)
 {
-    const std::vector<float> table = loadWaveResource (noiseWaveId);
+    const std::vector<float> table = loadWave (noiseWaveId);
     const double length = static_cast<double> (table.size () - 1);
     std::vector<float> result;
     double phase = 88200.0 / rate;
@@ -172,7 +177,7 @@ TEST (WaveTables, NoiseIsWhiteInThirdsOfAnOctave)
 // seam, and of the whole loop, stays within what chance allows.
 TEST (WaveTables, NoiseHasNoAudibleSeam)
 {
-    const std::vector<float> table = loadWaveResource (noiseWaveId);
+    const std::vector<float> table = loadWave (noiseWaveId);
     const std::size_t length = table.size () - 1;
     double power = 0.0;
     for (std::size_t n = 0; n < length; ++n)

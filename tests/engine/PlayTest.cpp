@@ -1,0 +1,269 @@
+// Playing: keys and voices, mono, bend, controllers, levels, the panel's keyboard, and what is told of it.
+#include <gtest/gtest.h>
+
+#include "tests/engine/Ramp.h"
+#include "tests/engine/TestEngine.h"
+#include "tests/support/Signals.h"
+
+using namespace engine;
+using namespace parameters;
+
+namespace
+{
+using State = Envelope::State;
+using Keys = std::vector<std::pair<char, int>>;
+
+constexpr double saw = 1.0 + 0.441 / 16.351598; // the saw's tuning correction
+
+class PlayTest : public testing::Test
+{
+protected:
+    PlayTest () : synth (44100.0f, { ramp (), ramp (), ramp () })
+    {
+        synth.load (plainProgram ());
+        synth.set (paramOsc2Wave, 0.5f);
+    }
+
+    void press (int key, int velocity = 100, int frames = 64)
+    {
+        synth.block (frames, { noteOn (1, key, velocity) });
+    }
+    void letGo (int key, int frames = 64) { synth.block (frames, { midi (1, 0x85, key, 64) }); }
+    State state (int voice) { return synth.voice (voice).ampEnv.state (); }
+    int sounding ()
+    {
+        int voices = 0;
+        for (int v = 0; v < voiceSlots; ++v)
+            voices += state (v) != State::idle ? 1 : 0;
+        return voices;
+    }
+    void expectPitch (double hz, int voice = 0, double tolerance = 0.01)
+    {
+        EXPECT_NEAR (hzOf (synth.voice (voice).osc1, synth.rate), hz, tolerance);
+        EXPECT_NEAR (hzOf (synth.voice (voice).osc2, synth.rate), hz, tolerance);
+    }
+
+    TestEngine synth;
+};
+}
+
+TEST_F (PlayTest, EachKeyTakesAVoiceAndAStruckKeyItsOwn)
+{
+    synth.set (param1Decay, 0.3f);
+    synth.set (param2Decay, 0.6f);
+    synth.set (param2Attack, 0.3f);
+    for (const int key : { 60, 64, 67, 64 })
+        press (key);
+    EXPECT_EQ (sounding (), 3);
+    expectPitch (keyHz (65) * saw, 1); // the tables sound a semitone above the key
+    letGo (64);
+    press (67, 0); // velocity 0 lets go
+    letGo (99);    // was never down
+    for (const auto& [voice, expected] :
+         { std::pair{ 0, State::sustain }, std::pair{ 1, State::release }, std::pair{ 2, State::release } })
+        EXPECT_EQ (state (voice), expected) << voice;
+    EXPECT_EQ (synth.voice (0).filterEnv.state (), State::attack);
+    EXPECT_EQ (synth.voice (1).filterEnv.state (), State::release) << "envelope 2 is released with the key";
+    press (62);
+    EXPECT_EQ (state (3), State::sustain) << "voices in their release are not taken while others are idle";
+    EXPECT_EQ (
+        synth.keys,
+        (Keys{ { '+', 60 }, { '+', 64 }, { '+', 67 }, { '+', 64 }, { '-', 64 }, { '-', 67 }, { '+', 62 } }));
+}
+
+TEST_F (PlayTest, MoreKeysThanVoicesStealAndNothingHangs)
+{
+    synth.set (paramVoices, 0.3f); // 6
+    for (int key = 40; key < 80; ++key)
+    {
+        press (key);
+        EXPECT_LE (sounding (), 6);
+    }
+    for (int key = 40; key < 80; ++key)
+        letGo (key, 500);
+    EXPECT_EQ (sounding (), 0);
+}
+
+TEST_F (PlayTest, MonoLegatoReturnsToTheKeyStillHeld)
+{
+    synth.set (paramGlideMono, 0.3f); // 0.09 s
+    synth.set (param1Decay, 0.3f);
+    synth.set (paramFilterKeyTrak, 1.0f);
+    synth.set (paramFilterFreq, 0.0f);
+    const auto expectKey = [this] (int key)
+    {
+        synth.block (200000); // until the base of the cutoff has come to rest
+        expectPitch (keyHz (key + 1) * saw, 0, 0.3);
+        const double tracked = 0.02 * 0.06 * keyHz (key - 48) * 6460.0;
+        EXPECT_NEAR (synth.voice (0).filter.cutoffHz (), tracked, 0.1 * tracked) << key;
+        EXPECT_EQ (state (0), State::sustain);
+    };
+    press (84, 100);
+    synth.voice (0).ampEnv.setSustain (0.9f); // would be heard at a retrigger
+    expectKey (84);
+    press (96, 20);
+    expectKey (96);
+    press (91);
+    letGo (96); // not the newest
+    expectKey (91);
+    letGo (91);
+    expectKey (84);
+    EXPECT_FLOAT_EQ (synth.voice (0).ampEnv.level (), 0.999f + 0.001f * (1.0f - 0.38f))
+        << "never retriggered";
+    letGo (84);
+    EXPECT_EQ (state (0), State::release);
+    EXPECT_EQ (sounding (), 1);
+}
+
+TEST_F (PlayTest, GlideAutoGlidesBetweenOverlappingNotesOnly)
+{
+    for (int variant = 0; variant < 4; ++variant)
+    {
+        const bool automatic = variant < 2;
+        const bool overlaps = variant % 2 == 0;
+        synth.set (paramGlideMono, 0.0f);
+        synth.set (paramGlideAuto, automatic ? 1.0f : 0.0f);
+        synth.set (paramGlideMono, 0.9f); // 0.81 s
+        press (48);
+        if (!overlaps)
+            letGo (48);
+        press (60, 100, 4410); // an eighth of the way
+        const double share = overlaps || !automatic ? 4410.0 / (0.81 * 44100.0) : 1.0;
+        EXPECT_NEAR (hzOf (synth.voice (0).osc1, 44100.0f) / saw,
+                     keyHz (49) + share * (keyHz (61) - keyHz (49)), 0.3);
+        EXPECT_NEAR (hzOf (synth.voice (0).osc2, 44100.0f) / saw,
+                     keyHz (49) + share * (keyHz (61) - keyHz (49)), 0.3);
+    }
+}
+
+// Only the upper byte counts, and its middle is 63.5. The bend's part is not corrected.
+TEST_F (PlayTest, PitchBendReachesTwoKeysAndEveryVoice)
+{
+    press (60);
+    for (const auto& [data, share] :
+         { std::pair{ 127, 1.0 }, std::pair{ 64, 1.0 / 127.0 }, std::pair{ 0, -1.0 } })
+    {
+        synth.block (1, { midi (1, 0xE3, 127 - data, data) });
+        const double other = keyHz (share > 0 ? 63 : 59);
+        expectPitch (keyHz (61) * saw + std::abs (share) * (other - keyHz (61)));
+    }
+    press (64); // one that was silent meanwhile
+    expectPitch (keyHz (65) * saw + keyHz (63) - keyHz (65), 1);
+}
+
+TEST_F (PlayTest, ControllersReachTheInstrumentAndAllNotesOffKeepsTheTails)
+{
+    synth.set (param1Decay, 0.4f);
+    synth.set (param2Decay, 0.6f);
+    synth.set (param2Attack, 0.3f);
+    press (60);
+    press (64);
+    synth.keys.clear ();
+    synth.block (64, { midi (1, 0xB7, 74, 127), midi (2, 0xB0, 1, 0), midi (3, 0xB0, 123, 0) });
+    EXPECT_EQ (synth.controllers,
+               (std::vector<std::pair<std::uint32_t, float>>{ { 74, 1.0f }, { 1, 0.0f }, { 123, 0.0f } }));
+    for (const int voice : { 0, 1 })
+    {
+        EXPECT_EQ (state (voice), State::release);
+        EXPECT_EQ (synth.voice (voice).filterEnv.state (), State::release);
+    }
+    letGo (60); // is forgotten
+    press (60); // and gets a new voice
+    EXPECT_EQ (sounding (), 3);
+    EXPECT_EQ (synth.keys, (Keys{ { '0', 0 }, { '+', 60 } }));
+}
+
+// One voice through the open filter without drive: table x levels x 0.16, constant part included.
+TEST_F (PlayTest, LevelsMultiply)
+{
+    TestEngine real;
+    real.load (plainProgram ());
+    real.block (2000, { noteOn (1, 48) });
+    const double full = levelOf (real.block (44100));
+    std::vector<float> table = recordedWaves ().saw.samples;
+    EXPECT_NEAR (full, levelOf (table) * 0.16 * 0.999, 0.002);
+    struct Row
+    {
+        int index;
+        float value;
+        double factor;
+    };
+    const double noise = levelOf (recordedWaves ().noise.samples) / levelOf (table);
+    for (const Row& row :
+         { Row{ paramVolume, 0.5f, 0.5 }, Row{ paramVolType, 0.0f, 1.6 }, Row{ paramVolType, 0.5f, 1.6 },
+           Row{ paramVolType, 2.0f, 0.52 }, Row{ paramVolType, 1.5f, 0.52 }, Row{ paramVolType, 1.0f, 1.0 },
+           Row{ paramOsc1Vol, 0.25f, 0.25 }, Row{ paramOsc1Wave, 0.4999f, 0.0 },
+           Row{ paramOsc1Wave, 0.5f, 1.0 } })
+    {
+        const float before = real.value (row.index);
+        real.set (row.index, row.value);
+        real.block (500);
+        EXPECT_NEAR (levelOf (real.block (22050)), full * row.factor, full * 0.01)
+            << row.index << " " << row.value;
+        if (row.index != paramVolType)
+            real.set (row.index, before);
+    }
+    for (const auto& [data, factor] :
+         { std::pair{ 64, 64.0 / 127.0 }, std::pair{ 0, 0.0 }, std::pair{ 127, 1.0 } })
+    {
+        real.block (1000, { midi (1, 0xB0, 11, data) });
+        EXPECT_NEAR (levelOf (real.block (22050)), full * factor, full * 0.01) << data;
+    }
+    real.set (paramOsc1Vol, 0.0f);
+    real.set (paramNoise, 0.5f);
+    real.block (500);
+    EXPECT_NEAR (levelOf (real.block (44100)), full * noise * 0.5,
+                 full * noise * 0.2); // the filter takes some
+    for (const auto& [wave, factor] : { std::pair{ 0.5f, 0.5 }, std::pair{ 0.4f, 0.0 } })
+    {
+        real.set (paramNoise, 0.0f);
+        real.set (paramOsc2Wave, wave);
+        real.set (paramOsc2Vol, 0.5f);
+        real.block (500);
+        EXPECT_NEAR (levelOf (real.block (22050)), full * factor, full * 0.01) << wave;
+    }
+}
+
+// The square bends fully: 2 x the cube of the knob, in Hz at note 12.
+TEST_F (PlayTest, VibratoDepthIsCubed)
+{
+    synth.set (paramLfoWave, 0.6f);
+    synth.set (paramLfoRate, 0.0f);
+    press (60, 100, 2000);
+    for (const auto& [knob, depth] :
+         { std::pair{ 1.0f, 2.0 }, std::pair{ 0.5f, 0.25 }, std::pair{ 0.0f, 0.0 } })
+    {
+        synth.set (paramLfoPitch, knob);
+        synth.block (100);
+        expectPitch (keyHz (61) * saw * (1.0 + depth / 16.351598));
+    }
+    // A depth that becomes 0 inside a block leaves no voice bent either.
+    synth.programs = { plainProgram () };
+    synth.set (paramLfoPitch, 1.0f);
+    synth.block (100);
+    synth.block (512, { midi (100, 0xC0, 0, 0) });
+    synth.block (64);
+    expectPitch (keyHz (61) * saw);
+}
+
+// Before it holds any it holds note 0, which stands for a free slot: the first press ends that.
+TEST_F (PlayTest, TheKeyboardHoldsOneKey)
+{
+    synth.set (param1Decay, 0.2f);
+    synth.set (paramVelocityAmp, 1.0f);
+    synth.engine.playKeyboard (60.0f / 128.0f);
+    synth.block (200);
+    expectPitch (keyHz (61) * saw);
+    EXPECT_NEAR (synth.voice (0).ampEnv.level (), 120.0 * 120.0 / (127.0 * 127.0), 1e-3) << "velocity 120";
+    synth.engine.playKeyboard (64.0f / 128.0f); // takes the first key up
+    synth.block (50000);
+    EXPECT_EQ (sounding (), 1);
+    synth.engine.playKeyboard (-1.0f);
+    synth.engine.playKeyboard (-1.0f); // holds none any more
+    synth.block (50000);
+    EXPECT_EQ (sounding (), 0);
+    for (const float value : { 5.0f, -7.0f, 1.0f, 1e30f }) // no such keys
+        synth.engine.playKeyboard (value);
+    EXPECT_EQ (sounding (), 0);
+    EXPECT_EQ (synth.keys, (Keys{ { '-', 0 }, { '+', 60 }, { '-', 60 }, { '+', 64 }, { '-', 64 } }));
+}
