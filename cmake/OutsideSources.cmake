@@ -16,7 +16,9 @@ function(brimvale_outside_source variable folder file what)
     endif()
 endfunction()
 
-brimvale_outside_source(BRIMVALE_VSTGUI_DIR vstgui vstgui/vstgui.h "VSTGUI 4 source folder, the one that holds vstgui/")
+if(BRIMVALE_EDITOR)
+    brimvale_outside_source(BRIMVALE_VSTGUI_DIR vstgui vstgui/vstgui.h "VSTGUI 4 source folder, the one that holds vstgui/")
+endif()
 brimvale_outside_source(BRIMVALE_MINIAUDIO_DIR miniaudio miniaudio.h "miniaudio 0.11 source folder")
 brimvale_outside_source(BRIMVALE_EBUR128_DIR libebur128 ebur128/ebur128.c "libebur128 1.2 source folder")
 

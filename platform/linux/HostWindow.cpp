@@ -34,8 +34,8 @@ public:
 
     void* handle () const override
     {
-        return reinterpret_cast<void*> (
-            static_cast<std::uintptr_t> (window)); // NOLINT(performance-no-int-to-ptr)
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): hosts pass the number in a pointer
+        return reinterpret_cast<void*> (static_cast<std::uintptr_t> (window));
     }
 
     void resize (int width, int height) override

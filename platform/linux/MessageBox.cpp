@@ -1,8 +1,7 @@
 #include "platform/MessageBox.h"
 
-#include <cstdio>
-
 #include "platform/linux/Dialog.h"
+#include "platform/linux/MessageLine.h"
 
 namespace
 {
@@ -39,7 +38,6 @@ Answer showMessage (const char* text, const char* title, Buttons buttons)
     Dialog dialog (text, title, labels);
     if (dialog.isConnected ())
         return choices[static_cast<std::size_t> (dialog.run ())].answer;
-    std::fprintf (stderr, "Brimvale: %s %s\n", title, text);
-    return buttons == Buttons::yesNo ? Answer::no : Answer::ok;
+    return writeMessage (text, title, buttons);
 }
 }

@@ -32,10 +32,11 @@ Boxes command (LoadedSynth& synth, float value, Press answer = Press::firstButto
     return watcher.boxes ();
 }
 
-void learn (LoadedSynth& synth, VstInt32 parameter, int controller)
+void bind (LoadedSynth& synth, std::size_t parameter, std::uint32_t controller)
 {
-    synth.setParameter (commandLearn, static_cast<float> (parameter));
-    synth.renderBlock (controller, 1);
+    BankImage image = synth.bank ();
+    image.slots[parameter].midiController = controller;
+    synth.setBank (image);
 }
 
 std::string bytesOf (const BankImage& bank)
@@ -68,8 +69,8 @@ TEST_F (Library, StoredSettingsReachTheNextInstance)
         EXPECT_TRUE (storedNumbers ().empty ());
         first.setParameter (paramVoices, 3.0f);
         first.setParameter (paramHighQuality, 1.0f);
-        learn (first, paramVolume, 7);
-        learn (first, paramNonUsed, 127);
+        bind (first, paramVolume, 7);
+        bind (first, paramNonUsed, 127);
         EXPECT_EQ (command (first, saveDefaults), (Boxes{ { "Warning!", "Save Actual Values as Defaults?" },
                                                           { "Ok!", "Default Values Saved!" } }));
     }
@@ -103,7 +104,7 @@ TEST_F (Library, TheUserBankReachesTheNextInstanceWhateverIsAnswered)
         std::string name = "The last one";
         first.call (effSetProgram, 0, 127);
         first.call (effSetProgramName, 0, 0, name.data ());
-        learn (first, paramFilterRez, 74);
+        bind (first, paramFilterRez, 74);
         const std::string saved = bytesOf (first.bank ());
         EXPECT_EQ (command (first, saveBank, answer),
                    (Boxes{ { "Warning!", "Save Current Presets as User-Default Bank?" } }));

@@ -33,7 +33,6 @@ public:
         return effect->dispatcher (effect, opcode, index, value, ptr, opt);
     }
     void setParameter (VstInt32 index, float value) { effect->setParameter (effect, index, value); }
-    float getParameter (VstInt32 index) { return effect->getParameter (effect, index); }
 
     const BankImage& bank ()
     {
@@ -44,28 +43,7 @@ public:
     }
     void setBank (BankImage image) { call (effSetChunk, 0, sizeof image, &image); }
 
-    // Renders one block into the bin, with one controller message at its start unless the number is 0.
-    void renderBlock (int controller = 0, int value = 0)
-    {
-        VstMidiEvent event = {};
-        event.type = kVstMidiType;
-        event.byteSize = sizeof event;
-        event.midiData[0] = static_cast<char> (0xB0);
-        event.midiData[1] = static_cast<char> (controller);
-        event.midiData[2] = static_cast<char> (value);
-        VstEvents events = {};
-        events.numEvents = controller != 0 ? 1 : 0;
-        events.events[0] = reinterpret_cast<VstEvent*> (&event);
-        call (effProcessEvents, 0, 0, &events);
-        float left[blockSize];
-        float right[blockSize];
-        float* outputs[] = { left, right };
-        effect->processReplacing (effect, nullptr, outputs, blockSize);
-    }
-
 private:
-    static constexpr VstInt32 blockSize = 64;
-
     static VstIntPtr answer (AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void*, float)
     {
         return opcode == audioMasterVersion ? kVstVersion : 0;

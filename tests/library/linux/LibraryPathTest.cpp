@@ -1,6 +1,7 @@
 // Where the user default bank lies when the library was not loaded by its plain full path.
 #include "tests/host/TemporaryFolder.h"
 #include "tests/library/LoadedSynth.h"
+#include "tests/library/linux/Screen.h"
 
 #include <cstdlib>
 #include <dlfcn.h>
@@ -10,7 +11,7 @@ namespace
 {
 void saveBank (LoadedSynth& synth)
 {
-    const std::string display = std::getenv ("DISPLAY");
+    const std::string display = environment ("DISPLAY");
     ::unsetenv ("DISPLAY"); // the question answers itself
     synth.setParameter (45, 0.0f);
     ::setenv ("DISPLAY", display.c_str (), 1);

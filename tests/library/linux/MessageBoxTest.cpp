@@ -1,4 +1,4 @@
-// What only the boxes of our own drawing need to show: keys, the mouse, their picture, and no display.
+// What only the boxes of our own drawing have to show: keys, the mouse, their picture, and no display.
 #include "platform/MessageBox.h"
 #include "tests/library/linux/Screen.h"
 
@@ -29,13 +29,11 @@ Answer show (const char* text, Buttons buttons, const std::function<void (Screen
 
 TEST (MessageBox, KeysAndMouseMoveTheMarkAndPress)
 {
-    // The mouse: "first", "last" and "beside" are places.
-    const struct
-    {
-        Buttons buttons;
-        const char* actions;
-        Answer answer;
-    } cases[] = {
+    // In the middle of a screen of 1024 x 768 pixels.
+    const std::string first = "mousemove 510 424 ";
+    const std::string last = "mousemove 612 424 ";
+    const std::string beside = "mousemove 372 424 ";
+    const std::tuple<Buttons, std::string, Answer> cases[] = {
         { Buttons::ok, "key Escape", Answer::ok },
         { Buttons::okCancel, "key Return", Answer::ok },
         { Buttons::okCancel, "key KP_Enter", Answer::ok },
@@ -46,31 +44,16 @@ TEST (MessageBox, KeysAndMouseMoveTheMarkAndPress)
         { Buttons::okCancel, "key shift+Tab Return", Answer::cancel },
         { Buttons::okCancel, "key Right Right Left Return", Answer::ok },
         { Buttons::okCancel, "key a F1 Right Return", Answer::cancel },
-        { Buttons::okCancel, "first click 3 last click 1", Answer::cancel },
-        { Buttons::okCancel, "last mousedown 1 beside mouseup 1 key Return", Answer::cancel },
-        { Buttons::okCancel, "beside mousedown 1 last mouseup 1 key Return", Answer::ok },
-        { Buttons::yesNo, "first click 1", Answer::yes },
+        { Buttons::okCancel, first + "click 3 " + last + "click 1", Answer::cancel },
+        { Buttons::okCancel, last + "mousedown 1 " + beside + "mouseup 1 key Return", Answer::cancel },
+        { Buttons::okCancel, beside + "mousedown 1 " + last + "mouseup 1 key Return", Answer::ok },
+        { Buttons::yesNo, first + "click 1", Answer::yes },
         { Buttons::yesNo, "key Tab space", Answer::no },
         { Buttons::yesNo, "key Escape", Answer::no },
     };
-    const std::pair<std::string, int> places[] = { { "first", 162 }, { "last", 60 }, { "beside", 300 } };
     for (const auto& [buttons, actions, answer] : cases)
-    {
-        const auto act = [&, text = std::string (actions)] (Screen& screen, xcb_window_t box) mutable
-        {
-            const auto area = screen.geometry (box);
-            for (const auto& [name, fromRight] : places) // pixels
-            {
-                if (const auto at = text.find (name); at != std::string::npos)
-                    text.replace (at, name.size (),
-                                  "mousemove " + std::to_string (area.x + area.width - fromRight) + ' ' +
-                                      std::to_string (area.y + area.height - 28));
-            }
-            userDoes (text);
-        };
-        EXPECT_EQ (show ("Which one?", buttons, act), answer)
+        EXPECT_EQ (show ("Which?", buttons, [&a = actions] (Screen&, xcb_window_t) { userDoes (a); }), answer)
             << actions << " with buttons " << static_cast<int> (buttons);
-    }
 }
 
 TEST (MessageBox, StandsInTheMiddleAndHasRoomForItsText)
@@ -78,31 +61,28 @@ TEST (MessageBox, StandsInTheMiddleAndHasRoomForItsText)
     constexpr int textLeft = 72;
     constexpr int textTop = 28;
     constexpr int textHeight = 24;
-    const auto dark = [] (const std::vector<std::uint32_t>& picture)
-    { return std::ranges::count_if (picture, [] (auto pixel) { return (pixel & 0xFF) < 0x60; }); };
-    int width = 0;
-    for (const char* text : { "Short", "Reload from User-Default bank? (No = Loads Factory Bank)" })
+    const auto look = [&] (Screen& screen, xcb_window_t box)
     {
-        const auto look = [&] (Screen& screen, xcb_window_t box)
+        const auto dark = [&] (int left, int width)
         {
-            const auto area = screen.geometry (box);
-            EXPECT_NEAR (2 * area.x + area.width, screen.size ().width_in_pixels, 2);
-            EXPECT_NEAR (2 * area.y + area.height, screen.size ().height_in_pixels, 2);
-            EXPECT_GT (area.width, width) << "a longer text has a wider box";
-            width = area.width;
-            // The text comes with the first drawing.
-            while (dark (screen.picture (box, textLeft, textTop, width - textLeft, textHeight)) < 50)
-                std::this_thread::yield ();
-            EXPECT_EQ (dark (screen.picture (box, width - 12, textTop, 12, textHeight)), 0);
-            userDoes ("key Return");
+            const auto picture = screen.picture (box, left, textTop, width, textHeight);
+            return std::ranges::count_if (picture, [] (auto pixel) { return (pixel & 0xFF) < 0x60; });
         };
+        const auto area = screen.geometry (box);
+        EXPECT_NEAR (2 * area.x + area.width, 1024, 2);
+        EXPECT_NEAR (2 * area.y + area.height, 768, 2);
+        while (dark (textLeft, area.width - textLeft) < 50) // they come with the first drawing
+            std::this_thread::yield ();
+        EXPECT_EQ (dark (area.width - 12, 12), 0);
+        userDoes ("key Return");
+    };
+    for (const char* text : { "Short", "Reload from User-Default bank? (No = Loads Factory Bank)" })
         EXPECT_EQ (show (text, Buttons::yesNo, look), Answer::yes);
-    }
 }
 
 TEST (MessageBox, WithoutADisplayOneLineTellsAndTheAnswerComesAtOnce)
 {
-    const std::string display = std::getenv ("DISPLAY");
+    const std::string display = environment ("DISPLAY");
     for (const char* none : { "", ":99999", "no such host!:0" })
     {
         ::setenv ("DISPLAY", none, 1);

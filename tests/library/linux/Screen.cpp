@@ -84,6 +84,12 @@ xcb_atom_t Screen::atom (const std::string& name)
     return reply != nullptr ? reply->atom : static_cast<xcb_atom_t> (XCB_ATOM_NONE);
 }
 
+std::string environment (const char* name)
+{
+    const char* value = std::getenv (name);
+    return value != nullptr ? value : "";
+}
+
 void userDoes (const std::string& actions)
 {
     if (std::system (("xdotool " + actions).c_str ()) != 0)

@@ -21,7 +21,6 @@ public:
     std::string title (xcb_window_t window) { return property (window, XCB_ATOM_WM_NAME); }
     std::string text (xcb_window_t window) { return property (window, XCB_ATOM_WM_ICON_NAME); }
     xcb_get_geometry_reply_t geometry (xcb_window_t window);
-    xcb_screen_t size () const { return *xcb_setup_roots_iterator (xcb_get_setup (connection)).data; }
 
     // The pixels of a window's part, row by row; only their lowest byte is for sure.
     std::vector<std::uint32_t> picture (xcb_window_t window, int x, int y, int width, int height);
@@ -34,6 +33,9 @@ private:
 
     xcb_connection_t* connection;
 };
+
+// A variable of the environment; empty when it is not set.
+std::string environment (const char* name);
 
 // Keys and mouse, by xdotool: "key Return", "mousemove 3 4 click 1". Throws when it fails.
 void userDoes (const std::string& actions);

@@ -10,7 +10,7 @@ namespace
 {
 std::filesystem::path settingsFolder ()
 {
-    return std::filesystem::path (std::getenv ("XDG_CONFIG_HOME")) / "corvanex";
+    return std::filesystem::path (environment ("XDG_CONFIG_HOME")) / "corvanex";
 }
 }
 

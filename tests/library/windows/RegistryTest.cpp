@@ -9,36 +9,17 @@ namespace
 {
 constexpr char path[] = "Software\\Corvanex\\Brimvale";
 
-class Registry : public testing::Test
+TEST (Registry, HoldsEveryNumberAsSoonAsItIsWritten)
 {
-protected:
-    void SetUp () override { clearStoredSettings (); }
-
-    static LSTATUS set (const char* name, DWORD type, const void* data, DWORD size)
-    {
-        return RegSetKeyValueA (HKEY_CURRENT_USER, path, name, type, data, size);
-    }
-    static bool keyExists ()
-    {
-        HKEY key = nullptr;
-        const bool exists = RegOpenKeyExA (HKEY_CURRENT_USER, path, 0, KEY_READ, &key) == ERROR_SUCCESS;
-        if (exists)
-            RegCloseKey (key);
-        return exists;
-    }
-};
-
-TEST_F (Registry, TheFirstReadMakesTheKeyAndNothingInIt)
-{
-    ASSERT_FALSE (keyExists ());
-    EXPECT_EQ (platform::makeSettingsStore ()->read ("Brimvale", "Voices    "), 0u);
-    EXPECT_TRUE (keyExists ());
-    EXPECT_TRUE (storedNumbers ().empty ());
-}
-
-TEST_F (Registry, EveryNumberIsThereAsSoonAsItIsWritten)
-{
+    clearStoredSettings ();
     const auto store = platform::makeSettingsStore ();
+    EXPECT_EQ (store->read ("Brimvale", "Voices    "), 0u);
+    HKEY key = nullptr;
+    EXPECT_EQ (RegOpenKeyExA (HKEY_CURRENT_USER, path, 0, KEY_READ, &key), ERROR_SUCCESS)
+        << "made by reading";
+    RegCloseKey (key);
+    EXPECT_TRUE (storedNumbers ().empty ());
+
     EXPECT_TRUE (store->write ("Brimvale", "Voices    ", 4294967295u));
     const std::map<std::string, std::uint32_t> expected = { { "Voices    ", 4294967295u } };
     EXPECT_EQ (storedNumbers (), expected) << "before the commit";
@@ -46,15 +27,17 @@ TEST_F (Registry, EveryNumberIsThereAsSoonAsItIsWritten)
     EXPECT_EQ (storedNumbers (), expected);
 }
 
-TEST_F (Registry, OnlyWholeNumbersCount)
+TEST (Registry, OnlyWholeNumbersCount)
 {
+    clearStoredSettings ();
     const DWORD number = 8;
-    const unsigned char short8[] = { 8 };
-    EXPECT_EQ (set ("number", REG_DWORD, &number, sizeof number), ERROR_SUCCESS);
-    EXPECT_EQ (set ("text", REG_SZ, "8", 2), ERROR_SUCCESS);
-    EXPECT_EQ (set ("bytes", REG_BINARY, &number, sizeof number), ERROR_SUCCESS);
-    EXPECT_EQ (set ("long text", REG_SZ, "a text that is too long for a number", 37), ERROR_SUCCESS);
-    set ("short", REG_DWORD, short8, sizeof short8); // a system may refuse this one
+    const auto set = [&] (const char* name, DWORD type, const void* data, DWORD size)
+    { return RegSetKeyValueA (HKEY_CURRENT_USER, path, name, type, data, size) == ERROR_SUCCESS; };
+    EXPECT_TRUE (set ("number", REG_DWORD, &number, sizeof number));
+    EXPECT_TRUE (set ("text", REG_SZ, "8", 2));
+    EXPECT_TRUE (set ("bytes", REG_BINARY, &number, sizeof number));
+    EXPECT_TRUE (set ("long text", REG_SZ, "a text that is too long for a number", 37));
+    set ("short", REG_DWORD, &number, 1); // a system may refuse this one
 
     const auto store = platform::makeSettingsStore ();
     EXPECT_EQ (store->read ("Brimvale", "number"), 8u);
