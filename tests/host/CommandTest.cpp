@@ -206,6 +206,14 @@ TEST_F (Command, ARenderThatBreaksOffLeavesNothing)
     EXPECT_EQ (files (), before);
 }
 
+TEST_F (Command, RunsThatNeedTheSamePlaceTakeTurns)
+{
+    const Outcome outcome = shell ("bash -c '. " SOURCE_FOLDER
+                                   "/scripts/common.sh; turn () { mkdir busy && sleep 0.05 && rmdir busy; }; "
+                                   "for run in 1 2 3 4; do alone lock turn & done; wait'");
+    EXPECT_EQ (outcome.output, "");
+}
+
 // What is wrong is said before anything is installed or built.
 TEST_F (Command, RunRefusesAtOnce)
 {
@@ -225,7 +233,7 @@ TEST_F (Command, RunRefusesAtOnce)
     };
     for (const auto& [arguments, sentence] : cases)
     {
-        const Outcome outcome = shell (std::string (RUN_COMMAND " ") + arguments);
+        const Outcome outcome = shell (std::string (SOURCE_FOLDER "/run ") + arguments);
         EXPECT_EQ (outcome.status, 1) << arguments;
         EXPECT_EQ (outcome.output, std::string ("run: ") + sentence + "\n");
     }
