@@ -1,6 +1,7 @@
 #include "audition/Player.h"
 
-#include "examples/Events.h"
+#include "examples/Score.h"
+#include "host/BlockEvents.h"
 #include "plugin/VstSynth.h"
 
 #include <algorithm>
@@ -60,36 +61,6 @@ void moveTransport (double sample, double beatsPerMinute)
         kVstTransportPlaying | kVstTempoValid | kVstPpqPosValid | kVstBarsValid | kVstTimeSigValid;
 }
 
-// The event list of one block, in the shape that the plug-in interface wants: two words of head, then as many
-// pointers as there are events.
-class BlockEvents
-{
-public:
-    void add (const std::vector<unsigned char>& message, VstInt32 offset)
-    {
-        VstMidiEvent event = {};
-        event.type = kVstMidiType;
-        event.byteSize = sizeof (VstMidiEvent);
-        event.deltaFrames = offset;
-        std::memcpy (event.midiData, message.data (), message.size ());
-        events.push_back (event);
-    }
-
-    VstEvents* list ()
-    {
-        words.assign (offsetof (VstEvents, events) / sizeof (VstIntPtr), 0);
-        for (VstMidiEvent& event : events)
-            words.push_back (reinterpret_cast<VstIntPtr> (&event));
-        auto* result = reinterpret_cast<VstEvents*> (words.data ());
-        result->numEvents = static_cast<VstInt32> (events.size ());
-        return result;
-    }
-
-private:
-    std::vector<VstMidiEvent> events;
-    std::vector<VstIntPtr> words;
-};
-
 // The bank as the host of a session would hand it over: a chunk with the instrument's own descriptors.
 void loadPrograms (VstSynth& synth, const std::vector<ProgramRecord>& records)
 {
@@ -115,10 +86,10 @@ Player::Player (const std::vector<bank::SourceProgram>& programs)
 
 Audio Player::play (const examples::Piece& piece, double tail) const
 {
-    const std::vector<examples::Event> events = examples::eventsOf (piece, names);
-    const double samplesPerTick = sampleRate * 60.0 / piece.beatsPerMinute () / examples::ticksPerQuarter;
-    const auto sampleOf = [samplesPerTick] (const examples::Event& event)
-    { return static_cast<std::size_t> (std::lround (event.tick * samplesPerTick)); };
+    const midi::Song song = examples::songOf (piece, names);
+    const double samplesPerTick = sampleRate * 60.0 / piece.beatsPerMinute () / song.ticksPerQuarter;
+    const auto sampleAt = [samplesPerTick] (std::uint64_t tick)
+    { return static_cast<std::size_t> (std::lround (static_cast<double> (tick) * samplesPerTick)); };
 
     moveTransport (0.0, piece.beatsPerMinute ());
     VstSynth synth (hostCallback, isolatedServices ());
@@ -127,18 +98,17 @@ Audio Player::play (const examples::Piece& piece, double tail) const
     loadPrograms (synth, records);
     synth.resume ();
 
-    const std::size_t end =
-        (events.empty () ? 0 : sampleOf (events.back ())) + static_cast<std::size_t> (tail * sampleRate);
+    const std::size_t end = sampleAt (song.endTick) + static_cast<std::size_t> (tail * sampleRate);
     Audio left (end + blockFrames);
     Audio right (left.size ());
-    auto next = events.begin ();
+    auto next = song.messages.begin ();
     for (std::size_t start = 0; start < end; start += blockFrames)
     {
         moveTransport (static_cast<double> (start), piece.beatsPerMinute ());
-        BlockEvents block;
-        for (; next != events.end () && sampleOf (*next) < start + blockFrames; ++next)
-            block.add (next->message, static_cast<VstInt32> (sampleOf (*next) - start));
-        synth.processEvents (block.list ());
+        host::BlockEvents block;
+        for (; next != song.messages.end () && sampleAt (next->tick) < start + blockFrames; ++next)
+            block.add (static_cast<VstInt32> (sampleAt (next->tick) - start), next->bytes);
+        synth.processEvents (&block.record ());
         float* outputs[] = { left.data () + start, right.data () + start };
         synth.processReplacing (nullptr, outputs, blockFrames);
     }

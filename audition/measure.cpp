@@ -87,7 +87,7 @@ int compare (const Recording& a, const Recording& b, double tolerance)
         std::printf ("different: rate or length\n");
         return differentStatus;
     }
-    if (!comparable || largest > tolerance)
+    if (!comparable || !(largest <= tolerance)) // a tolerance that is no number allows nothing
     {
         std::printf ("different: more than %.3g\n", tolerance);
         return differentStatus;

@@ -1,8 +1,9 @@
 // makeDemos: writes the example pieces as MIDI files. Programs are named; their numbers come from the
 // bank source.
 
-#include "examples/MidiFile.h"
 #include "examples/Pieces.h"
+#include "examples/Score.h"
+#include "midi/Writer.h"
 #include "resources/bank/BankSource.h"
 
 #include <CLI/CLI.hpp>
@@ -13,11 +14,11 @@
 
 namespace
 {
-void write (const std::filesystem::path& path, const std::vector<unsigned char>& bytes)
+void write (const std::filesystem::path& path, const midi::Song& song)
 {
+    const std::vector<std::uint8_t> bytes = midi::fileBytes (song);
     std::ofstream file (path, std::ios::binary);
-    for (const unsigned char byte : bytes)
-        file.put (static_cast<char> (byte));
+    file.write (reinterpret_cast<const char*> (bytes.data ()), static_cast<std::streamsize> (bytes.size ()));
     file.flush ();
     if (!file)
         throw std::runtime_error ("cannot write " + path.string ());
@@ -43,10 +44,10 @@ int main (int argc, char** argv)
         std::vector<std::string> names;
         for (const bank::SourceProgram& program : bank::readBankSource (source))
             names.push_back (program.name ());
-        write (folder / "demo.mid", examples::midiFile (examples::demo (), names));
-        write (folder / "low-roads.mid", examples::midiFile (examples::lowRoads (), names));
-        write (folder / "harbour-lights.mid", examples::midiFile (examples::harbourLights (), names));
-        write (folder / "night-train.mid", examples::midiFile (examples::nightTrain (), names));
+        write (folder / "demo.mid", examples::songOf (examples::demo (), names));
+        write (folder / "low-roads.mid", examples::songOf (examples::lowRoads (), names));
+        write (folder / "harbour-lights.mid", examples::songOf (examples::harbourLights (), names));
+        write (folder / "night-train.mid", examples::songOf (examples::nightTrain (), names));
     }
     catch (const std::exception& error)
     {

@@ -1,6 +1,7 @@
 #include "host/Options.h"
 
 #include <CLI/CLI.hpp>
+#include <cmath>
 #include <map>
 #include <sstream>
 
@@ -36,8 +37,8 @@ std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, b
     std::string progress = "auto";
     app.add_option ("LIBRARY", library, "the instrument (Brimvale.dll or Brimvale.so)")->required ();
     auto* songOption = app.add_option ("SONG", song, "the MIDI file to play");
-    app.add_option ("-o,--output", output,
-                    "the WAV file to write (the song's name with .wav, in the current folder)");
+    auto* outputOption = app.add_option (
+        "-o,--output", output, "the WAV file to write (the song's name with .wav, in the current folder)");
     app.add_option (
         "-p,--program", options.program,
         "name of a program, or its number from 1; the song's own program changes are then left out");
@@ -69,6 +70,10 @@ std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, b
         app.parse (reversed);
         if (songOption->count () == 0 && list->count () == 0)
             throw CLI::RequiredError ("SONG");
+        if (std::isnan (options.tailLimit)) // which is in no range, but passes for it
+            throw CLI::ValidationError ("--tail", "it needs a number of seconds");
+        if (outputOption->count () > 0 && output.empty ())
+            throw CLI::ValidationError ("--output", "it needs the name of a WAV file");
     }
     catch (const CLI::Success&)
     {

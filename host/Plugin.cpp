@@ -25,16 +25,11 @@ EntryPoint entryPoint (const platform::SharedLibrary& library)
     return reinterpret_cast<EntryPoint> (entry);
 }
 
-VstIntPtr hostCanDo (const char* text)
+bool hostCanDo (std::string_view text)
 {
     constexpr std::array<std::string_view, 3> abilities = { "sendVstEvents", "sendVstMidiEvent",
                                                             "sendVstTimeInfo" };
-    for (const auto ability : abilities)
-    {
-        if (text == ability)
-            return 1;
-    }
-    return 0;
+    return std::ranges::find (abilities, text) != abilities.end ();
 }
 
 // The interface promises room for 64 characters.
@@ -47,7 +42,9 @@ VstIntPtr copyText (void* target, std::string_view text)
 }
 }
 
-Plugin::Plugin (const std::filesystem::path& library) : file (library)
+Plugin::Plugin (const std::filesystem::path& library, Listener newListener)
+    : file (library),
+      listener (std::move (newListener))
 {
     effect = entryPoint (file) (&Plugin::answer);
     if (effect == nullptr)
@@ -127,11 +124,6 @@ void Plugin::stop ()
     running = false;
 }
 
-void Plugin::sendEvents (VstEvents& events)
-{
-    call (effProcessEvents, 0, 0, &events);
-}
-
 void Plugin::process (int frames)
 {
     effect->processReplacing (effect, inputs.data (), outputs.data (), frames);
@@ -139,26 +131,24 @@ void Plugin::process (int frames)
 
 // While the entry point runs there is no record yet, and so no object to ask: only what needs none is
 // answered.
-VstIntPtr Plugin::answer (AEffect* effect, VstInt32 opcode, VstInt32 /*index*/, VstIntPtr /*value*/,
-                          void* ptr, float /*opt*/)
+VstIntPtr Plugin::answer (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
+                          float opt)
 {
     if (opcode == audioMasterVersion)
         return kVstVersion;
     if (effect == nullptr || effect->user == nullptr)
         return 0;
-    return static_cast<Plugin*> (effect->user)->answer (opcode, ptr);
+    return static_cast<Plugin*> (effect->user)->answer (opcode, index, value, ptr, opt);
 }
 
-// Parameter changes that the instrument reports (audioMasterAutomate) get the answer 0: nothing is recorded
-// here.
-VstIntPtr Plugin::answer (VstInt32 opcode, void* ptr)
+VstIntPtr Plugin::answer (VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
 {
     switch (opcode)
     {
     case audioMasterWantMidi:
         return 1;
     case audioMasterGetTime:
-        return reinterpret_cast<VstIntPtr> (&time);
+        return time ? reinterpret_cast<VstIntPtr> (&*time) : 0;
     case audioMasterGetSampleRate:
         return rate;
     case audioMasterGetBlockSize:
@@ -174,9 +164,12 @@ VstIntPtr Plugin::answer (VstInt32 opcode, void* ptr)
     case audioMasterGetProductString:
         return ptr != nullptr ? copyText (ptr, "Brimvale host") : 0;
     case audioMasterCanDo:
-        return ptr != nullptr ? hostCanDo (static_cast<const char*> (ptr)) : 0;
+        if (ptr != nullptr && hostCanDo (static_cast<const char*> (ptr)))
+            return 1;
+        break;
     default:
-        return 0;
+        break;
     }
+    return listener ? listener (opcode, index, value, ptr, opt) : 0;
 }
 }

@@ -1,10 +1,13 @@
 // One instrument of a VST 2.4 library, loaded through the library's exported entry point.
 #pragma once
 
+#include "host/BlockEvents.h"
 #include "platform/SharedLibrary.h"
 #include "plugin/vst2.h"
 
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,9 +16,14 @@ namespace host
 class Plugin
 {
 public:
+    // Hears what the instrument asks or tells its host beyond what is answered here (version, time, rate,
+    // block size, names), on the thread that the instrument calls from; its answer goes back.
+    using Listener =
+        std::function<VstIntPtr (VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)>;
+
     // Loads the library and opens the instrument. Throws std::runtime_error, as one sentence, when the
     // file is no such library or the library refuses.
-    explicit Plugin (const std::filesystem::path& library);
+    explicit Plugin (const std::filesystem::path& library, Listener newListener = {});
     ~Plugin ();
     Plugin (const Plugin&) = delete;
     Plugin& operator= (const Plugin&) = delete;
@@ -25,15 +33,23 @@ public:
     std::string programName (int program); // 0 .. programCount() - 1, without blanks at its ends
     void selectProgram (int program);
 
+    void setParameter (int index, float value) { effect->setParameter (effect, index, value); }
+    float parameter (int index) { return effect->getParameter (effect, index); }
+
+    // Any other call of the interface.
+    VstIntPtr call (VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, void* ptr = nullptr,
+                    float opt = 0.0f);
+
     // Between start() and stop() the instrument takes events and gives audio.
     void start (int sampleRate, int blockSize); // Hz, frames
     void stop ();
 
-    // What the instrument is told when it asks for the time; set before each block.
+    // What the instrument is told when it asks for the time; set before each block. Before the first one it
+    // is told that there is none.
     void setTime (const VstTimeInfo& now) { time = now; }
 
     // Events of the next block; must live until that block is rendered.
-    void sendEvents (VstEvents& events);
+    void sendEvents (BlockEvents& events) { call (effProcessEvents, 0, 0, &events.record ()); }
 
     // Renders one block, at most the started block size. left() and right() then hold it.
     void process (int frames);
@@ -43,13 +59,12 @@ public:
 private:
     static VstIntPtr answer (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
                              float opt);
-    VstIntPtr answer (VstInt32 opcode, void* ptr);
-    VstIntPtr call (VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, void* ptr = nullptr,
-                    float opt = 0.0f);
+    VstIntPtr answer (VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);
 
     platform::SharedLibrary file; // outlives the instrument that it made
+    Listener listener;
     AEffect* effect = nullptr;
-    VstTimeInfo time = {};
+    std::optional<VstTimeInfo> time;
     int rate = 44100;
     int blockFrames = 512;
     bool running = false;

@@ -5,7 +5,6 @@
 #include <cctype>
 #include <charconv>
 #include <cstdio>
-#include <numeric>
 
 namespace host
 {
@@ -17,25 +16,6 @@ std::string lowerCase (std::string_view text)
     std::transform (lower.begin (), lower.end (), lower.begin (),
                     [] (unsigned char c) { return static_cast<char> (std::tolower (c)); });
     return lower;
-}
-
-// Fewest characters to insert, remove or replace (Levenshtein).
-std::size_t editDistance (std::string_view a, std::string_view b)
-{
-    std::vector<std::size_t> row (b.size () + 1);
-    std::iota (row.begin (), row.end (), std::size_t{ 0 });
-    for (std::size_t i = 0; i < a.size (); ++i)
-    {
-        std::size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (std::size_t j = 0; j < b.size (); ++j)
-        {
-            const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min ({ row[j] + 1, row[j + 1] + 1, replaced });
-        }
-    }
-    return row[b.size ()];
 }
 }
 
@@ -57,32 +37,6 @@ std::optional<int> ProgramList::find (std::string_view wanted) const
     if (error == std::errc () && stop == end && number >= 1 && number <= size ())
         return number - 1;
     return std::nullopt;
-}
-
-// A name that holds the text is as good as one that differs in a single character.
-std::vector<std::string> ProgramList::similar (std::string_view wanted) const
-{
-    constexpr std::size_t mostNames = 3;
-    const std::string text = lowerCase (wanted);
-    const std::size_t farthest = std::max<std::size_t> (2, text.size () / 2);
-    std::vector<std::pair<std::size_t, std::string>> near;
-    for (const std::string& name : names)
-    {
-        const bool holds = text.size () > 1 && lowerCase (name).find (text) != std::string::npos;
-        const std::size_t distance = holds ? 1 : editDistance (lowerCase (name), text);
-        if (distance <= farthest)
-            near.emplace_back (distance, name);
-    }
-    std::stable_sort (near.begin (), near.end (),
-                      [] (const auto& a, const auto& b) { return a.first < b.first; });
-
-    std::vector<std::string> best;
-    for (const auto& [distance, name] : near)
-    {
-        if (best.size () < mostNames && std::find (best.begin (), best.end (), name) == best.end ())
-            best.push_back (name);
-    }
-    return best;
 }
 
 std::string ProgramList::title (int index) const

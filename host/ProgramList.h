@@ -17,9 +17,6 @@ public:
     // editor show it. Answers the index from 0, or nothing.
     std::optional<int> find (std::string_view wanted) const;
 
-    // At most three names that somebody may have meant, best first.
-    std::vector<std::string> similar (std::string_view wanted) const;
-
     // "003 Bass One"
     std::string title (int index) const;
     int size () const { return static_cast<int> (names.size ()); }

@@ -3,29 +3,17 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <cstring>
 
 namespace host
 {
 namespace
 {
-constexpr float silence = 1.0e-5f;      // -100 dBFS
-constexpr double silentSeconds = 0.5;   // so long below it means that nothing comes any more
-constexpr std::size_t eventsHeader = 2; // VstIntPtr fields before the pointers of a VstEvents
+constexpr float silence = 1.0e-5f;    // -100 dBFS
+constexpr double silentSeconds = 0.5; // so long below it means that nothing comes any more
 
 std::uint64_t framesIn (double seconds, int sampleRate)
 {
     return static_cast<std::uint64_t> (std::ceil (seconds * sampleRate));
-}
-
-VstMidiEvent midiEvent (const TimedMessage& message, std::uint64_t blockStart)
-{
-    VstMidiEvent event = {};
-    event.type = kVstMidiType;
-    event.byteSize = sizeof (VstMidiEvent);
-    event.deltaFrames = static_cast<VstInt32> (message.sample - blockStart);
-    std::memcpy (event.midiData, message.bytes.data (), message.bytes.size ());
-    return event;
 }
 }
 
@@ -62,12 +50,13 @@ bool Renderer::finished () const
            position >= songFrames + framesIn (settings.tailLimit, settings.sampleRate);
 }
 
+// A block without events gets an empty list, as from most hosts: instruments may take a list as the start of
+// a block.
 void Renderer::renderBlock (const Sink& sink)
 {
     plugin.setTime (timeNow ());
     collectEvents ();
-    if (!midi.empty ())
-        plugin.sendEvents (*reinterpret_cast<VstEvents*> (eventRecord.data ()));
+    plugin.sendEvents (events);
 
     const auto start = std::chrono::steady_clock::now ();
     plugin.process (settings.blockSize);
@@ -90,16 +79,13 @@ void Renderer::renderBlock (const Sink& sink)
 void Renderer::collectEvents ()
 {
     const std::uint64_t blockEnd = position + static_cast<std::uint64_t> (settings.blockSize);
-    midi.clear ();
+    events.clear ();
     for (; nextMessage < sequence.messages.size () && sequence.messages[nextMessage].sample < blockEnd;
          ++nextMessage)
-        midi.push_back (midiEvent (sequence.messages[nextMessage], position));
-
-    eventRecord.assign (eventsHeader + midi.size (), 0);
-    auto* events = reinterpret_cast<VstEvents*> (eventRecord.data ());
-    events->numEvents = static_cast<VstInt32> (midi.size ());
-    for (std::size_t i = 0; i < midi.size (); ++i)
-        eventRecord[eventsHeader + i] = reinterpret_cast<VstIntPtr> (&midi[i]);
+    {
+        const TimedMessage& message = sequence.messages[nextMessage];
+        events.add (static_cast<VstInt32> (message.sample - position), message.bytes);
+    }
 }
 
 VstTimeInfo Renderer::timeNow () const

@@ -53,8 +53,7 @@ private:
     std::uint64_t silentFrames = 0; // since the last sound
     std::size_t nextMessage = 0;
     double processSeconds = 0.0;
-    std::vector<VstMidiEvent> midi;     // events of the block
-    std::vector<VstIntPtr> eventRecord; // a VstEvents with as many pointers as the block needs
+    BlockEvents events; // of the block
     std::vector<float> stereo;
 };
 }

@@ -41,7 +41,7 @@ private:
 };
 }
 
-Sequence makeSequence (const MidiFile& song, const TempoMap& tempos, double sampleRate,
+Sequence makeSequence (const midi::Song& song, const TempoMap& tempos, double sampleRate,
                        bool withProgramChanges)
 {
     const auto sampleAt = [&] (std::uint64_t tick)
@@ -50,7 +50,7 @@ Sequence makeSequence (const MidiFile& song, const TempoMap& tempos, double samp
     Sequence sequence;
     sequence.seconds = tempos.secondsAt (song.endTick);
     HeldKeys keys;
-    for (const MidiMessage& message : song.messages)
+    for (const midi::Message& message : song.messages)
     {
         if (!withProgramChanges && (message.bytes[0] & 0xF0) == programChange)
             continue;

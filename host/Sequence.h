@@ -1,8 +1,8 @@
 // A song as the messages to send and the samples at which they are due.
 #pragma once
 
-#include "host/MidiFile.h"
 #include "host/TempoMap.h"
+#include "midi/Song.h"
 
 #include <array>
 #include <cstdint>
@@ -24,6 +24,6 @@ struct Sequence
 
 // Keys that the song leaves held are let go at its end, so that every song comes to rest.
 // Without withProgramChanges the song's program changes are left out.
-Sequence makeSequence (const MidiFile& song, const TempoMap& tempos, double sampleRate,
+Sequence makeSequence (const midi::Song& song, const TempoMap& tempos, double sampleRate,
                        bool withProgramChanges);
 }

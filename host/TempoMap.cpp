@@ -21,7 +21,7 @@ const Segment& segmentAt (const std::vector<Segment>& segments, Place place, Pla
 }
 }
 
-TempoMap::TempoMap (const MidiFile& song)
+TempoMap::TempoMap (const midi::Song& song)
 {
     const double quartersPerSecond = microsecondsPerSecond / defaultMicrosecondsPerQuarter;
     const bool smpte = song.ticksPerSecond > 0.0;
@@ -30,7 +30,7 @@ TempoMap::TempoMap (const MidiFile& song)
     tempos.push_back ({ 0, 0.0, 0.0, secondsPerTick, quartersPerSecond });
     if (!smpte)
     {
-        for (const TempoChange& change : song.tempoChanges)
+        for (const midi::TempoChange& change : song.tempoChanges)
         {
             const double seconds = secondsAt (change.tick);
             const double secondsPerQuarter = change.microsecondsPerQuarter / microsecondsPerSecond;
@@ -42,10 +42,10 @@ TempoMap::TempoMap (const MidiFile& song)
     addBars (song.timeSignatures);
 }
 
-void TempoMap::addBars (const std::vector<TimeSignature>& signatures)
+void TempoMap::addBars (const std::vector<midi::TimeSignature>& signatures)
 {
     bars.push_back ({ 0.0, 4, 4 });
-    for (const TimeSignature& signature : signatures)
+    for (const midi::TimeSignature& signature : signatures)
     {
         const double quarters = at (secondsAt (signature.tick)).quarters;
         bars.push_back ({ quarters, signature.numerator, signature.denominator });

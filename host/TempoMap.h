@@ -1,7 +1,7 @@
 // The course of time in a song: from ticks to seconds, and from seconds to what a sequencer shows.
 #pragma once
 
-#include "host/MidiFile.h"
+#include "midi/Song.h"
 
 #include <cstdint>
 #include <vector>
@@ -22,7 +22,7 @@ class TempoMap
 {
 public:
     // A song that counts in SMPTE frames has no tempo of its own; it is shown at 120.
-    explicit TempoMap (const MidiFile& song);
+    explicit TempoMap (const midi::Song& song);
 
     double secondsAt (std::uint64_t tick) const;
 
@@ -45,7 +45,7 @@ private:
         int denominator;
     };
 
-    void addBars (const std::vector<TimeSignature>& signatures);
+    void addBars (const std::vector<midi::TimeSignature>& signatures);
 
     std::vector<TempoSegment> tempos; // never empty, the first starts at tick 0
     std::vector<BarSegment> bars;     // never empty, the first starts at 0

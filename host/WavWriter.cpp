@@ -45,17 +45,18 @@ void toIntegers (std::span<const float> samples, int bits, std::vector<std::uint
 
 ma_result writeBytes (ma_encoder* encoder, const void* bytes, size_t count, size_t* written)
 {
-    auto& out = *static_cast<std::ofstream*> (encoder->pUserData);
-    out.write (static_cast<const char*> (bytes), static_cast<std::streamsize> (count));
-    *written = out ? count : 0;
-    return out ? MA_SUCCESS : MA_IO_ERROR;
+    auto& out = *static_cast<ReplacementFile*> (encoder->pUserData);
+    const bool done = out.write ({ static_cast<const std::byte*> (bytes), count });
+    *written = done ? count : 0;
+    return done ? MA_SUCCESS : MA_IO_ERROR;
 }
 
+// The encoder goes back to the header alone, so that a long is wide enough on every system.
 ma_result seekTo (ma_encoder* encoder, ma_int64 offset, ma_seek_origin origin)
 {
-    auto& out = *static_cast<std::ofstream*> (encoder->pUserData);
-    out.seekp (offset, origin == ma_seek_origin_start ? std::ios::beg : std::ios::cur);
-    return out ? MA_SUCCESS : MA_BAD_SEEK;
+    auto& out = *static_cast<ReplacementFile*> (encoder->pUserData);
+    const int from = origin == ma_seek_origin_start ? SEEK_SET : SEEK_CUR;
+    return out.seek (static_cast<long> (offset), from) ? MA_SUCCESS : MA_BAD_SEEK;
 }
 }
 
@@ -66,36 +67,23 @@ std::uint64_t WavWriter::maxFrames (SampleFormat format)
 }
 
 WavWriter::WavWriter (const std::filesystem::path& file, int sampleRate, SampleFormat newFormat)
-    : target (file),
-      partial (file),
-      format (newFormat)
+    : format (newFormat),
+      out (file),
+      encoder (std::make_unique<ma_encoder> ())
 {
-    partial += ".part";
-    const std::filesystem::path folder = std::filesystem::absolute (target).parent_path ();
-    if (!std::filesystem::is_directory (folder))
-        throw std::runtime_error ("its folder does not exist");
-    if (std::filesystem::is_directory (target))
-        throw std::runtime_error ("a folder has that name");
-
-    out.open (partial, std::ios::binary | std::ios::trunc);
-    encoder = std::make_unique<ma_encoder> ();
     const ma_encoder_config config = ma_encoder_config_init (ma_encoding_format_wav, encoderFormat (format),
                                                              channels, static_cast<ma_uint32> (sampleRate));
-    if (!out || ma_encoder_init (&writeBytes, &seekTo, &out, &config, encoder.get ()) != MA_SUCCESS)
+    if (ma_encoder_init (&writeBytes, &seekTo, &out, &config, encoder.get ()) != MA_SUCCESS)
     {
         encoder.reset ();
-        throw std::runtime_error ("writing in its folder is not allowed");
+        out.fail ();
     }
 }
 
 WavWriter::~WavWriter ()
 {
-    if (encoder == nullptr)
-        return;
-    ma_encoder_uninit (encoder.get ());
-    out.close ();
-    std::error_code ignored;
-    std::filesystem::remove (partial, ignored);
+    if (encoder != nullptr)
+        ma_encoder_uninit (encoder.get ());
 }
 
 void WavWriter::add (std::span<const float> stereo)
@@ -110,23 +98,13 @@ void WavWriter::add (std::span<const float> stereo)
     ma_uint64 written = 0;
     if (ma_encoder_write_pcm_frames (encoder.get (), samples, frames, &written) != MA_SUCCESS ||
         written != frames)
-        fail ();
+        out.fail ();
 }
 
 void WavWriter::finish ()
 {
     ma_encoder_uninit (encoder.get ()); // goes back to fill in the sizes
     encoder.reset ();
-    out.close ();
-    std::error_code error;
-    if (out)
-        std::filesystem::rename (partial, target, error);
-    if (!out || error)
-        fail ();
-}
-
-void WavWriter::fail ()
-{
-    throw std::runtime_error ("the disk is full or gone");
+    out.keep ();
 }
 }

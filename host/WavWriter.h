@@ -1,9 +1,10 @@
-// A stereo WAV file that appears under its name only when it is complete.
+// A stereo WAV file.
 #pragma once
+
+#include "host/ReplacementFile.h"
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <span>
 #include <vector>
@@ -25,27 +26,23 @@ public:
     // Most frames that a WAV file's 32-bit sizes can hold.
     static std::uint64_t maxFrames (SampleFormat format);
 
-    // Writes beside the given file, under its name with ".part" added. Throws std::runtime_error, as one
-    // sentence, when that is not possible.
+    // The file appears under its name only with finish(). Throws std::runtime_error, as one sentence, when no
+    // file can be there.
     WavWriter (const std::filesystem::path& file, int sampleRate, SampleFormat format);
     ~WavWriter (); // without finish() before it, nothing is left behind
     WavWriter (const WavWriter&) = delete;
     WavWriter& operator= (const WavWriter&) = delete;
 
     // Left and right in turn. The two integer formats round to the nearest step, without dither, and limit
-    // values beyond -1..1.
+    // values beyond -1..1. Throws std::runtime_error with the system's reason when the disk takes no more.
     void add (std::span<const float> stereo);
 
-    // Completes the file and gives it its name, in place of an older file of that name.
+    // Completes the file and gives it its name, in place of an older file of that name. Throws as add() does.
     void finish ();
 
 private:
-    [[noreturn]] void fail ();
-
-    std::filesystem::path target;
-    std::filesystem::path partial;
     SampleFormat format;
-    std::ofstream out;
+    ReplacementFile out;
     std::unique_ptr<ma_encoder> encoder;
     std::vector<std::uint8_t> converted;
 };

@@ -1,6 +1,5 @@
 // brimvale-host: plays a MIDI file into a VST 2.4 instrument and writes a WAV file.
 #include "host/LevelMeter.h"
-#include "host/MidiFile.h"
 #include "host/Options.h"
 #include "host/Plugin.h"
 #include "host/ProgramList.h"
@@ -9,14 +8,19 @@
 #include "host/Sequence.h"
 #include "host/TempoMap.h"
 #include "host/WavWriter.h"
+#include "midi/Reader.h"
 #include "platform/Console.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <memory>
 #include <stdexcept>
+#include <system_error>
+#include <utility>
 
 namespace
 {
@@ -24,6 +28,14 @@ using namespace host;
 
 constexpr int failedStatus = 1;
 constexpr int programChange = 0xC0;
+
+// Set by Ctrl-C and its like, looked at between blocks: a render that is broken off leaves no file behind.
+volatile std::sig_atomic_t interrupted = 0;
+
+void interrupt (int /*signal*/)
+{
+    interrupted = 1;
+}
 
 std::string utf8 (const std::filesystem::path& path)
 {
@@ -61,14 +73,8 @@ void selectProgram (Plugin& plugin, const ProgramList& programs, const std::stri
         plugin.selectProgram (*index);
         return;
     }
-    std::string message = "there is no program \"" + wanted + "\"";
-    const char* separator = "; did you mean \"";
-    for (const std::string& name : programs.similar (wanted))
-    {
-        message.append (separator).append (name).append ("\"");
-        separator = " or \"";
-    }
-    throw std::runtime_error (message + "; --list-programs shows all " + std::to_string (programs.size ()));
+    throw std::runtime_error ("there is no program \"" + wanted + "\"; --list-programs shows all " +
+                              std::to_string (programs.size ()));
 }
 
 // The programs that are heard, in the order of their first appearance.
@@ -108,14 +114,20 @@ void print (const Sequence& sequence, const LevelMeter& meter, const RenderRepor
     if (meter.notFinite () > 0)
         std::printf ("Damaged:   %llu samples are no numbers\n",
                      static_cast<unsigned long long> (meter.notFinite ()));
-    std::printf ("Speed:     %.0f times faster than real time\n", seconds / report.processSeconds);
+    if (report.processSeconds > 0.0)
+        std::printf ("Speed:     %.0f times faster than real time\n", seconds / report.processSeconds);
 }
 
+// Compares what the names lead to, links included.
 void checkOutput (const Options& options)
 {
     std::error_code none;
-    if (std::filesystem::equivalent (options.song, options.output, none))
-        throw std::runtime_error ("the output would overwrite the song; give it another name with -o");
+    for (const auto& [file, what] : { std::pair{ options.song, "song" }, { options.library, "library" } })
+    {
+        if (std::filesystem::equivalent (file, options.output, none))
+            throw std::runtime_error (std::string ("the output would overwrite the ") + what +
+                                      "; give it another name with -o");
+    }
 }
 
 void checkLength (const Sequence& sequence, const Options& options)
@@ -129,8 +141,8 @@ void checkLength (const Sequence& sequence, const Options& options)
 
 void renderSong (const Options& options)
 {
-    const MidiFile song =
-        during ("read the MIDI file", options.song, [&] { return readMidiFile (options.song); });
+    const midi::Song song =
+        during ("read the MIDI file", options.song, [&] { return midi::read (options.song); });
     checkOutput (options);
     const auto plugin = during ("load the library", options.library,
                                 [&] { return std::make_unique<Plugin> (options.library); });
@@ -158,8 +170,13 @@ void renderSong (const Options& options)
                         wav.add (stereo);
                         meter.add (stereo);
                     };
-                    const RenderReport result =
-                        renderer.render (keep, [&] (double done, double all) { bar.show (done, all); });
+                    const auto progress = [&] (double done, double all)
+                    {
+                        if (interrupted != 0)
+                            throw std::runtime_error ("it was interrupted");
+                        bar.show (done, all);
+                    };
+                    const RenderReport result = renderer.render (keep, progress);
                     wav.finish ();
                     return result;
                 });
@@ -177,27 +194,37 @@ void listPrograms (const Options& options)
     for (int i = 0; i < programs.size (); ++i)
         std::printf ("%s\n", programs.title (i).c_str ());
 }
+
+void finishOutput ()
+{
+    if (std::fflush (stdout) != 0 || std::ferror (stdout) != 0)
+        throw std::runtime_error ("cannot write to standard output: " +
+                                  std::generic_category ().message (errno));
+}
 }
 
 int main (int argc, char** argv)
 {
     platform::keepLineEnds ();
+    std::signal (SIGINT, &interrupt);
+    std::signal (SIGTERM, &interrupt);
     try
     {
         Options options;
-        if (const auto ending = parseOptions (platform::utf8Arguments (argc, argv),
-                                              platform::errorStreamIsTerminal (), options))
+        const auto ending =
+            parseOptions (platform::utf8Arguments (argc, argv), platform::errorStreamIsTerminal (), options);
+        if (ending && ending->status != 0)
         {
-            if (ending->status == 0)
-                std::printf ("%s", ending->text.c_str ());
-            else
-                std::fprintf (stderr, "brimvale-host: %s\n", ending->text.c_str ());
+            std::fprintf (stderr, "brimvale-host: %s\n", ending->text.c_str ());
             return ending->status;
         }
-        if (options.listPrograms)
+        if (ending)
+            std::printf ("%s", ending->text.c_str ());
+        else if (options.listPrograms)
             listPrograms (options);
         else
             renderSong (options);
+        finishOutput ();
         return 0;
     }
     catch (const std::exception& error)

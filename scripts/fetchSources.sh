@@ -4,6 +4,7 @@
 # the SHA-256 written here. Does nothing when the cache is complete.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
+# shellcheck source=scripts/common.sh
 . "$here/common.sh"
 
 release=trixie
@@ -40,6 +41,7 @@ privately=(-o "Dir::State::lists=$work/lists" -o "Dir::Cache=$work/cache" -o "AP
     -o Acquire::Languages=none)
 
 mirrors () { # apt options...
+    # shellcheck disable=SC2016 # apt replaces those, not the shell
     apt-get "$@" indextargets --format '$(ORIGIN)|$(LABEL)|$(REPO_URI)' 2> /dev/null |
         sed -n 's/^Debian|Debian|//p' | sort -u
 }
@@ -83,7 +85,7 @@ unpack () { # folder archive hash parts...
 
 set -f # the parts hold wildcards that tar, not the shell, is to expand
 names=$(printf '%s\n' "${missing[@]}" | awk '{ printf "%s ", $1 }')
-echo "Fetching sources: $names"
+say "Fetching sources: $names"
 mirrorFound=
 for mirror in $(findMirrors); do
     if listSources "$mirror"; then
@@ -96,5 +98,6 @@ done
 for row in "${missing[@]}"; do
     read -r folder package archive hash parts <<< "$row"
     fetch "$package" "$archive" "$hash"
+    # shellcheck disable=SC2086 # one argument for each part
     unpack "$folder" "$archive" "$hash" $parts
 done

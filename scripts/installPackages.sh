@@ -3,25 +3,24 @@
 # Says what it installs, asks nothing, and touches no network when everything is there.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
+# shellcheck source=scripts/common.sh
 . "$here/common.sh"
 
 group=${1:-test}
-case $group in
-    run) wanted=$(awk '$1 == "run" { print $2 }' "$here/packages.txt") ;;
-    test) wanted=$(awk '$1 ~ /^(run|test)$/ { print $2 }' "$here/packages.txt") ;;
-    *) fail "the group of packages is run or test, not $group." ;;
-esac
+[ "$group" = run ] || [ "$group" = test ] || fail "the group of packages is run or test, not $group."
+# Testing needs what running needs, too.
+mapfile -t wanted < <(awk -v group="$group" '$1 == "run" || $1 == group { print $2 }' "$here/packages.txt")
 command -v apt-get > /dev/null ||
-    fail "this is no Debian system; install these yourself or use Debian 12: $(echo $wanted)."
+    fail "this is no Debian system; install these yourself or use Debian 12: ${wanted[*]}."
 
 missing=()
-for package in $wanted; do
+for package in "${wanted[@]}"; do
     state=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2> /dev/null || true)
     [ "$state" = installed ] || missing+=("$package")
 done
 [ ${#missing[@]} -eq 0 ] && exit 0
 
-echo "Installing Debian packages: ${missing[*]}"
+say "Installing Debian packages: ${missing[*]}"
 asRoot=()
 if [ "$(id -u)" -ne 0 ]; then
     command -v sudo > /dev/null ||

@@ -4,6 +4,7 @@
 # display by itself, for it alone is native.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
+# shellcheck source=scripts/common.sh
 . "$here/common.sh"
 
 [ $# -eq 1 ] || fail "it needs the name of a PNG file, and nothing else."
@@ -12,18 +13,16 @@ build=$here/../build
 width=612
 height=433
 
+# shellcheck disable=SC2317 # alone calls it
 build () {
-    cmake -S "$here/../tests/stage/grabScreen" -B "$build/grab" -G Ninja -DCMAKE_BUILD_TYPE=Release
-    cmake --build "$build/grab"
+    cmake -S "$here/../tests/stage/grabScreen" -B "$build/grab" -G Ninja -DCMAKE_BUILD_TYPE=Release &&
+        cmake --build "$build/grab"
 }
-quietly "$build/grab.log" "building the program that takes the picture failed" build
+alone "$build/lock" quietly "$build/grab.log" "building the program that takes the picture failed" build
 
-# The display that everything here happens on; the server says its number once it is ready.
-exec {fromScreen}< <(exec Xvfb -displayfd 1 -screen 0 1024x768x24 -noreset -nolisten tcp 2> /dev/null)
-screen=$!
-trap 'kill "$screen" 2> /dev/null || true' EXIT
-read -r -t 60 number <&"$fromScreen" || fail "the virtual screen did not start; is xvfb installed?"
-export DISPLAY=:$number
+screen=
+trap '[ -z "$screen" ] || kill "$screen" 2> /dev/null || true' EXIT
+startScreen
 
 coproc HOST { exec "$here/wineRun.sh" --own-prefix picture --this-display "$build/windows/brimvale-editor-host.exe" \
     "$build/windows/Brimvale.dll" 2> /dev/null; }

@@ -1,58 +1,85 @@
-// The host as a user meets it: exit statuses, sentences, files.
-#include "tests/host/MidiBytes.h"
+// The host and ./run as a user meets them: exit statuses, sentences, files.
+#include "midi/Writer.h"
 #include "tests/host/TemporaryFolder.h"
 
 #include <array>
 #include <cstdio>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <set>
 #include <sndfile.hh>
 #include <sys/wait.h>
 
 namespace
 {
-using namespace midiBytes;
-
 struct Outcome
 {
     int status = -1;
-    std::string output; // standard error, or all with "2>&1" in the command
+    std::string output; // both streams, unless the command sends one elsewhere
 };
-
-Outcome run (const std::string& command)
-{
-    Outcome outcome;
-    FILE* pipe = popen (command.c_str (), "r");
-    std::array<char, 4096> part = {};
-    for (std::size_t count = 0; (count = std::fread (part.data (), 1, part.size (), pipe)) > 0;)
-        outcome.output.append (part.data (), count);
-    const int state = pclose (pipe);
-    outcome.status = WIFEXITED (state) ? WEXITSTATUS (state) : -1;
-    return outcome;
-}
 
 class Command : public testing::Test
 {
 protected:
     void SetUp () override
     {
-        const Bytes events = { 0, 0xC0, 0, 0, 0x90, 60, 64,  96, 0x80, 60, 0,
-                               0, 0xC0, 2, 0, 0x90, 62, 127, 96, 0x80, 62, 0 };
-        write ("song.mid", header (0, 1, 96) + track (events));
+        midi::Song song;
+        song.ticksPerQuarter = 96;
+        song.messages = { { 0, { 0xC0, 0 }, 2 },  { 0, { 0x90, 60, 64 }, 3 },   { 96, { 0x80, 60, 0 }, 3 },
+                          { 96, { 0xC0, 2 }, 2 }, { 96, { 0x90, 62, 127 }, 3 }, { 192, { 0x80, 62, 0 }, 3 } };
+        song.endTick = 192; // 1 s
+        write ("song.mid", song);
+        std::ofstream (temporary / "text.so") << "no library";
+        std::filesystem::copy_file (PROBE_LIBRARY, temporary / "probe.so");
     }
 
-    void write (const std::string& name, const Bytes& bytes)
+    void write (const std::string& name, const midi::Song& song)
     {
+        const auto bytes = midi::fileBytes (song);
         std::ofstream out (temporary / name, std::ios::binary);
         out.write (reinterpret_cast<const char*> (bytes.data ()),
                    static_cast<std::streamsize> (bytes.size ()));
     }
 
-    // Runs in the test's folder, with paths relative to it.
-    Outcome host (const std::string& arguments, const std::string& library = PROBE_LIBRARY)
+    // Runs in the test's folder.
+    Outcome shell (const std::string& command)
     {
-        return run ("cd '" + temporary.folder ().string () + "' && '" HOST_PROGRAM "' '" + library + "' " +
-                    arguments + " 2>&1");
+        Outcome outcome;
+        const std::string folder = temporary.folder ().string ();
+        FILE* pipe = popen (("exec 2>&1 < /dev/null; cd '" + folder + "'; " + command).c_str (), "r");
+        std::array<char, 4096> part = {};
+        for (std::size_t count = 0; (count = std::fread (part.data (), 1, part.size (), pipe)) > 0;)
+            outcome.output.append (part.data (), count);
+        const int state = pclose (pipe);
+        outcome.status = WIFEXITED (state) ? WEXITSTATUS (state) : -1;
+        return outcome;
+    }
+    Outcome host (const std::string& arguments) { return shell (HOST_PROGRAM " " + arguments); }
+
+    std::set<std::string> files () const
+    {
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator (temporary.folder ()))
+            names.insert (entry.path ().filename ().string ());
+        return names;
+    }
+    std::string content (const std::string& name) const
+    {
+        std::ifstream file (temporary / name, std::ios::binary);
+        return { std::istreambuf_iterator<char> (file), {} };
+    }
+
+    // One sentence that says this, a status other than 0, and every file as it was.
+    void expectRefusal (const std::string& arguments, const std::string& sentence)
+    {
+        const auto before = files ();
+        const Outcome outcome = host (arguments);
+        EXPECT_NE (outcome.status, 0) << arguments;
+        EXPECT_TRUE (outcome.output.starts_with ("brimvale-host: ")) << outcome.output;
+        EXPECT_NE (outcome.output.find (sentence), std::string::npos)
+            << outcome.output << "expected: " << sentence;
+        EXPECT_EQ (outcome.output.find ('\n'), outcome.output.size () - 1) << outcome.output;
+        EXPECT_EQ (files (), before) << arguments;
     }
 
     TemporaryFolder temporary;
@@ -60,103 +87,155 @@ protected:
 
 TEST_F (Command, RendersASongAndTellsItsFigures)
 {
-    const Outcome outcome = host ("song.mid -o out.wav --rate 48000 --block 256 --tail 1");
+    const Outcome outcome =
+        host ("probe.so song.mid -o out.wav --rate 48000 --block 256 --tail 1 --format 16");
     ASSERT_EQ (outcome.status, 0) << outcome.output;
-    for (const char* part :
-         { "Program:   001 Clicks\n", "Program:   003 Tempo\n", "Length:    ", "Peak:      -0.07 dBFS\n",
-           "Loudness:  ", "Speed:     ", " times faster than real time\n", "Written:   out.wav\n" })
+    for (const char* part : { "Program:   001 Clicks\n", "Program:   003 Tempo\n",
+                              "Length:    2.00 s (song 1.00 s)\n", "Peak:      -0.07 dBFS\n", "Loudness:  ",
+                              "Speed:     ", " times faster than real time\n", "Written:   out.wav\n" })
         EXPECT_NE (outcome.output.find (part), std::string::npos) << part << " in\n" << outcome.output;
     EXPECT_EQ (outcome.output.find ('\r'), std::string::npos) << "no progress bar in a pipe";
     SndfileHandle sound ((temporary / "out.wav").string ());
     EXPECT_EQ (sound.samplerate (), 48000);
-    EXPECT_GE (sound.frames (), 48000 * 2); // a second of song, a second of tail (the tempo keeps sounding)
+    EXPECT_EQ (sound.format (), SF_FORMAT_WAV | SF_FORMAT_PCM_16);
+
+    midi::Song empty;
+    empty.ticksPerQuarter = 96;
+    write ("empty.mid", empty);
+    EXPECT_EQ (host ("probe.so empty.mid --tail 0").output,
+               "Length:    0.00 s (song 0.00 s)\nPeak:      silence\n"
+               "Loudness:  too quiet or too short to measure\nWritten:   empty.wav\n")
+        << "and no speed";
 }
 
 TEST_F (Command, AProgramOfTheUsersReplacesThoseOfTheSong)
 {
+    EXPECT_EQ (host ("probe.so --list-programs").output, "001 Clicks\n002 Drone\n003 Tempo\n");
     for (const char* name : { "Drone", "drone", "2" })
     {
-        const Outcome outcome = host (std::string ("song.mid --tail 0.5 --program ") + name);
-        ASSERT_EQ (outcome.status, 0) << outcome.output;
-        EXPECT_NE (outcome.output.find ("Program:   002 Drone\nLength:    1.51 s (song 1.00 s)"),
-                   std::string::npos)
+        const Outcome outcome = host (std::string ("probe.so song.mid --tail 0.5 --program ") + name);
+        EXPECT_TRUE (outcome.output.starts_with ("Program:   002 Drone\nLength:    1.51 s (song 1.00 s)"))
             << outcome.output;
-        EXPECT_TRUE (std::filesystem::exists (temporary / "song.wav"));
+        EXPECT_TRUE (files ().contains ("song.wav")) << "named like the song";
     }
+    for (const char* none : { "0", "4", "2x" })
+        expectRefusal (std::string ("probe.so song.mid --program ") + none,
+                       std::string ("there is no program \"") + none + "\"; --list-programs shows all 3.");
 }
 
-TEST_F (Command, ListsPrograms)
+TEST_F (Command, RefusesWhatCannotBeDone)
 {
-    const Outcome outcome = host ("--list-programs");
-    EXPECT_EQ (outcome.status, 0);
-    EXPECT_EQ (outcome.output, "001 Clicks\n002 Drone\n003 Tempo\n");
+    std::ofstream (temporary / "damaged.mid") << "MThd";
+    midi::Song endless; // each of its ticks is a quarter note
+    endless.ticksPerQuarter = 1;
+    for (std::uint64_t event = 1; event <= 200; ++event)
+        endless.messages.push_back ({ event << 27, { 0xB0, 1, 1 }, 3 });
+    endless.endTick = endless.messages.back ().tick;
+    write ("endless.mid", endless);
+
+    const std::pair<const char*, const char*> cases[] = {
+        { "", "LIBRARY" },
+        { "probe.so", "SONG" },
+        { "probe.so song.mid --rate 7999", "--rate" },
+        { "probe.so song.mid --tail nan", "--tail" },
+        { "probe.so song.mid -o ''", "--output" },
+        { "probe.so none.mid", "cannot read the MIDI file none.mid: there is no such file." },
+        { "probe.so damaged.mid",
+          "cannot read the MIDI file damaged.mid: it ends in the middle of its data." },
+        { "probe.so .", "cannot read the MIDI file .: it is not a file." },
+        { "probe.so endless.mid", "hours, which is more than a WAV file can hold" },
+        { "none.so song.mid", "cannot load the library none.so: " },
+        { "text.so song.mid", "cannot load the library text.so: " },
+        { "probe.so song.mid > /dev/full; state=$?; rm song.wav; exit $state",
+          "cannot write to standard output: No space left on device." },
+        { "probe.so --list-programs > /dev/full",
+          "cannot write to standard output: No space left on device." },
+    };
+    for (const auto& [arguments, sentence] : cases)
+        expectRefusal (arguments, sentence);
 }
 
-TEST_F (Command, EveryFailureIsOneSentenceAndLeavesNoFile)
+// The pipe stands for devices, which a test must not risk.
+TEST_F (Command, TheOutputReplacesFilesAlone)
 {
-    write ("damaged.mid", header (0, 1, 96) + text ("MTrk") + bigEndian (1000, 4));
-    write ("text.so", text ("no library"));
-    std::filesystem::create_directory (temporary / "folder.wav");
-    struct Case
-    {
-        std::string arguments;
-        std::string sentence; // a part of it
-        std::string library = PROBE_LIBRARY;
+    for (const char* command :
+         { "mkdir folder", "mkfifo pipe", "ln -s song.mid link-to-song", "ln probe.so twin.so",
+           "ln -s circle circle", "ln -s older.wav link", "ln -s new.wav early-link",
+           "echo older > older.wav", "chmod 640 older.wav" })
+        ASSERT_EQ (shell (command).status, 0) << command;
+    const std::string song = content ("song.mid");
+    const std::pair<const char*, const char*> refused[] = {
+        { "none/a.wav", "cannot write none/a.wav: its folder does not exist." },
+        { "folder", "cannot write folder: a folder has that name." },
+        { "pipe", "cannot write pipe: what has that name is no ordinary file." },
+        { "circle", "cannot write circle: Too many levels of symbolic links." },
+        { "/proc/a.wav", "cannot write /proc/a.wav: No such file or directory." },
+        { "song.mid", "would overwrite the song" },
+        { "link-to-song", "would overwrite the song" },
+        { "probe.so", "would overwrite the library" },
+        { "twin.so", "would overwrite the library" },
     };
-    const Case cases[] = {
-        { "none.mid", "cannot read the MIDI file none.mid: there is no such file." },
-        { "damaged.mid",
-          "cannot read the MIDI file damaged.mid: track 1 should hold 1000 bytes, but only 0 are there." },
-        { ". -o a.wav", "cannot read the MIDI file .: it is not a file." },
-        { "song.mid --program Dron",
-          "there is no program \"Dron\"; did you mean \"Drone\"; --list-programs shows all 3." },
-        { "song.mid --program 4", "there is no program \"4\"; --list-programs shows all 3." },
-        { "song.mid -o none/a.wav", "cannot write none/a.wav: its folder does not exist." },
-        { "song.mid -o folder.wav", "cannot write folder.wav: a folder has that name." },
-        { "song.mid -o song.mid", "would overwrite the song" },
-        { "song.mid", "cannot load the library none.so: ", "none.so" },
-        { "song.mid", "cannot load the library ./text.so: ", "./text.so" },
-        { "song.mid --rate 1", "--rate" },
-    };
-    for (const Case& c : cases)
+    for (const auto& [output, sentence] : refused)
+        expectRefusal (std::string ("probe.so song.mid -o ") + output, sentence);
+    EXPECT_EQ (content ("song.mid"), song);
+    EXPECT_EQ (content ("older.wav"), "older\n");
+
+    for (const auto& [link, file] :
+         { std::pair{ "link", "older.wav" }, std::pair{ "early-link", "new.wav" } })
     {
-        const Outcome outcome = host (c.arguments, c.library);
-        EXPECT_NE (outcome.status, 0) << c.arguments;
-        EXPECT_NE (outcome.output.find (c.sentence), std::string::npos) << outcome.output << c.sentence;
-        EXPECT_EQ (outcome.output.find ("brimvale-host: "), 0u) << outcome.output;
-        EXPECT_EQ (outcome.output.find ('\n'), outcome.output.size () - 1) << outcome.output;
+        EXPECT_EQ (host (std::string ("probe.so song.mid -o ") + link).status, 0);
+        EXPECT_TRUE (std::filesystem::is_symlink (temporary / link)) << link;
+        EXPECT_TRUE (content (file).starts_with ("RIFF")) << link;
     }
-    EXPECT_FALSE (std::filesystem::exists (temporary / "song.wav"));
-    EXPECT_FALSE (std::filesystem::exists (temporary / "song.wav.part"));
+    EXPECT_EQ (shell ("stat -c %a older.wav").output, "640\n");
 }
 
-TEST_F (Command, RefusesASongThatNoWavFileCanHold)
+// The file size limit stands for a disk that is full.
+TEST_F (Command, ARenderThatBreaksOffLeavesNothing)
 {
-    // Two hundred delta times of 2^28 - 1 ticks, each tick a quarter note.
-    Bytes events;
-    for (int i = 0; i < 200; ++i)
-        events = events + Bytes{ 0xFF, 0xFF, 0xFF, 0x7F, 0xB0, 1, 1 };
-    write ("endless.mid", header (0, 1, 1) + track (events));
-    const Outcome outcome = host ("endless.mid");
-    EXPECT_EQ (outcome.status, 1);
-    EXPECT_NE (outcome.output.find ("hours, which is more than a WAV file can hold"), std::string::npos)
-        << outcome.output;
+    const auto before = files ();
+    const Outcome full = shell ("trap '' XFSZ; ulimit -f 8; " HOST_PROGRAM " probe.so song.mid");
+    EXPECT_EQ (full.output, "brimvale-host: cannot write song.wav: File too large.\n");
+    EXPECT_EQ (files (), before);
+
+    const Outcome ended =
+        shell (HOST_PROGRAM " probe.so song.mid -p Drone -b 1 --tail 600 & "
+                            "for i in $(seq 1000); do ls *.part > /dev/null 2>&1 && break; sleep 0.01; done; "
+                            "kill -INT $!; wait $!");
+    EXPECT_EQ (ended.output, "brimvale-host: cannot write song.wav: it was interrupted.\n");
+    EXPECT_EQ (files (), before);
 }
 
-// The command at the top of the tree says what is wrong before it installs or builds anything.
-TEST (RunCommand, RefusesWhatCannotBePlayedAtOnce)
+TEST_F (Command, RunsThatNeedTheSamePlaceTakeTurns)
 {
-    const std::vector<std::pair<std::string, std::string>> cases = {
-        { "none.mid", "run: there is no MIDI file none.mid; check the name.\n" },
-        { "-o", "run: -o needs the name of a WAV file.\n" },
-        { "--rate", "run: --rate needs a value; ./run --help shows which.\n" },
-        { "a.mid b.mid", "run: one song at a time: a.mid, then b.mid.\n" },
+    const Outcome outcome = shell ("bash -c '. " SOURCE_FOLDER
+                                   "/scripts/common.sh; turn () { mkdir busy && sleep 0.05 && rmdir busy; }; "
+                                   "for run in 1 2 3 4; do alone lock turn & done; wait'");
+    EXPECT_EQ (outcome.output, "");
+}
+
+// What is wrong is said before anything is installed or built.
+TEST_F (Command, RunRefusesAtOnce)
+{
+    ASSERT_EQ (shell ("mkfifo pipe").status, 0);
+    const std::pair<const char*, const char*> cases[] = {
+        { "none.mid", "there is no MIDI file none.mid; check the name." },
+        { "-- -none.mid", "there is no MIDI file -none.mid; check the name." },
+        { ".", "cannot read the MIDI file .: it is not a file." },
+        { "a.mid b.mid", "one song at a time: a.mid, then b.mid." },
+        { "-o", "-o needs the name of a WAV file." },
+        { "--rate", "--rate needs a value; ./run --help shows which." },
+        { "--loud 3", "there is no option --loud; ./run --help shows all." },
+        { "song.mid -o pipe", "cannot write pipe: what has that name is no ordinary file." },
+        { "song.mid --output=-o/a.wav", "cannot write -o/a.wav: its folder does not exist." },
+        { "song.mid -o ./song.mid", "the output would overwrite song.mid; give it another name with -o." },
+        { "--help > /dev/full", "cannot write to standard output: No space left on device." },
     };
     for (const auto& [arguments, sentence] : cases)
     {
-        const Outcome outcome = run ("'" RUN_COMMAND "' " + arguments + " 2>&1 < /dev/null");
-        EXPECT_NE (outcome.status, 0);
-        EXPECT_EQ (outcome.output, sentence);
+        const Outcome outcome = shell (std::string (SOURCE_FOLDER "/run ") + arguments);
+        EXPECT_EQ (outcome.status, 1) << arguments;
+        EXPECT_EQ (outcome.output, std::string ("run: ") + sentence + "\n");
     }
 }
 }

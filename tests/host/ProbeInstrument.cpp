@@ -31,14 +31,9 @@ struct Probe
 
 constexpr std::array<const char*, 3> names = { "Clicks  ", " Drone", "Tempo" };
 
-Probe& probeOf (AEffect* effect)
-{
-    return *static_cast<Probe*> (effect->object);
-}
-
 VstIntPtr dispatch (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
 {
-    Probe& probe = probeOf (effect);
+    Probe& probe = *static_cast<Probe*> (effect->object);
     switch (opcode)
     {
     case effOpen:
@@ -73,17 +68,19 @@ VstIntPtr dispatch (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr 
     return 0;
 }
 
-// What the host promised to keep: open, on, no block larger than announced, time that moves on.
+// What the host promised to keep: open, on, no block larger than announced, an event list for every block,
+// time that moves on.
 bool rulesKept (const Probe& probe, const VstTimeInfo* time, VstInt32 frames)
 {
-    return probe.opened && probe.on && frames <= probe.largestBlock && time != nullptr &&
-           static_cast<float> (time->sampleRate) == probe.rate && time->samplePos == probe.nextSample &&
-           (time->flags & kVstTempoValid) != 0 && (time->flags & kVstPpqPosValid) != 0;
+    return probe.opened && probe.on && frames <= probe.largestBlock && probe.events != nullptr &&
+           time != nullptr && static_cast<float> (time->sampleRate) == probe.rate &&
+           time->samplePos == probe.nextSample && (time->flags & kVstTempoValid) != 0 &&
+           (time->flags & kVstPpqPosValid) != 0;
 }
 
 void process (AEffect* effect, float**, float** outputs, VstInt32 frames)
 {
-    Probe& probe = probeOf (effect);
+    Probe& probe = *static_cast<Probe*> (effect->object);
     const auto* time = reinterpret_cast<const VstTimeInfo*> (
         probe.host (effect, audioMasterGetTime, 0, kVstTempoValid, nullptr, 0.0f));
     const float base = probe.program == drone ? 0.25f : 0.0f;
@@ -95,12 +92,11 @@ void process (AEffect* effect, float**, float** outputs, VstInt32 frames)
     probe.nextSample += frames;
 
     VstInt32 earliest = 0;
-    for (VstInt32 i = 0; probe.events != nullptr && i < probe.events->numEvents; ++i)
+    for (VstInt32 i = 0; kept && i < probe.events->numEvents; ++i)
     {
         VstMidiEvent event;
         std::memcpy (&event, probe.events->events[i], sizeof event);
-        kept =
-            kept && event.type == kVstMidiType && event.deltaFrames >= earliest && event.deltaFrames < frames;
+        kept = event.type == kVstMidiType && event.deltaFrames >= earliest && event.deltaFrames < frames;
         earliest = event.deltaFrames;
         const int kind = event.midiData[0] & 0xF0;
         if (kept && kind == 0x90)
@@ -123,7 +119,6 @@ extern "C" __attribute__ ((visibility ("default"))) AEffect* VSTPluginMain (Audi
     AEffect& record = probe->record;
     record.magic = kEffectMagic;
     record.dispatcher = &dispatch;
-    record.process = &process;
     record.processReplacing = &process;
     record.numPrograms = static_cast<VstInt32> (names.size ());
     record.numOutputs = 2;

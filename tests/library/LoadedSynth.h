@@ -1,38 +1,27 @@
+// The instrument of a library file, as a host holds it.
 #pragma once
+
+#include "host/Plugin.h"
+#include "instrument/Bank.h"
 
 #include <filesystem>
 #include <stdexcept>
 
-#include "instrument/Bank.h"
-#include "platform/SharedLibrary.h"
-#include "plugin/vst2.h"
-
 using namespace instrument;
 
-// One instance made by a library file through its entry point, as a host makes it.
 class LoadedSynth
 {
 public:
-    explicit LoadedSynth (const std::filesystem::path& libraryFile) : library (libraryFile)
+    explicit LoadedSynth (const std::filesystem::path& libraryFile) : plugin (libraryFile)
     {
-        using EntryPoint = AEffect* (*)(AudioMasterCallback);
-        const auto entry = reinterpret_cast<EntryPoint> (library.symbol ("VSTPluginMain"));
-        effect = entry != nullptr ? entry (&answer) : nullptr;
-        if (effect == nullptr)
-            throw std::runtime_error ("no instance");
-        call (effOpen);
-        call (effMainsChanged, 0, 1);
+        plugin.start (44100, blockSize);
     }
-    ~LoadedSynth () { call (effClose); }
-    LoadedSynth (const LoadedSynth&) = delete;
-    LoadedSynth& operator= (const LoadedSynth&) = delete;
 
-    VstIntPtr call (VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, void* ptr = nullptr,
-                    float opt = 0.0f)
+    VstIntPtr call (VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, void* ptr = nullptr)
     {
-        return effect->dispatcher (effect, opcode, index, value, ptr, opt);
+        return plugin.call (opcode, index, value, ptr);
     }
-    void setParameter (VstInt32 index, float value) { effect->setParameter (effect, index, value); }
+    void setParameter (VstInt32 index, float value) { plugin.setParameter (index, value); }
 
     const BankImage& bank ()
     {
@@ -44,11 +33,7 @@ public:
     void setBank (BankImage image) { call (effSetChunk, 0, sizeof image, &image); }
 
 private:
-    static VstIntPtr answer (AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void*, float)
-    {
-        return opcode == audioMasterVersion ? kVstVersion : 0;
-    }
+    static constexpr int blockSize = 64;
 
-    platform::SharedLibrary library; // outlives the instance
-    AEffect* effect = nullptr;
+    host::Plugin plugin;
 };

@@ -1,7 +1,7 @@
 #include "examples/Pieces.h"
 #include "audition/SoundReport.h"
-#include "examples/Events.h"
-#include "examples/MidiFile.h"
+#include "examples/Score.h"
+#include "midi/Writer.h"
 #include "tests/resources/Files.h"
 
 #include <cmath>
@@ -19,13 +19,14 @@ std::vector<std::string> factoryNames ()
 TEST (Pieces, AreWhatTheMakerMakes)
 {
     const std::vector<std::string> names = factoryNames ();
-    EXPECT_TRUE (asString (examples::midiFile (examples::demo (), names)) == bytesOf ("examples/demo.mid"));
-    EXPECT_TRUE (asString (examples::midiFile (examples::lowRoads (), names)) ==
-                 bytesOf ("examples/low-roads.mid"));
-    EXPECT_TRUE (asString (examples::midiFile (examples::harbourLights (), names)) ==
-                 bytesOf ("examples/harbour-lights.mid"));
-    EXPECT_TRUE (asString (examples::midiFile (examples::nightTrain (), names)) ==
-                 bytesOf ("examples/night-train.mid"));
+    for (const auto& [piece, file] :
+         { std::pair{ examples::demo (), "demo" }, std::pair{ examples::lowRoads (), "low-roads" },
+           std::pair{ examples::harbourLights (), "harbour-lights" },
+           std::pair{ examples::nightTrain (), "night-train" } })
+    {
+        const auto bytes = midi::fileBytes (examples::songOf (piece, names));
+        EXPECT_TRUE (asString (bytes) == bytesOf (std::string ("examples/") + file + ".mid")) << file;
+    }
 }
 
 TEST (Pieces, PlayWithoutClicksDcAndClipping)
@@ -48,15 +49,15 @@ TEST (Pieces, EveryNoteThatStartsEnds)
     for (const examples::Piece& piece : examples::allPieces ())
     {
         int held[128] = {};
-        for (const examples::Event& event : examples::eventsOf (piece, names))
+        for (const midi::Message& message : examples::songOf (piece, names).messages)
         {
-            if (event.message[0] == 0x90)
+            if (message.bytes[0] == 0x90)
             {
-                EXPECT_EQ (++held[event.message[1]], 1)
-                    << piece.title () << ": key " << int (event.message[1]) << " at " << event.tick;
+                EXPECT_EQ (++held[message.bytes[1]], 1)
+                    << piece.title () << ": key " << int (message.bytes[1]) << " at " << message.tick;
             }
-            if (event.message[0] == 0x80)
-                --held[event.message[1]];
+            if (message.bytes[0] == 0x80)
+                --held[message.bytes[1]];
         }
         for (const int count : held)
             EXPECT_EQ (count, 0) << piece.title ();

@@ -1,22 +1,21 @@
 #include "tests/stage/editorHost/EditorHost.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <span>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
 
 namespace
 {
-constexpr float sampleRate = 44100.0f; // Hz
+constexpr int sampleRate = 44100; // Hz
 constexpr int blockFrames = 512;
-
-// The one host of this process; the interface's callback carries no pointer to it while the instrument is
-// made.
-EditorHost* current = nullptr;
 
 int toInt (const std::string& word)
 {
@@ -57,20 +56,12 @@ const EditorHost::Command EditorHost::commands[] = {
     { "remove", 1, &EditorHost::removeInstrument },
 };
 
-EditorHost::EditorHost (const std::filesystem::path& library) : file (library)
+EditorHost::EditorHost (const std::filesystem::path& library)
 {
-    using Entry = AEffect* (*)(AudioMasterCallback);
-    const auto entry = reinterpret_cast<Entry> (file.symbol ("VSTPluginMain"));
-    if (entry == nullptr)
-        throw std::runtime_error ("this library has no instrument in it");
-    current = this;
-    effect = entry (&EditorHost::answer);
-    if (effect == nullptr || effect->magic != kEffectMagic)
-        throw std::runtime_error ("the library refused");
-    call (effOpen);
-    call (effSetSampleRate, 0, 0, nullptr, sampleRate);
-    call (effSetBlockSize, 0, blockFrames);
-    call (effMainsChanged, 0, 1);
+    plugin = std::make_unique<host::Plugin> (
+        library, [this] (VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
+        { return answer (opcode, index, value, ptr, opt); });
+    plugin->start (sampleRate, blockFrames);
     calls.clear ();
 }
 
@@ -79,18 +70,10 @@ EditorHost::~EditorHost ()
     removeInstrument ({});
 }
 
-VstIntPtr EditorHost::answer (AEffect* /*effect*/, VstInt32 opcode, VstInt32 index, VstIntPtr value,
-                              void* ptr, float opt)
-{
-    return current->answer (opcode, index, value, ptr, opt);
-}
-
 VstIntPtr EditorHost::answer (VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
 {
     switch (opcode)
     {
-    case audioMasterVersion:
-        return kVstVersion;
     case audioMasterAutomate:
         calls += format ("automate %d %.4f;", index, static_cast<double> (opt));
         return 0;
@@ -115,11 +98,6 @@ VstIntPtr EditorHost::answer (VstInt32 opcode, VstInt32 index, VstIntPtr value, 
     }
 }
 
-VstIntPtr EditorHost::call (VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
-{
-    return effect != nullptr ? effect->dispatcher (effect, opcode, index, value, ptr, opt) : 0;
-}
-
 std::string EditorHost::obey (const std::string& line)
 {
     std::istringstream in (line);
@@ -130,6 +108,8 @@ std::string EditorHost::obey (const std::string& line)
                                                { return !words.empty () && words.front () == row.name; });
     if (command == std::end (commands) || command->words != words.size ())
         return "error no such command: " + line;
+    if (plugin == nullptr)
+        return "error the instrument has been removed";
     try
     {
         return (this->*command->act) (words);
@@ -145,19 +125,19 @@ void EditorHost::idle ()
     if (window == nullptr)
         return;
     window->handleEvents ();
-    call (effEditIdle);
+    plugin->call (effEditIdle);
 }
 
 std::string EditorHost::openEditor (const Words& /*words*/)
 {
     ERect* rect = nullptr;
-    if (call (effEditGetRect, 0, 0, &rect) == 0 || rect == nullptr)
+    if (plugin->call (effEditGetRect, 0, 0, &rect) == 0 || rect == nullptr)
         return "error no editor";
     window = platform::HostWindow::make (rect->right - rect->left, rect->bottom - rect->top);
     if (window == nullptr)
         return "error no display";
     const auto before = std::chrono::steady_clock::now ();
-    if (call (effEditOpen, 0, 0, window->handle ()) == 0)
+    if (plugin->call (effEditOpen, 0, 0, window->handle ()) == 0)
         return "error the editor did not open";
     const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now () - before;
     return format ("%.1f", taken.count ());
@@ -165,7 +145,7 @@ std::string EditorHost::openEditor (const Words& /*words*/)
 
 std::string EditorHost::closeEditor (const Words& /*words*/)
 {
-    call (effEditClose);
+    plugin->call (effEditClose);
     window = nullptr;
     return "ok";
 }
@@ -180,52 +160,46 @@ std::string EditorHost::redraw (const Words& /*words*/)
 std::string EditorHost::rectangle (const Words& /*words*/)
 {
     ERect* rect = nullptr;
-    call (effEditGetRect, 0, 0, &rect);
+    plugin->call (effEditGetRect, 0, 0, &rect);
     return rect != nullptr ? format ("%d %d", rect->right - rect->left, rect->bottom - rect->top) : "error";
 }
 
 std::string EditorHost::getParameter (const Words& words)
 {
-    return format ("%.6f", static_cast<double> (effect->getParameter (effect, toInt (words[1]))));
+    return format ("%.6f", static_cast<double> (plugin->parameter (toInt (words[1]))));
 }
 
 std::string EditorHost::setParameter (const Words& words)
 {
-    effect->setParameter (effect, toInt (words[1]), std::stof (words[2]));
+    plugin->setParameter (toInt (words[1]), std::stof (words[2]));
     return "ok";
 }
 
 std::string EditorHost::program (const Words& words)
 {
     if (words[1] != "?")
-        call (effSetProgram, 0, toInt (words[1]));
-    return format ("%d", static_cast<int> (call (effGetProgram)));
+        plugin->call (effSetProgram, 0, toInt (words[1]));
+    return format ("%d", static_cast<int> (plugin->call (effGetProgram)));
 }
 
 std::string EditorHost::sendMidi (const Words& words)
 {
-    VstMidiEvent event = {};
-    event.type = kVstMidiType;
-    event.byteSize = sizeof event - 8;
-    for (std::size_t byte = 0; byte < 3; ++byte)
-        event.midiData[byte] = static_cast<char> (toInt (words[byte + 1]));
-    VstEvents list = {};
-    list.numEvents = 1;
-    list.events[0] = reinterpret_cast<VstEvent*> (&event);
-    call (effProcessEvents, 0, 0, &list);
+    std::array<std::uint8_t, 3> bytes = {};
+    for (std::size_t byte = 0; byte < bytes.size (); ++byte)
+        bytes[byte] = static_cast<std::uint8_t> (toInt (words[byte + 1]));
+    host::BlockEvents events;
+    events.add (0, bytes);
+    plugin->sendEvents (events);
     return render ({ "render", "1" }); // while the list still lives
 }
 
 std::string EditorHost::render (const Words& words)
 {
-    std::vector<float> left (blockFrames);
-    std::vector<float> right (blockFrames);
-    float* outputs[] = { left.data (), right.data () };
     float loudest = 0.0f;
     for (int block = 0; block < toInt (words[1]); ++block)
     {
-        effect->processReplacing (effect, nullptr, outputs, blockFrames);
-        for (const float sample : left)
+        plugin->process (blockFrames);
+        for (const float sample : std::span (plugin->left (), blockFrames))
             loudest = std::max (loudest, std::abs (sample));
     }
     return format ("%.6f", static_cast<double> (loudest));
@@ -238,7 +212,7 @@ std::string EditorHost::takeCalls (const Words& /*words*/)
 
 std::string EditorHost::pressKey (const Words& words)
 {
-    return format ("%d", static_cast<int> (call (effEditKeyDown, words[1].front ())));
+    return format ("%d", static_cast<int> (plugin->call (effEditKeyDown, words[1].front ())));
 }
 
 std::string EditorHost::memoryUse (const Words& /*words*/)
@@ -250,7 +224,7 @@ std::string EditorHost::cycle (const Words& words)
 {
     for (int count = 0; count < toInt (words[1]); ++count)
     {
-        const std::string opened = openEditor ({});
+        std::string opened = openEditor ({});
         if (opened.starts_with ("error"))
             return opened;
         idle ();
@@ -262,9 +236,7 @@ std::string EditorHost::cycle (const Words& words)
 // With the editor still open, if it is: hosts do that.
 std::string EditorHost::removeInstrument (const Words& /*words*/)
 {
-    call (effMainsChanged, 0, 0);
-    call (effClose);
-    effect = nullptr;
+    plugin = nullptr;
     window = nullptr;
     return "ok";
 }

@@ -5,9 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "host/Plugin.h"
 #include "platform/HostWindow.h"
-#include "platform/SharedLibrary.h"
-#include "plugin/vst2.h"
 
 // A host with one instrument and its editor in a window, driven by lines of text: see `commands` in the
 // source for the list. One thread does everything, as the smallest real hosts do.
@@ -32,11 +31,7 @@ private:
     struct Command;
     static const Command commands[];
 
-    static VstIntPtr answer (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
-                             float opt);
     VstIntPtr answer (VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);
-    VstIntPtr call (VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, void* ptr = nullptr,
-                    float opt = 0.0f);
 
     std::string openEditor (const Words& words);
     std::string closeEditor (const Words& words);
@@ -53,8 +48,7 @@ private:
     std::string cycle (const Words& words);
     std::string removeInstrument (const Words& words);
 
-    platform::SharedLibrary file; // outlives the instrument that it made
-    AEffect* effect = nullptr;
     std::unique_ptr<platform::HostWindow> window;
-    std::string calls; // what the instrument told its host since the last question
+    std::string calls;                    // what the instrument told its host since the last question
+    std::unique_ptr<host::Plugin> plugin; // null once it is removed
 };

@@ -1,25 +1,15 @@
-// Standard MIDI files (formats 0 and 1, plain or wrapped in RIFF) as one list of messages.
+// A song as a standard MIDI file holds it: one list of messages in order of time.
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
-#include <filesystem>
-#include <span>
-#include <stdexcept>
+#include <string>
 #include <vector>
 
-namespace host
+namespace midi
 {
-// Why a file could not be read, as one sentence without the file's name.
-class MidiFileError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
-
 // A channel message: status byte 0x80 to 0xEF and its data bytes (0..127).
-struct MidiMessage
+struct Message
 {
     std::uint64_t tick = 0;
     std::array<std::uint8_t, 3> bytes = {}; // unused ones are 0
@@ -40,20 +30,14 @@ struct TimeSignature
 };
 
 // All lists are in ascending order of tick; simultaneous entries keep the order of tracks and bytes.
-// System exclusive messages and other meta events are read over.
-struct MidiFile
+struct Song
 {
+    std::string title;           // name of the first track that has one, as its bytes are
     int ticksPerQuarter = 0;     // above 0 when time counts in quarter notes, else 0
     double ticksPerSecond = 0.0; // above 0 when time counts in SMPTE frames, else 0
-    std::vector<MidiMessage> messages;
+    std::vector<Message> messages;
     std::vector<TempoChange> tempoChanges;
     std::vector<TimeSignature> timeSignatures;
     std::uint64_t endTick = 0; // where the longest track ends
 };
-
-// Throws MidiFileError when the bytes are not a MIDI file that can be played from start to end.
-MidiFile parseMidiFile (std::span<const std::uint8_t> bytes);
-
-// The same from a file. Throws MidiFileError also when the file cannot be opened.
-MidiFile readMidiFile (const std::filesystem::path& file);
 }

@@ -1,4 +1,6 @@
-#include "host/MidiFile.h"
+#include "midi/Reader.h"
+
+#include "midi/MetaType.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,20 +8,13 @@
 #include <string>
 #include <string_view>
 
-namespace host
+namespace midi
 {
 namespace
 {
 constexpr std::size_t chunkHeaderBytes = 8;
 constexpr std::size_t headerChunkBytes = 6;
 constexpr std::uintmax_t largestFile = 64u << 20; // bytes; far above any song, so memory is safe
-
-enum MetaType : std::uint8_t
-{
-    metaEndOfTrack = 0x2F,
-    metaTempo = 0x51,
-    metaTimeSignature = 0x58
-};
 
 // Walks over bytes and refuses to walk past their end.
 class ByteReader
@@ -57,7 +52,7 @@ public:
             if ((part & 0x80u) == 0)
                 return value;
         }
-        throw MidiFileError ("a number in it is longer than four bytes");
+        throw ReadError ("a number in it is longer than four bytes");
     }
 
     std::span<const std::uint8_t> block (std::size_t count)
@@ -79,7 +74,7 @@ public:
     }
 
 private:
-    static MidiFileError cutOff () { return MidiFileError ("it ends in the middle of its data"); }
+    static ReadError cutOff () { return ReadError ("it ends in the middle of its data"); }
 
     std::span<const std::uint8_t> bytes;
     std::size_t position = 0;
@@ -95,7 +90,7 @@ int dataBytes (std::uint8_t status)
 class TrackReader
 {
 public:
-    TrackReader (std::span<const std::uint8_t> bytes, MidiFile& newSong) : in (bytes), song (newSong) {}
+    TrackReader (std::span<const std::uint8_t> bytes, Song& newSong) : in (bytes), song (newSong) {}
 
     void read ()
     {
@@ -116,7 +111,7 @@ private:
         else if (first == 0xF0 || first == 0xF7)
             skipSystemExclusive ();
         else if (first > 0xF0)
-            throw MidiFileError ("it holds a system message that no file may hold");
+            throw ReadError ("it holds a system message that no file may hold");
         else
             readChannelMessage ();
     }
@@ -134,6 +129,8 @@ private:
         const auto data = in.block (in.variableLength ());
         if (type == metaEndOfTrack)
             ended = true;
+        else if (type == metaTrackName && song.title.empty ())
+            song.title.assign (data.begin (), data.end ());
         else if (type == metaTempo && data.size () == 3)
             addTempo (ByteReader (data).bigEndian (3));
         else if (type == metaTimeSignature && data.size () >= 2)
@@ -143,7 +140,7 @@ private:
     void addTempo (std::uint32_t microseconds)
     {
         if (microseconds == 0)
-            throw MidiFileError ("it sets an endless tempo");
+            throw ReadError ("it sets an endless tempo");
         song.tempoChanges.push_back ({ tick, microseconds });
     }
 
@@ -161,9 +158,9 @@ private:
         if ((in.peek () & 0x80u) != 0)
             status = in.byte ();
         else if (status == 0)
-            throw MidiFileError ("a track starts with data that belongs to no message");
+            throw ReadError ("a track starts with data that belongs to no message");
 
-        MidiMessage message;
+        Message message;
         message.tick = tick;
         message.length = 1 + dataBytes (status);
         message.bytes[0] = status;
@@ -171,34 +168,34 @@ private:
         {
             const std::uint8_t data = in.byte ();
             if (data > 127)
-                throw MidiFileError ("a message breaks off before the next one starts");
+                throw ReadError ("a message breaks off before the next one starts");
             message.bytes[static_cast<std::size_t> (i)] = data;
         }
         song.messages.push_back (message);
     }
 
     ByteReader in;
-    MidiFile& song;
+    Song& song;
     std::uint64_t tick = 0;
     std::uint8_t status = 0; // running status, 0 before the first message
     bool ended = false;
 };
 
 // Bit 15 clear: ticks per quarter note. Set: minus the frames per second, then ticks per frame.
-void setDivision (MidiFile& song, std::uint32_t division)
+void setDivision (Song& song, std::uint32_t division)
 {
     if ((division & 0x8000u) == 0)
     {
         song.ticksPerQuarter = static_cast<int> (division);
         if (division == 0)
-            throw MidiFileError ("it has no ticks per quarter note");
+            throw ReadError ("it has no ticks per quarter note");
         return;
     }
     const int frameCode = 256 - static_cast<int> (division >> 8);
     const bool known = frameCode == 24 || frameCode == 25 || frameCode == 29 || frameCode == 30;
     const auto ticksPerFrame = static_cast<double> (division & 0xFFu);
     if (!known || ticksPerFrame == 0.0)
-        throw MidiFileError ("its time code is none that exists");
+        throw ReadError ("its time code is none that exists");
     const double framesPerSecond = frameCode == 29 ? 30000.0 / 1001.0 : frameCode; // 29 means drop frame
     song.ticksPerSecond = framesPerSecond * ticksPerFrame;
 }
@@ -208,18 +205,18 @@ std::span<const std::uint8_t> chunk (ByteReader& in, const std::string& name)
 {
     const std::uint32_t size = in.bigEndian (4);
     if (size > in.left ())
-        throw MidiFileError (name + " should hold " + std::to_string (size) + " bytes, but only " +
-                             std::to_string (in.left ()) + " are there");
+        throw ReadError (name + " should hold " + std::to_string (size) + " bytes, but only " +
+                         std::to_string (in.left ()) + " are there");
     return in.block (size);
 }
 
-void readTracks (ByteReader& in, std::uint32_t trackCount, MidiFile& song)
+void readTracks (ByteReader& in, std::uint32_t trackCount, Song& song)
 {
     for (std::uint32_t track = 1; track <= trackCount;)
     {
         const std::string name = "track " + std::to_string (track);
         if (in.left () < chunkHeaderBytes)
-            throw MidiFileError (name + " of " + std::to_string (trackCount) + " is missing");
+            throw ReadError (name + " of " + std::to_string (trackCount) + " is missing");
         const bool isTrack = in.take ("MTrk");
         if (!isTrack)
             in.block (4); // a chunk of another kind; the format asks readers to pass over those
@@ -240,32 +237,32 @@ void sortByTick (std::vector<Row>& rows)
 }
 }
 
-MidiFile parseMidiFile (std::span<const std::uint8_t> bytes)
+Song parse (std::span<const std::uint8_t> bytes)
 {
     ByteReader in (bytes);
     if (in.take ("RIFF"))
     {
         in.block (std::min<std::size_t> (4, in.left ())); // size, repeated in the inner chunks
         if (!in.take ("RMIDdata"))
-            throw MidiFileError ("it is not a MIDI file");
+            throw ReadError ("it is not a MIDI file");
         in.block (std::min<std::size_t> (4, in.left ()));
     }
     if (!in.take ("MThd"))
-        throw MidiFileError ("it is not a MIDI file");
+        throw ReadError ("it is not a MIDI file");
 
     const auto headerBytes = chunk (in, "the header");
     if (headerBytes.size () < headerChunkBytes)
-        throw MidiFileError ("its header is too short");
+        throw ReadError ("its header is too short");
     ByteReader header (headerBytes);
     const std::uint32_t format = header.bigEndian (2);
     const std::uint32_t trackCount = header.bigEndian (2);
     if (format > 1)
-        throw MidiFileError ("it is of format " + std::to_string (format) +
-                             ", and only 0 and 1 can be played as one song");
+        throw ReadError ("it is of format " + std::to_string (format) +
+                         ", and only 0 and 1 can be played as one song");
     if (trackCount == 0)
-        throw MidiFileError ("it has no tracks");
+        throw ReadError ("it has no tracks");
 
-    MidiFile song;
+    Song song;
     setDivision (song, header.bigEndian (2));
     readTracks (in, trackCount, song);
     sortByTick (song.messages);
@@ -274,20 +271,20 @@ MidiFile parseMidiFile (std::span<const std::uint8_t> bytes)
     return song;
 }
 
-MidiFile readMidiFile (const std::filesystem::path& file)
+Song read (const std::filesystem::path& file)
 {
     std::error_code error;
     if (!std::filesystem::exists (file, error))
-        throw MidiFileError ("there is no such file");
+        throw ReadError ("there is no such file");
     if (!std::filesystem::is_regular_file (file, error))
-        throw MidiFileError ("it is not a file");
+        throw ReadError ("it is not a file");
     if (std::filesystem::file_size (file, error) > largestFile)
-        throw MidiFileError ("it is too large for a MIDI file");
+        throw ReadError ("it is too large for a MIDI file");
 
     std::ifstream in (file, std::ios::binary);
     std::vector<char> text{ std::istreambuf_iterator<char> (in), std::istreambuf_iterator<char> () };
     if (!in)
-        throw MidiFileError ("it cannot be read");
-    return parseMidiFile ({ reinterpret_cast<const std::uint8_t*> (text.data ()), text.size () });
+        throw ReadError ("it cannot be read");
+    return parse ({ reinterpret_cast<const std::uint8_t*> (text.data ()), text.size () });
 }
 }
