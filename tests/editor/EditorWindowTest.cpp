@@ -92,9 +92,9 @@ TEST_F (EditorWindow, EveryControlShowsItsPicture)
     // The about page is not there; what it would cover is the panel.
     const panel::Rect free = { 14, 26, 150, 50 };
     const Picture now = bench.picture ();
-    const DibBitmap& background = bitmapFile (panel::panelBitmapId);
+    const Picture& background = bitmapFile (panel::panelBitmapId);
     for (int x = 0; x < free.width; ++x)
-        EXPECT_EQ (now.at (free.x + x, free.y) & 0xFFu, background.at (free.x + x, free.y).blue);
+        EXPECT_EQ (now.at (free.x + x, free.y), background.at (free.x + x, free.y));
 }
 
 TEST_F (EditorWindow, SlidersStandAtTheirValues)
@@ -422,7 +422,7 @@ TEST_F (EditorWindow, KeyboardCanBeHidden)
     EXPECT_EQ (bench.say ("rect"), "612 295");
     EXPECT_EQ (bench.say ("open").find ("error"), std::string::npos);
     EXPECT_TRUE (
-        Bench::eventually ([&] { return (bench.picture (612, 295).at (300, 290) & 0xFFFFFFu) != 0; }));
+        Bench::eventually ([&] { return bench.picture (612, 295).at (300, 290) == panel::caseColour; }));
 }
 
 TEST_F (EditorWindow, ZoomIsKept)
