@@ -35,6 +35,22 @@ PlatformBitmapPtr platformBitmap (const picture::Picture& image)
     }
     return bitmap;
 }
+
+// Views whose edges fall inside a pixel are clipped there, which would mix the picture's last pixels with what
+// lies below. Gives the clip that was set.
+CRect widenClip (CDrawContext& context)
+{
+    constexpr double fuzz = 1e-6; // of a pixel, from calculating back and forth
+    CRect before;
+    context.getClipRect (before);
+    CRect wide = before;
+    const CGraphicsTransform toPixels = context.getCurrentTransform ();
+    toPixels.transform (wide);
+    wide.inset (fuzz, fuzz).makeIntegral ();
+    toPixels.inverse ().transform (wide);
+    context.setClipRect (wide);
+    return before;
+}
 }
 
 SharedPointer<PanelBitmap> PanelBitmap::load (int resourceId)
@@ -72,6 +88,8 @@ void PanelBitmap::draw (CDrawContext* context, const CRect& rect, const CPoint& 
     provide (percent);
     const CRect placed (panel::edgeInSet (rect.left, percent), panel::edgeInSet (rect.top, percent),
                         panel::edgeInSet (rect.right, percent), panel::edgeInSet (rect.bottom, percent));
+    const CRect clip = widenClip (*context);
     CBitmap::draw (context, placed, offset, alpha);
+    context->setClipRect (clip);
 }
 }

@@ -87,13 +87,14 @@ Box frameOf (const Canvas& canvas, const Control& control)
 }
 
 // Where a position's name of a given size stands: straight outwards from its tick, as near to the knob
-// as a circle around the ticks allows.
+// as a circle around the ticks and the knob's frame, which would cover it, allow.
 Box positionBox (const Canvas& canvas, const Control& control, int position, double width, double height)
 {
     constexpr double step = 0.05;
     const double degrees = pointerDegrees (control.scale, position, tickCount (control.scale));
     const double radians = degrees * std::numbers::pi / 180;
     const double clearance = control.rect.width / 2.0 + tickReach + nameGap;
+    const double outsideFrame = control.rect.width / 2.0 + 0.5; // the rest of a pixel when it is placed
     const auto nearest = [] (double centre, double size)
     { return std::max (0.0, std::abs (centre) - size / 2); };
     double x = 0, y = 0;
@@ -103,6 +104,9 @@ Box positionBox (const Canvas& canvas, const Control& control, int position, dou
         x = std::sin (radians) * distance;
         y = -std::cos (radians) * distance;
     }
+    // The frame's corners reach further than the circle; a name in one moves up or down, where there is room.
+    if (nearest (x, width) < outsideFrame)
+        y = std::copysign (std::max (std::abs (y), outsideFrame + height / 2), y);
     const Box frame = frameOf (canvas, control);
     return { canvas.nearestEdge (frame.x + frame.width / 2 + x - width / 2),
              canvas.nearestEdge (frame.y + frame.height / 2 + y - height / 2), width, height };

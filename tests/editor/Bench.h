@@ -10,7 +10,6 @@
 #include "resources/panel/PanelLayout.h"
 #include "tests/stage/grabScreen/ScreenGrab.h"
 
-using namespace editor;
 using picture::Picture;
 
 // A program started with pipes to its input and output, killed with this object. Native systems only.
