@@ -238,15 +238,77 @@ TEST_F (Zoom, EveryStepShowsThePicturesOfItsSize)
                 return wrong <= (isNative ? 0 : pixels (612) * pixels (433) / 200);
             }))
             << wrong;
-        if (HasFailure ())
-        {
-            picture::writePng (look (), "/tmp/w/fail" + std::to_string (percent) + ".png");
-            picture::writePng (expected.picture (), "/tmp/w/want" + std::to_string (percent) + ".png");
-        }
     }
+}
 
-    // At this size the mouse finds the controls where they are.
+// The mouse finds the controls where they are, and the editor opens as large as it was left.
+TEST_F (Zoom, ControlsAreWhereTheyAreShown)
+{
+    chooseZoom (2);
+    percent = 150;
+    ASSERT_EQ (bench.callsUntil ("size"), "size 918 649;");
+    bench.say ("set 18 0.5");
+    const Rect& rect = controlOf (parameters::paramFilterFreq).rect;
+    bench.moveTo (pixels (rect.x + 3), pixels (rect.y + 3));
+    bench.mouse ("click 4");
+    EXPECT_TRUE (Bench::eventually (
+        [&] { return std::abs (bench.parameter (parameters::paramFilterFreq) - 0.52f) < 1e-4f; }));
+    bench.say ("set 30 0");
+    EXPECT_TRUE (bench.callsUntil ("size").ends_with ("size 918 442;")) << "without the keyboard";
+    bench.say ("set 30 1");
     bench.say ("close");
+    EXPECT_EQ (bench.say ("rect"), "918 649");
+}
+
+TEST_F (Zoom, AHostThatKeepsItsWindowKeepsThePanelToo)
+{
+    bench.moveTo (300, 300);
+    const Picture before = lookAnew ();
+    bench.say ("fixed");
+    chooseZoom (4);
+    // A box says so; Return ends it.
+    EXPECT_TRUE (Bench::eventually (
+        [&]
+        {
+            bench.moveTo (300, 300);
+            bench.keys ("Return");
+            return look () == before;
+        }));
+    EXPECT_EQ (bench.callsUntil ("size"), "size 1224 866;");
     EXPECT_EQ (bench.say ("rect"), "612 433");
+    if (!Bench::isWine ())
+    {
+        std::ifstream settings (std::filesystem::path (std::getenv ("XDG_CONFIG_HOME")) /
+                                "corvanex/settings");
+        const std::string stored{ std::istreambuf_iterator<char> (settings), {} };
+        EXPECT_EQ (stored.find ("EditorZoom"), std::string::npos) << stored;
+    }
+}
+
+// As long as names can be, and as wide: it stays clear of the sign that a list opens.
+TEST_F (Zoom, TheLongestNameFitsItsDisplay)
+{
+    const Rect& display = panel::programDisplayRect;
+    const auto columnHas = [&] (const Picture& picture, int x, auto&& test)
+    {
+        for (int y = display.y; y < display.bottom (); ++y)
+        {
+            if (test (picture.at (x, y)))
+                return true;
+        }
+        return false;
+    };
+    const auto isInk = [] (const picture::Colour& colour) { return colour != panel::glassColour; };
+    bench.say ("rename WWWWWWWWWWWWWWWWWWWWWWWW");
+    bench.say ("program 1");
+    bench.say ("program 0");
+    const int nameEnd = display.right () - 26, signStart = display.right () - 18;
+    EXPECT_TRUE (Bench::eventually (
+        [&]
+        {
+            const Picture now = lookAnew ();
+            return columnHas (now, nameEnd - 3, isInk) && !columnHas (now, nameEnd + 2, isInk) &&
+                   !columnHas (now, signStart - 1, isInk) && columnHas (now, signStart + 5, isInk);
+        }));
 }
 }
