@@ -38,7 +38,7 @@ void SmallButton::drawSign (CDrawContext* context) const
     if (sign == Sign::menu)
     {
         context->setFillColor (toColour (panel::letterColour));
-        context->setDrawMode (kAntiAliasing | kNonIntegralMode);
+        context->setDrawMode (kAliasing); // on whole pixels
         for (const double offset : { -barPitch, 0.0, barPitch })
         {
             const CRect bar (middle.x - barHalfWidth, middle.y + offset - 1.0, middle.x + barHalfWidth,
