@@ -6,21 +6,31 @@ namespace editor
 {
 using namespace VSTGUI;
 
-CAboutPage::CAboutPage (const CRect& size, IControlListener* viewListener, std::int32_t viewTag,
-                        CBitmap* picture, const CRect& versionRect, CFontDesc* versionFont)
-    : CControl (size, viewListener, viewTag, picture),
-      textRect (versionRect),
+namespace
+{
+constexpr std::uint8_t shadeOpacity = 215; // of 255
+}
+
+CAboutPage::CAboutPage (const Places& where, IControlListener* viewListener, std::int32_t viewTag,
+                        CBitmap* picture, CFontDesc* versionFont)
+    : CControl (where.all, viewListener, viewTag, picture),
+      places (where),
       font (versionFont)
 {
+    setTransparency (true); // the panel shows through the shade
 }
 
 void CAboutPage::draw (CDrawContext* context)
 {
+    CColor shade = toColour (panel::caseColour);
+    shade.alpha = shadeOpacity;
+    context->setFillColor (shade);
+    context->drawRect (getViewSize (), kDrawFilled);
     if (getDrawBackground () != nullptr)
-        getDrawBackground ()->draw (context, getViewSize ());
+        getDrawBackground ()->draw (context, places.picture);
     context->setFont (font);
     context->setFontColor (toColour (panel::letterColour));
-    context->drawString (versionText, textRect, kLeftText);
+    context->drawString (versionText, places.version, kLeftText);
     setDirty (false);
 }
 

@@ -4,15 +4,20 @@
 
 namespace editor
 {
-// A picture over the panel with the version on it. A click anywhere on it asks the listener to take it away:
-// its tag and value are that command.
+// Covers the panel: a picture with the version on it, and shade around it. A click anywhere asks the listener
+// to take it away: its tag and value are that command.
 class CAboutPage : public VSTGUI::CControl
 {
 public:
     static constexpr const char* versionText = "Version 1.43";
 
-    CAboutPage (const VSTGUI::CRect& size, VSTGUI::IControlListener* listener, std::int32_t tag,
-                VSTGUI::CBitmap* picture, const VSTGUI::CRect& versionRect, VSTGUI::CFontDesc* versionFont);
+    struct Places
+    {
+        VSTGUI::CRect all, picture, version;
+    };
+
+    CAboutPage (const Places& where, VSTGUI::IControlListener* listener, std::int32_t tag,
+                VSTGUI::CBitmap* picture, VSTGUI::CFontDesc* versionFont);
 
     void draw (VSTGUI::CDrawContext* context) override;
     void onMouseDownEvent (VSTGUI::MouseDownEvent& event) override;
@@ -20,7 +25,7 @@ public:
     CLASS_METHODS_NOCOPY (CAboutPage, CControl)
 
 private:
-    VSTGUI::CRect textRect;
+    Places places;
     VSTGUI::SharedPointer<VSTGUI::CFontDesc> font;
 };
 }

@@ -1,6 +1,7 @@
 #include "editor/MenuTable.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <iterator>
 
@@ -15,7 +16,7 @@ constexpr const char* randomEntries[] = { "Bass Sounds", "Pad Sounds",  "Lead So
                                           "FX Sounds",   menuSeparator, "Use Keys (1234)" };
 // The parameter is inverted: its 0.0 means on, so "On" comes first.
 constexpr const char* onOffEntries[] = { "On", "Off" };
-constexpr const char* zoomEntries[] = { "100 %", "150 %", "200 %" };
+constexpr const char* zoomEntries[] = { "100 %", "125 %", "150 %", "175 %", "200 %", "250 %", "300 %" };
 static_assert (std::size (zoomEntries) == std::size (zoomPercents));
 
 constexpr MenuTable tables[] = {
@@ -58,6 +59,15 @@ int zoomEntryOf (std::uint32_t percent)
 {
     const auto* found = std::ranges::find (zoomPercents, static_cast<int> (percent));
     return found == std::end (zoomPercents) ? 0 : static_cast<int> (found - std::begin (zoomPercents));
+}
+
+int zoomEntryFitting (double screenScale)
+{
+    if (screenScale <= 1.0)
+        return -1;
+    const auto distance = [screenScale] (int percent) { return std::abs (percent - screenScale * 100.0); };
+    return static_cast<int> (std::ranges::min_element (zoomPercents, {}, distance) -
+                             std::begin (zoomPercents));
 }
 
 std::vector<ProgramGroup> programGroups ()

@@ -33,10 +33,15 @@ const MenuTable& menuTable (std::int32_t tag); // `tag` must be in the table
 inline constexpr int useNumberKeysEntry = 5;
 
 // Entries of the zoom menu, in percent.
-inline constexpr int zoomPercents[] = { 100, 150, 200 };
+inline constexpr int zoomPercents[] = { 100, 125, 150, 175, 200, 250, 300 };
 
 // A stored zoom as an entry of that menu; 0 for unknown ones.
 int zoomEntryOf (std::uint32_t percent);
+
+// The entry that comes nearest to what the system enlarges everything by; -1 where it enlarges nothing. The
+// menu marks it with these words.
+int zoomEntryFitting (double screenScale);
+inline constexpr const char* fittingZoomMark = " (fits this screen)";
 
 // The programs of one kind, in the order of their numbers.
 struct ProgramGroup

@@ -2,9 +2,11 @@
 
 #include <chrono>
 
+#include "editor/Colours.h"
 #include "editor/MenuTable.h"
 #include "editor/ValueText.h"
 #include "platform/EditorWindow.h"
+#include "platform/MessageBox.h"
 
 namespace editor
 {
@@ -85,7 +87,7 @@ bool Panel::open (void* parentWindow)
     updateRect ();
     mailbox.open (); // before anything is read, so that no change falls between
     frame = new CFrame (CRect (0, 0, panel::panelRect.width, panelHeight ()), this);
-    frame->setBackground (background);
+    frame->setBackgroundColor (toColour (panel::caseColour)); // for the rest of a pixel beside the panel
     knobMode = kLinearMode;
     buildPanel ();
     makeAboutPage ();
@@ -147,6 +149,8 @@ void Panel::idle ()
 
 bool Panel::onKeyDown (std::int32_t character)
 {
+    if (!closed && aboutShown && character == escapeCharacter)
+        removeAboutPage ();
     if (!closed && randomChoice == useNumberKeysEntry)
         makeRandomSound (categoryOfKey (character));
     return true;
@@ -172,6 +176,12 @@ bool Panel::setKnobMode (std::int32_t mode)
 
 void Panel::onKeyboardEvent (KeyboardEvent& event, CFrame* /*owner*/)
 {
+    if (event.type == EventType::KeyDown && aboutShown && event.virt == VirtualKey::Escape)
+    {
+        removeAboutPage ();
+        event.consumed = true;
+        return;
+    }
     const std::int32_t category = categoryOfKey (static_cast<std::int32_t> (event.character));
     if (event.type != EventType::KeyDown || randomChoice != useNumberKeysEntry || category < 0)
         return;
@@ -418,7 +428,7 @@ void Panel::setKeyboardShown (bool shown)
     else
         frame->removeView (keyboard);
     updateRect (); // first, for the host may ask while it resizes
-    frame->setSize (shownSize.width, shownSize.height);
+    frame->setSize (panel::panelRect.width * frame->getZoom (), panelHeight () * frame->getZoom ());
     frame->invalid ();
 }
 
@@ -431,6 +441,7 @@ void Panel::setZoomEntry (int entry)
     {
         zoomChoice = before;
         updateRect ();
+        platform::showMessage ("This host keeps the size of its windows.", "Warning!", platform::Buttons::ok);
         return;
     }
     synth.settings ().write (settingsKey, zoomName, static_cast<std::uint32_t> (zoomPercents[entry]));

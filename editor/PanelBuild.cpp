@@ -19,18 +19,17 @@ constexpr double helpFontSize = 11.0;
 constexpr float sliderWheelShare = 0.02f; // of the travel, for one notch
 constexpr float fineDragFactor = 10.0f;   // shift makes a drag this much longer
 
-// Under everything else: a right click that meets no control opens the main menu.
+// Under everything else: the background, and where a right click meets no control it opens the main menu. A
+// view, for the toolkit does not scale the background of a frame with the frame's zoom.
 class EmptyPanel : public CView
 {
 public:
-    EmptyPanel (const CRect& size, std::function<void (const CPoint&)> onRightClick)
+    EmptyPanel (const CRect& size, CBitmap* picture, std::function<void (const CPoint&)> onRightClick)
         : CView (size),
           rightClick (std::move (onRightClick))
     {
-        setTransparency (true);
+        setBackground (picture);
     }
-
-    void draw (CDrawContext* /*context*/) override { setDirty (false); }
 
     void onMouseDownEvent (MouseDownEvent& event) override
     {
@@ -48,8 +47,8 @@ private:
 
 void Panel::buildPanel ()
 {
-    frame->addView (
-        new EmptyPanel (toRect (panel::panelRect), [this] (const CPoint& where) { openMainMenu (where); }));
+    frame->addView (new EmptyPanel (toRect (panel::panelRect), background,
+                                    [this] (const CPoint& where) { openMainMenu (where); }));
     for (const panel::Control& control : panel::controls ())
     {
         const panel::Rect& r = control.rect;
@@ -211,8 +210,10 @@ void Panel::addProgramControls ()
 
 void Panel::makeAboutPage ()
 {
-    aboutPage = makeOwned<CAboutPage> (toRect (panel::aboutRect), this, commandRemoveAbout, aboutPicture,
-                                       toRect (panel::aboutVersionRect), toolkit->font (aboutFontSize));
+    const CAboutPage::Places places = { toRect (panel::panelRect), toRect (panel::aboutRect),
+                                        toRect (panel::aboutVersionRect) };
+    aboutPage =
+        makeOwned<CAboutPage> (places, this, commandRemoveAbout, aboutPicture, toolkit->font (aboutFontSize));
 }
 
 std::string Panel::helpFor (CView* view)

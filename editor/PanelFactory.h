@@ -8,6 +8,8 @@
 
 namespace editor
 {
+inline constexpr std::int32_t escapeCharacter = 27; // what the Escape key types
+
 // The panel as the plug-in formats drive it, and as the instrument tells it news. User-interface thread only,
 // but for the news (see EditorLink).
 class HostedPanel : public instrument::EditorLink

@@ -18,7 +18,8 @@ public:
     virtual void beginEdit (std::int32_t index) = 0;
     virtual void endEdit (std::int32_t index) = 0;
 
-    // Asks for a window of this size in pixels; false when the host refuses.
+    // Asks for a window of this size in pixels, whatever the host claims to be able to; false when it
+    // refuses, for then a larger panel would be cut off.
     virtual bool resize (int width, int height) = 0;
 
     // Program or names changed: the host shall show them anew.

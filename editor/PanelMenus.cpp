@@ -37,6 +37,11 @@ SharedPointer<COptionMenu> Panel::makeMenu (std::int32_t tag)
             menu->addEntry (entry);
     }
     menu->checkEntry (currentEntry (tag), true);
+    if (tag == zoomMenuTag)
+    {
+        if (auto* fitting = menu->getEntry (zoomEntryFitting (platform::screenScale (*frame))))
+            fitting->setTitle (fitting->getTitle () + fittingZoomMark);
+    }
     return menu;
 }
 

@@ -7,7 +7,8 @@
 
 namespace editor
 {
-// Shows the current program's number and name. A click asks for the program menu, the wheel steps.
+// Shows the current program's number and name, and a sign that a list opens. A click asks for the program
+// menu, the wheel steps.
 class ProgramDisplay : public VSTGUI::CView
 {
 public:
@@ -27,6 +28,8 @@ public:
     void onMouseWheelEvent (VSTGUI::MouseWheelEvent& event) override;
 
 private:
+    void drawFitting (VSTGUI::CDrawContext* context, const VSTGUI::CRect& rect) const;
+
     VSTGUI::SharedPointer<VSTGUI::CFontDesc> font;
     Actions actions;
     std::string text;

@@ -1,5 +1,6 @@
 #include "editor/SmallButton.h"
 
+#include "editor/Arrow.h"
 #include "editor/Colours.h"
 
 namespace editor
@@ -29,16 +30,15 @@ void SmallButton::draw (CDrawContext* context)
 void SmallButton::drawSign (CDrawContext* context) const
 {
     // Pixels from the button's middle; a pressed button's sign sinks with it.
-    constexpr double halfHeight = 4.0;
-    constexpr double halfWidth = 3.0;
     constexpr double barHalfWidth = 5.0;
     constexpr double barPitch = 4.0;
     CPoint middle = getViewSize ().getCenter ();
     middle.y += pressed ? 1.0 : 0.0;
 
-    context->setFillColor (toColour (panel::letterColour));
     if (sign == Sign::menu)
     {
+        context->setFillColor (toColour (panel::letterColour));
+        context->setDrawMode (kAliasing); // on whole pixels
         for (const double offset : { -barPitch, 0.0, barPitch })
         {
             const CRect bar (middle.x - barHalfWidth, middle.y + offset - 1.0, middle.x + barHalfWidth,
@@ -47,13 +47,8 @@ void SmallButton::drawSign (CDrawContext* context) const
         }
         return;
     }
-    const double tip = sign == Sign::left ? -halfWidth : halfWidth;
-    context->setDrawMode (kAntiAliasing);
-    const CDrawContext::PointList triangle = { { middle.x + tip, middle.y },
-                                               { middle.x - tip, middle.y - halfHeight },
-                                               { middle.x - tip, middle.y + halfHeight },
-                                               { middle.x + tip, middle.y } };
-    context->drawPolygon (triangle, kDrawFilled);
+    drawArrow (context, middle, sign == Sign::left ? Arrow::left : Arrow::right,
+               toColour (panel::letterColour));
 }
 
 void SmallButton::onMouseDownEvent (MouseDownEvent& event)

@@ -4,11 +4,9 @@
 #include <mutex>
 #include <string_view>
 
-#include "editor/DibBitmap.h"
+#include "editor/PanelBitmap.h"
 #include "platform/EditorWindow.h"
-#include "platform/Resources.h"
 #include "resources/panel/PanelLayout.h"
-#include <vstgui/lib/platform/iplatformbitmap.h>
 #include <vstgui/lib/platform/platformfactory.h>
 
 namespace editor
@@ -33,34 +31,6 @@ const char* existingFamily ()
             return !found;
         });
     return found ? panel::fontFamily : panel::fontFamilyFallback;
-}
-
-SharedPointer<CBitmap> makeBitmap (const DibBitmap& image)
-{
-    auto bitmap = makeOwned<CBitmap> (CPoint (image.width, image.height));
-    const auto& platformBitmap = bitmap->getPlatformBitmap ();
-    if (!platformBitmap)
-        return nullptr;
-    auto pixels = platformBitmap->lockPixels (true);
-    if (!pixels)
-        return nullptr;
-
-    // The order of the bytes in memory differs between the systems.
-    const auto format = pixels->getPixelFormat ();
-    const bool blueFirst = format == IPlatformBitmapPixelAccess::kBGRA;
-    for (int y = 0; y < image.height; ++y)
-    {
-        auto* out = pixels->getAddress () + static_cast<std::size_t> (y) * pixels->getBytesPerRow ();
-        for (int x = 0; x < image.width; ++x, out += 4)
-        {
-            const DibBitmap::Pixel& pixel = image.at (x, y);
-            out[0] = blueFirst ? pixel.blue : pixel.red;
-            out[1] = pixel.green;
-            out[2] = blueFirst ? pixel.red : pixel.blue;
-            out[3] = 255;
-        }
-    }
-    return bitmap;
 }
 
 // A double click or ctrl-click sets a knob or slider back.
@@ -107,11 +77,7 @@ SharedPointer<CBitmap> Toolkit::bitmap (int resourceId)
     if (known != cache->bitmaps.end ())
         return known->second;
 
-    SharedPointer<CBitmap> loaded;
-    if (const auto image = DibBitmap::read (platform::findResource ("BITMAP", resourceId)))
-        loaded = makeBitmap (*image);
-    cache->bitmaps.emplace (resourceId, loaded);
-    return loaded;
+    return cache->bitmaps.emplace (resourceId, PanelBitmap::load (resourceId)).first->second;
 }
 
 void Toolkit::releaseBitmaps ()

@@ -19,6 +19,10 @@ bool openFrame (VSTGUI::CFrame& frame, void* parentWindow);
 // Takes the frame's window away and gives up the caller's reference to the frame.
 void closeFrame (VSTGUI::CFrame& frame);
 
+// What the system enlarges everything by on the screen that shows the frame, or wants programs to: 1.0 where
+// it says nothing. The frame must be open.
+double screenScale (VSTGUI::CFrame& frame);
+
 // Whether a window keeps the rest of its picture while a part of it is drawn anew.
 bool windowsKeepTheirPicture ();
 

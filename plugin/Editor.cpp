@@ -7,6 +7,11 @@ EditorFactory editorFactory ()
     return [] (VstSynth& synth) -> std::unique_ptr<AEffEditor> { return std::make_unique<Editor> (synth); };
 }
 
+namespace
+{
+constexpr unsigned char virtualEscape = 6; // as VstKeyCode numbers keys
+}
+
 Editor::Editor (VstSynth& owner)
     : AEffGUIEditor (static_cast<AudioEffect*> (&owner)),
       synth (owner),
@@ -45,7 +50,7 @@ void Editor::idle ()
 
 bool Editor::onKeyDown (VstKeyCode& keyCode)
 {
-    return panel->onKeyDown (keyCode.character);
+    return panel->onKeyDown (keyCode.virt == virtualEscape ? editor::escapeCharacter : keyCode.character);
 }
 
 bool Editor::onWheel (float distance)
@@ -75,7 +80,7 @@ void Editor::endEdit (std::int32_t index)
 
 bool Editor::resize (int width, int height)
 {
-    return beforeSizeChange (VSTGUI::CRect (0, 0, width, height), {});
+    return synth.sizeWindow (width, height);
 }
 
 void Editor::updateDisplay ()

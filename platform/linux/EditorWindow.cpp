@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include <vstgui/lib/cframe.h>
@@ -180,6 +182,28 @@ void closeFrame (CFrame& frame)
         xcb_flush (connection);
     }
     frame.close ();
+}
+
+// Desktops put the dots per inch for all programs into the display's resources: "Xft.dpi:	144".
+double screenScale (CFrame& /*frame*/)
+{
+    constexpr double plainDotsPerInch = 96.0;
+    constexpr std::string_view name = "Xft.dpi:";
+    constexpr std::uint32_t mostWords = 1 << 14;
+    xcb_connection_t* connection = X11::RunLoop::instance ().getXcbConnection ();
+    const xcb_window_t root = xcb_setup_roots_iterator (xcb_get_setup (connection)).data->root;
+    const auto request =
+        xcb_get_property (connection, 0, root, XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, 0, mostWords);
+    xcb_get_property_reply_t* reply = xcb_get_property_reply (connection, request, nullptr);
+    if (reply == nullptr)
+        return 1.0;
+    const std::string resources (static_cast<const char*> (xcb_get_property_value (reply)),
+                                 static_cast<std::size_t> (xcb_get_property_value_length (reply)));
+    std::free (reply);
+    const auto line = resources.find (name);
+    const double dotsPerInch =
+        line == std::string::npos ? 0.0 : std::strtod (resources.c_str () + line + name.size (), nullptr);
+    return dotsPerInch > 0.0 ? dotsPerInch / plainDotsPerInch : 1.0;
 }
 
 bool windowsKeepTheirPicture ()

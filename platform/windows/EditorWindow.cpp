@@ -2,6 +2,7 @@
 
 #include "platform/windows/OwnModule.h"
 #include <vstgui/lib/cframe.h>
+#include <vstgui/lib/platform/iplatformframe.h>
 #include <vstgui/lib/vstguiinit.h>
 
 namespace platform
@@ -24,6 +25,14 @@ bool openFrame (VSTGUI::CFrame& frame, void* parentWindow)
 void closeFrame (VSTGUI::CFrame& frame)
 {
     frame.close ();
+}
+
+// To a host that leaves the enlarging to the system, this says 1.
+double screenScale (VSTGUI::CFrame& frame)
+{
+    const auto window = static_cast<HWND> (frame.getPlatformFrame ()->getPlatformRepresentation ());
+    const UINT dotsPerInch = GetDpiForWindow (window);
+    return dotsPerInch == 0 ? 1.0 : dotsPerInch / static_cast<double> (USER_DEFAULT_SCREEN_DPI);
 }
 
 // Wine's Direct2D windows may lose the rest of their picture when a part is drawn.

@@ -6,8 +6,6 @@
 
 namespace panel
 {
-using namespace panel;
-
 namespace
 {
 constexpr Colour nightSky{ 0x0f, 0x1b, 0x21 };
@@ -61,9 +59,9 @@ void drawSky (Canvas& canvas)
 
 // Dawn over a valley whose ranges are the waves of the instrument: saws far off, then sines, then a
 // pulse train in front.
-Image drawAbout ()
+Picture drawAbout (double scale)
 {
-    Canvas canvas (aboutRect.width, aboutRect.height, nightSky);
+    Canvas canvas (aboutRect.width, aboutRect.height, nightSky, scale);
     drawSky (canvas);
 
     const auto distance = [] (double amount) { return mix (nearHill, farHill, amount); };
@@ -78,16 +76,17 @@ Image drawAbout ()
                { return 214 + 6 * sine (x / 612 + 0.2) - (x > 330 ? 9 * pulse (x / 24, 0.35) : 0); });
 
     const TextStyle name{ fontFamily, true, 34, -1, letterColour };
-    const TextStyle line{ fontFamily, false, 8, 0.4, letterColour };
-    canvas.text ("Brimvale", 42, 40, Align::left, name);
-    canvas.text ("Two-oscillator subtractive synthesizer", 42, 90, Align::left, line);
+    const TextStyle plain{ fontFamily, false, 8, 0.4, letterColour };
+    drawText (canvas, "Brimvale", 42, 40, Align::left, name);
+    drawText (canvas, "Two-oscillator subtractive synthesizer", 42, 90, Align::left, plain);
 
-    canvas.text ("Click to close", aboutRect.width - 40, aboutVersionRect.y - aboutRect.y + 4, Align::right,
-                 line);
+    drawText (canvas, "Click or Escape closes", aboutRect.width - 40, aboutVersionRect.y - aboutRect.y + 4,
+              Align::right, plain);
 
     canvas.setColour (mix (plateColour, letterColour, 0.3));
-    cairo_set_line_width (canvas.context (), 1);
-    cairo_rectangle (canvas.context (), 0.5, 0.5, aboutRect.width - 1, aboutRect.height - 1);
+    const double line = canvas.nearestEdge (1);
+    cairo_set_line_width (canvas.context (), line);
+    cairo_rectangle (canvas.context (), line / 2, line / 2, aboutRect.width - line, aboutRect.height - line);
     cairo_stroke (canvas.context ());
     return canvas.image ();
 }

@@ -7,8 +7,6 @@
 
 namespace panel
 {
-using namespace panel;
-
 namespace
 {
 constexpr double plateRadius = 4;
@@ -75,11 +73,12 @@ void drawPlate (Canvas& canvas, const Plate& plate)
     cairo_restore (cr);
 }
 
-PrintedText printed (std::string_view text, double x, double capTop, Align align, const TextStyle& style)
+PrintedText printed (const Canvas& canvas, std::string_view text, double x, double capTop, Align align,
+                     const TextStyle& style)
 {
-    const double width = textWidth (text, style);
+    const double width = textWidth (canvas, text, style);
     const double left = align == Align::left ? x : align == Align::right ? x - width : x - width / 2;
-    return { std::string (text), { std::round (left), capTop, width, style.capHeight }, &style };
+    return { std::string (text), { canvas.nearestEdge (left), capTop, width, style.capHeight }, &style };
 }
 
 void drawSliderGroove (Canvas& canvas, const Control& control)
@@ -87,11 +86,9 @@ void drawSliderGroove (Canvas& canvas, const Control& control)
     const Rect& rect = control.rect;
     const double middle = rect.y + rect.height / 2.0;
     canvas.setColour (mix (plateColour, highlightColour, 0.14));
-    canvas.roundedRect (rect.x, middle - 0.5, rect.width, 3, 1.5);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (rect.x, middle - 0.5, rect.width, 3, 1.5);
     canvas.setColour (shadowColour);
-    canvas.roundedRect (rect.x, middle - 1.5, rect.width, 3, 1.5);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (rect.x, middle - 1.5, rect.width, 3, 1.5);
 }
 
 // Eleven ticks below the upper slider serve both.
@@ -112,11 +109,9 @@ void drawSliderTicks (Canvas& canvas)
 void drawGlass (Canvas& canvas, const Rect& rect)
 {
     canvas.setColour (mix (plateColour, highlightColour, 0.18));
-    canvas.roundedRect (rect.x - 2, rect.y - 1, rect.width + 4, rect.height + 4, 3);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (rect.x - 2, rect.y - 1, rect.width + 4, rect.height + 4, 3);
     canvas.setColour (shadowColour);
-    canvas.roundedRect (rect.x - 2, rect.y - 2, rect.width + 4, rect.height + 4, 3);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (rect.x - 2, rect.y - 2, rect.width + 4, rect.height + 4, 3);
     canvas.fillRect (rect.x, rect.y, rect.width, rect.height, glassColour);
 }
 
@@ -124,8 +119,7 @@ void drawKeyBed (Canvas& canvas, const Control& keyboard)
 {
     const Rect& keys = keyboard.rect;
     canvas.setColour (shadowColour);
-    canvas.roundedRect (keys.x - 7, keys.y - 6, keys.width + 7, keys.height + 13, 3);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (keys.x - 7, keys.y - 6, keys.width + 7, keys.height + 13, 3);
     canvas.fillRect (keys.x, keys.y - 4, whiteKeyCount * findBitmap (whiteKeyUpId)->width, 2, accentColour);
 }
 
@@ -172,39 +166,39 @@ void drawBadge (Canvas& canvas, double x, double y)
 }
 }
 
-std::vector<PrintedText> printedTexts ()
+std::vector<PrintedText> printedTexts (const Canvas& canvas)
 {
-    std::vector<PrintedText> texts{ printed ("Brimvale", logoX, 25, Align::left, logoStyle),
-                                    printed ("SUBTRACTIVE SYNTHESIZER", logoX, 74, Align::left,
+    std::vector<PrintedText> texts{ printed (canvas, "Brimvale", logoX, 25, Align::left, logoStyle),
+                                    printed (canvas, "SUBTRACTIVE SYNTHESIZER", logoX, 74, Align::left,
                                              subtitleStyle) };
     for (const Control& control : controls ())
     {
-        int top = control.rect.bottom () + labelGap;
+        int top = labelTop (control);
         for (const char* line : { control.label, control.secondLabel })
         {
             if (line != nullptr)
-                texts.push_back (printed (line, control.centreX (), top, Align::centre, labelStyle));
+                texts.push_back (printed (canvas, line, control.centreX (), top, Align::centre, labelStyle));
             top += labelLinePitch;
         }
-        std::ranges::move (printedPositionNames (control), std::back_inserter (texts));
+        std::ranges::move (printedPositionNames (canvas, control), std::back_inserter (texts));
     }
     for (const Label& label : labels ())
     {
-        texts.push_back (printed (label.text, label.x, label.capTop, label.align,
+        texts.push_back (printed (canvas, label.text, label.x, label.capTop, label.align,
                                   label.style == LabelStyle::section ? titleStyle : labelStyle));
     }
     return texts;
 }
 
-Image drawBackground ()
+Picture drawBackground (double scale)
 {
-    Canvas canvas (panelRect.width, panelRect.height, caseColour);
+    Canvas canvas (panelRect.width, panelRect.height, caseColour, scale);
     for (const Plate& plate : plates)
         drawPlate (canvas, plate);
     drawSliderTicks (canvas);
     for (const Control& control : controls ())
     {
-        drawTicks (canvas, control.scale, control.centreX (), control.centreY (), control.rect.width);
+        drawTicks (canvas, control.scale, control.rect.x, control.rect.y, control.rect.width);
         drawPositionDrawings (canvas, control);
         if (control.kind == ControlKind::slider)
         {
@@ -222,8 +216,8 @@ Image drawBackground ()
     drawGlass (canvas, programDisplayRect);
     drawHorizon (canvas);
     drawBadge (canvas, 572, 249);
-    for (const PrintedText& text : printedTexts ())
-        canvas.text (text.text, text.box.x, text.box.y, Align::left, *text.style);
+    for (const PrintedText& text : printedTexts (canvas))
+        drawText (canvas, text.text, text.box.x, text.box.y, Align::left, *text.style);
     return canvas.image ();
 }
 }

@@ -8,7 +8,8 @@
 
 namespace panel
 {
-using panel::Colour;
+using picture::Colour;
+using picture::Picture;
 
 namespace
 {
@@ -102,7 +103,7 @@ Colour mean (const Box& box)
 }
 
 // Median cut: the box with the widest channel is halved there until there are enough boxes.
-std::vector<Colour> reducedPalette (const Image& image, Colour keptColour)
+std::vector<Colour> reducedPalette (const Picture& image, Colour keptColour)
 {
     std::map<std::uint32_t, WeightedColour> histogram;
     for (const Colour& pixel : image.pixels)
@@ -153,17 +154,9 @@ std::size_t nearestIndex (const std::vector<Colour>& palette, Colour colour)
     };
     return static_cast<std::size_t> (std::ranges::min_element (palette, {}, distance) - palette.begin ());
 }
-
-std::uint32_t readU32 (std::span<const std::uint8_t> file, std::size_t at)
-{
-    if (at + 4 > file.size ())
-        throw std::runtime_error ("bitmap file is cut short");
-    return static_cast<std::uint32_t> (file[at]) | static_cast<std::uint32_t> (file[at + 1]) << 8 |
-           static_cast<std::uint32_t> (file[at + 2]) << 16 | static_cast<std::uint32_t> (file[at + 3]) << 24;
-}
 }
 
-std::vector<std::uint8_t> encodeBmp (const Image& image, int bitsPerPixel, Colour keptColour)
+std::vector<std::uint8_t> encodeBmp (const Picture& image, int bitsPerPixel, Colour keptColour)
 {
     if (bitsPerPixel != 8 && bitsPerPixel != 24 && bitsPerPixel != 32)
         throw std::runtime_error ("bitmaps have 8, 24 or 32 bits per pixel");
@@ -220,41 +213,5 @@ std::vector<std::uint8_t> encodeBmp (const Image& image, int bitsPerPixel, Colou
         out.bytes.resize (rowStart + bytesPerRow, 0);
     }
     return std::move (out.bytes);
-}
-
-BmpFormat readBmpFormat (std::span<const std::uint8_t> file)
-{
-    if (file.size () < fileHeaderBytes + infoHeaderBytes || file[0] != 'B' || file[1] != 'M' ||
-        readU32 (file, 14) != infoHeaderBytes)
-        throw std::runtime_error ("not a bitmap file with a 40-byte header");
-    if (readU32 (file, 30) != 0)
-        throw std::runtime_error ("bitmap file is compressed");
-    return { static_cast<int> (readU32 (file, 18)), static_cast<int> (readU32 (file, 22)),
-             static_cast<int> (readU32 (file, 26) >> 16) };
-}
-
-Image decodeBmp (std::span<const std::uint8_t> file)
-{
-    const BmpFormat format = readBmpFormat (file);
-    const std::size_t offset = readU32 (file, 10);
-    const std::size_t bytesPerRow = rowBytes (format.width, format.bitsPerPixel);
-    if (format.width <= 0 || format.height <= 0 ||
-        offset + bytesPerRow * static_cast<std::size_t> (format.height) > file.size ())
-        throw std::runtime_error ("bitmap file is cut short");
-
-    const auto bytesPerPixel = static_cast<std::size_t> (format.bitsPerPixel / 8);
-    Image image{ format.width, format.height, {} };
-    for (int y = 0; y < format.height; ++y)
-    {
-        for (int x = 0; x < format.width; ++x)
-        {
-            std::size_t at = offset + static_cast<std::size_t> (format.height - 1 - y) * bytesPerRow +
-                             static_cast<std::size_t> (x) * bytesPerPixel;
-            if (bytesPerPixel == 1)
-                at = fileHeaderBytes + infoHeaderBytes + file[at] * std::size_t{ 4 };
-            image.pixels.push_back ({ file[at + 2], file[at + 1], file[at] });
-        }
-    }
-    return image;
 }
 }

@@ -6,8 +6,6 @@
 
 namespace panel
 {
-using namespace panel;
-
 namespace
 {
 constexpr Colour ivory{ 0xf0, 0xeb, 0xdf };
@@ -76,7 +74,7 @@ void drawKnobStrip (Canvas& canvas, const Bitmap& bitmap)
         cairo_rectangle (canvas.context (), 0, frame * bitmap.frameHeight (), bitmap.width,
                          bitmap.frameHeight ());
         cairo_clip (canvas.context ());
-        drawTicks (canvas, scale, centre.x, centre.y, bitmap.width);
+        drawTicks (canvas, scale, 0, frame * bitmap.frameHeight (), bitmap.width);
         drawKnob (canvas, centre, bitmap.width / 2.0 - 1.8, pointerDegrees (scale, frame, bitmap.frames));
         cairo_restore (canvas.context ());
     }
@@ -88,8 +86,7 @@ void drawSwitch (Canvas& canvas, int y, bool on)
 {
     constexpr int width = 31, height = 6, gripWidth = 12;
     canvas.setColour (on ? accentColour : shadowColour);
-    canvas.roundedRect (0, y, width, height, 2);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (0, y, width, height, 2);
     const int gripX = on ? width - gripWidth - 1 : 1;
     canvas.fillRect (gripX, y + 1, gripWidth, height - 2, on ? ivory : scaleColour);
     for (int groove = 0; groove < 3; ++groove)
@@ -119,17 +116,14 @@ void drawSmallButton (Canvas& canvas, int y, bool pressed)
 {
     constexpr int size = 20;
     canvas.setColour (shadowColour);
-    canvas.roundedRect (0, y, size, size, 3.5);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (0, y, size, size, 3.5);
     const double drop = pressed ? 1 : 0;
     canvas.setColour (pressed ? mix (plateColour, shadowColour, 0.35)
                               : mix (plateColour, highlightColour, 0.34));
-    canvas.roundedRect (1, y + 1 + drop, size - 2, size - 3, 2.5);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (1, y + 1 + drop, size - 2, size - 3, 2.5);
     canvas.setColour (pressed ? mix (plateColour, shadowColour, 0.15)
                               : mix (plateColour, highlightColour, 0.14));
-    canvas.roundedRect (1, y + 2 + drop, size - 2, size - 4, 2.5);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (1, y + 2 + drop, size - 2, size - 4, 2.5);
 }
 
 // Shows a sounding key.
@@ -137,8 +131,7 @@ void drawKeyMark (Canvas& canvas, double centreX, double centreY, double length)
 {
     constexpr double thickness = 5;
     canvas.setColour (accentColour);
-    canvas.roundedRect (centreX - length / 2, centreY - thickness / 2, length, thickness, thickness / 2);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (centreX - length / 2, centreY - thickness / 2, length, thickness, thickness / 2);
 }
 
 // A white key leaves one dark column at its right, the gap to its neighbour. Pressed, it sinks: its
@@ -151,11 +144,9 @@ void drawWhiteKey (Canvas& canvas, bool down)
     const int frontHeight = down ? 2 : 6;
     canvas.fillRect (0, 0, width, height, shadowColour);
     canvas.setColour (front);
-    canvas.roundedRect (0, -6, body, height + 5, 2.5);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (0, -6, body, height + 5, 2.5);
     canvas.setColour (top);
-    canvas.roundedRect (0, -6, body, height + 5 - frontHeight, 2.5);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (0, -6, body, height + 5 - frontHeight, 2.5);
     canvas.fillRect (0, 0, 1, height - frontHeight - 4, highlightColour, down ? 0.15 : 0.6);
     canvas.fillRect (body - 1, 0, 1, height - frontHeight - 4, caseColour, 0.15);
     const int shadowRows = down ? 9 : 5;
@@ -171,20 +162,18 @@ void drawBlackKey (Canvas& canvas, bool down)
     const int frontHeight = down ? 3 : 8;
     canvas.fillRect (0, 0, width, height, shadowColour);
     canvas.setColour (mix (plateColour, highlightColour, down ? 0.02 : 0.08));
-    canvas.roundedRect (1, -4, width - 2, height + 3, 2);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (1, -4, width - 2, height + 3, 2);
     canvas.setColour (mix (plateColour, shadowColour, down ? 0.72 : 0.45));
-    canvas.roundedRect (3, -4, width - 6, height + 3 - frontHeight, 2);
-    cairo_fill (canvas.context ());
+    canvas.fillRoundedRect (3, -4, width - 6, height + 3 - frontHeight, 2);
     canvas.fillRect (2, 0, 1, height - frontHeight - 3, highlightColour, down ? 0.1 : 0.3);
     if (down)
         drawKeyMark (canvas, width / 2.0, height - 13, 9);
 }
 }
 
-Image drawControlBitmap (const Bitmap& bitmap)
+Picture drawControlBitmap (const Bitmap& bitmap, double scale)
 {
-    Canvas canvas (bitmap.width, bitmap.height, plateColour);
+    Canvas canvas (bitmap.width, bitmap.height, plateColour, scale);
     switch (bitmap.id)
     {
     case 179:

@@ -2,17 +2,18 @@
 
 namespace panel
 {
-Image drawBitmap (const panel::Bitmap& bitmap)
+Picture drawBitmap (const Bitmap& bitmap, int percent)
 {
-    if (bitmap.id == panel::panelBitmapId)
-        return drawBackground ();
-    if (bitmap.id == panel::aboutBitmapId)
-        return drawAbout ();
-    return drawControlBitmap (bitmap);
+    const double scale = static_cast<double> (percent) / bitmapPercent;
+    if (bitmap.id == panelBitmapId)
+        return drawBackground (scale);
+    if (bitmap.id == aboutBitmapId)
+        return drawAbout (scale);
+    return drawControlBitmap (bitmap, scale);
 }
 
-std::vector<std::uint8_t> bmpFile (const panel::Bitmap& bitmap)
+std::vector<std::uint8_t> bmpFile (const Bitmap& bitmap)
 {
-    return encodeBmp (drawBitmap (bitmap), bitmap.bitsPerPixel, panel::plateColour);
+    return encodeBmp (drawBitmap (bitmap), bitmap.bitsPerPixel, plateColour);
 }
 }

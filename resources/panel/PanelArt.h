@@ -1,7 +1,8 @@
 // The panel's art: every bitmap of the layout's table, drawn from its rows.
 #pragma once
 
-#include "resources/panel/Canvas.h"
+#include "resources/panel/BmpFile.h"
+#include "resources/panel/Lettering.h"
 
 #include <string>
 #include <vector>
@@ -16,29 +17,27 @@ struct PrintedText
     const TextStyle* style;
 };
 
-// All lettering of the background: control labels, free labels, position names, the maker's name.
-std::vector<PrintedText> printedTexts ();
-std::vector<PrintedText> printedPositionNames (const panel::Control& control);
+// All lettering of the background: control labels, free labels, position names, the maker's name. Placed to
+// whole pixels of the canvas.
+std::vector<PrintedText> printedTexts (const Canvas& canvas);
+std::vector<PrintedText> printedPositionNames (const Canvas& canvas, const Control& control);
 
 // Small drawings in place of position names; answers where they stand.
-std::vector<Box> drawPositionDrawings (Canvas& canvas, const panel::Control& control);
+std::vector<Box> drawPositionDrawings (Canvas& canvas, const Control& control);
 
 // How far the ticks reach beyond the knob's frame, in pixels.
 inline constexpr double tickReach = 2.3;
 
-// Ticks of a scale around a knob's centre; `knobSize` is the width of its frame. Drawn into the
-// background and into every frame alike, so that both agree where the square frame covers ticks.
-void drawTicks (Canvas& canvas, panel::Scale scale, double centreX, double centreY, int knobSize);
+// Ticks of a scale around a knob whose frame's top left is given; `knobSize` is the width of its frame. Drawn
+// into the background and into every frame alike, so that both agree where the square frame covers ticks.
+void drawTicks (Canvas& canvas, Scale scale, double left, double top, int knobSize);
 
-// The picture for a row of the bitmap table, and the file made of it.
-Image drawBitmap (const panel::Bitmap& bitmap);
-std::vector<std::uint8_t> bmpFile (const panel::Bitmap& bitmap);
+// The picture for a row of the bitmap table in one of the sets, and the file made of the smallest.
+Picture drawBitmap (const Bitmap& bitmap, int percent = bitmapPercent);
+std::vector<std::uint8_t> bmpFile (const Bitmap& bitmap);
 
 // The pictures behind drawBitmap, by what they show.
-Image drawBackground ();
-Image drawAbout ();
-Image drawControlBitmap (const panel::Bitmap& bitmap);
-
-// The panel as it looks in use: controls at typical values, keys down, texts in the displays.
-void savePreview (const std::string& pngPath);
+Picture drawBackground (double scale);
+Picture drawAbout (double scale);
+Picture drawControlBitmap (const Bitmap& bitmap, double scale);
 }

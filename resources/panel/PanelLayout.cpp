@@ -1,6 +1,7 @@
 #include "resources/panel/PanelLayout.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 namespace panel
@@ -8,15 +9,15 @@ namespace panel
 namespace
 {
 constexpr Bitmap bitmapTable[] = {
-    { 176, "panel.bmp", 612, 433, 32, 1 },     { 178, "about.bmp", 612, 244, 32, 1 },
-    { 179, "blackkeyup.bmp", 21, 59, 24, 1 },  { 180, "blackkeydown.bmp", 21, 59, 24, 1 },
-    { 181, "whitekeyup.bmp", 35, 98, 24, 1 },  { 182, "whitekeydown.bmp", 35, 98, 24, 1 },
-    { 184, "sliderhandle.bmp", 6, 12, 24, 1 }, { 186, "knob.bmp", 22, 2002, 8, 91 },
-    { 187, "knob3.bmp", 22, 66, 32, 3 },       { 188, "knob5.bmp", 22, 110, 32, 5 },
-    { 189, "knob6.bmp", 22, 132, 32, 6 },      { 191, "knob8.bmp", 24, 192, 24, 8 },
-    { 192, "knob10.bmp", 24, 240, 24, 10 },    { 193, "smoothbutton.bmp", 31, 12, 24, 2 },
-    { 195, "smallbutton.bmp", 20, 40, 24, 2 }, { 198, "keytrackbutton.bmp", 31, 12, 24, 2 },
-    { 201, "syncbutton.bmp", 31, 12, 24, 2 },  { 202, "lamp.bmp", 6, 12, 24, 2 },
+    { 176, "panel", 612, 433, 32, 1 },     { 178, "about", 612, 244, 32, 1 },
+    { 179, "blackkeyup", 21, 59, 24, 1 },  { 180, "blackkeydown", 21, 59, 24, 1 },
+    { 181, "whitekeyup", 35, 98, 24, 1 },  { 182, "whitekeydown", 35, 98, 24, 1 },
+    { 184, "sliderhandle", 6, 12, 24, 1 }, { 186, "knob", 22, 2002, 8, 91 },
+    { 187, "knob3", 22, 66, 32, 3 },       { 188, "knob5", 22, 110, 32, 5 },
+    { 189, "knob6", 22, 132, 32, 6 },      { 191, "knob8", 24, 192, 24, 8 },
+    { 192, "knob10", 24, 240, 24, 10 },    { 193, "smoothbutton", 31, 12, 24, 2 },
+    { 195, "smallbutton", 20, 40, 24, 2 }, { 198, "keytrackbutton", 31, 12, 24, 2 },
+    { 201, "syncbutton", 31, 12, 24, 2 },  { 202, "lamp", 6, 12, 24, 2 },
 };
 
 constexpr auto knob = ControlKind::knob;
@@ -87,34 +88,31 @@ constexpr Label labelTable[] = {
     { "FILTER ENVELOPE", 413, 215, left, title },
     { "OUTPUT", 572, 102, centre, title },
     { "MENU", 585, 76, centre, plain },
-    { "OSC 1", 86, 192, right, plain },
-    { "OSC 2", 86, 209, right, plain },
-    { "LEVEL", 138, 223, centre, plain },
+    { "OSC 1", 136, 126, centre, title },
+    { "OSC 2", 136, 222, centre, title },
+    { "LEVEL", 64, 201, left, plain },
+    { "1", 192, 192, left, plain },
+    { "2", 192, 209, left, plain },
     { "SYNC", 253, 180, left, plain },
     { "LOOP", 487, 182, left, plain },
     { "LOOP", 487, 275, left, plain },
     { "ON", 353, 275, centre, plain },
 };
-
-// A triangle is a polygon whose last point repeats its first.
-constexpr ButtonGlyph glyphTable[] = {
-    { previousProgramRect, { { { 13, 5 }, { 13, 15 }, { 6, 10 }, { 13, 5 } } } },
-    { nextProgramRect, { { { 7, 5 }, { 14, 10 }, { 7, 15 }, { 7, 5 } } } },
-    { programDisplayRect, { { { 166, 10 }, { 175, 10 }, { 170.5f, 15 }, { 166, 10 } } } },
-    { menuButtonRect, { { { 5, 5 }, { 15, 5 }, { 15, 7 }, { 5, 7 } } } },
-    { menuButtonRect, { { { 5, 9 }, { 15, 9 }, { 15, 11 }, { 5, 11 } } } },
-    { menuButtonRect, { { { 5, 13 }, { 15, 13 }, { 15, 15 }, { 5, 15 } } } },
-};
-}
-
-std::span<const ButtonGlyph> buttonGlyphs ()
-{
-    return glyphTable;
 }
 
 std::span<const Bitmap> bitmaps ()
 {
     return bitmapTable;
+}
+
+std::string bitmapFile (const Bitmap& bitmap)
+{
+    return std::string (bitmap.name) + ".bmp";
+}
+
+std::string largerFile (const Bitmap& bitmap, int percent)
+{
+    return std::to_string (percent) + "/" + bitmap.name + ".png";
 }
 
 const Bitmap* findBitmap (int id)
@@ -131,6 +129,25 @@ std::span<const Control> controls ()
 std::span<const Label> labels ()
 {
     return labelTable;
+}
+
+int setForZoom (double percent)
+{
+    if (percent <= bitmapPercent)
+        return bitmapPercent;
+    const auto* set = std::ranges::lower_bound (largerSets, percent);
+    return set == std::end (largerSets) ? set[-1] : *set;
+}
+
+double edgeInSet (double place, int percent)
+{
+    return std::round (place * percent / bitmapPercent) * bitmapPercent / percent;
+}
+
+int labelTop (const Control& control)
+{
+    const bool numbersBelow = control.scale == Scale::voices || control.scale == Scale::velocity;
+    return control.rect.bottom () + (numbersBelow ? labelGapBelowNumbers : labelGap);
 }
 
 Rect paintedRect (const Control& control)

@@ -3,8 +3,10 @@
 // views, the generator that draws the art and the tests that compare the two.
 #pragma once
 
-#include <array>
 #include <span>
+#include <string>
+
+#include "picture/Picture.h"
 
 namespace panel
 {
@@ -20,10 +22,7 @@ struct Rect
     }
 };
 
-struct Colour
-{
-    unsigned char red, green, blue;
-};
+using picture::Colour;
 
 // The whole palette. One accent; everything else is a shade of the case or of the lettering.
 inline constexpr Colour caseColour{ 0x12, 0x1a, 0x1d };   // the metal between the sections
@@ -36,12 +35,30 @@ inline constexpr Colour accentColour{ 0xf5, 0xa6, 0x3c }; // lit lamps, switches
 struct Bitmap
 {
     int id;
-    const char* file; // in resources/
+    const char* name; // of its files, without the end
     int width, height, bitsPerPixel;
     int frames; // equal pictures stacked from top to bottom, the first for the lowest value
 
     constexpr int frameHeight () const { return height / frames; }
 };
+
+// The pictures again for larger panels, drawn and not stretched, in percent. Each set is a folder of PNG
+// files beside the bitmaps, named like them.
+inline constexpr int bitmapPercent = 100;
+inline constexpr int largerSets[] = { 150, 200, 300 };
+
+// Id of a bitmap's picture in a larger set, as a resource of the type "PNG".
+constexpr int largerPictureId (int bitmapId, int percent)
+{
+    return percent * 100 + bitmapId;
+}
+
+// The set that a panel of this zoom is drawn from: as large, else the next larger one, else the largest.
+int setForZoom (double percent);
+
+// Where a set has the edge that lies at a whole panel pixel, in panel pixels: on a whole pixel of its own, so
+// that every picture fits the background pixel by pixel.
+double edgeInSet (double place, int percent);
 
 enum class ControlKind
 {
@@ -105,7 +122,9 @@ struct Label
     LabelStyle style;
 };
 
-inline constexpr int labelGap = 6;       // from a control's bottom to the top of its label's capitals
+// From a control's bottom to the top of its label's capitals; more where numbers stand below the control.
+inline constexpr int labelGap = 6;
+inline constexpr int labelGapBelowNumbers = 14;
 inline constexpr int labelCapHeight = 6; // pixels, all labels
 inline constexpr int labelLinePitch = 9; // from a label's line to the next
 inline constexpr int titleCapHeight = 7; // pixels, section titles
@@ -115,15 +134,21 @@ inline constexpr int titleCapHeight = 7; // pixels, section titles
 inline constexpr const char* fontFamily = "Liberation Sans";
 inline constexpr const char* fontFamilyFallback = "Arial";
 inline constexpr int valueFontSize = 9;    // pixels, the LFO rate's display
-inline constexpr int programFontSize = 15; // pixels, the program display
-inline constexpr int versionFontSize = 11; // pixels, on the about picture
+inline constexpr int programFontSize = 15; // pixels, the program display; less for long names
 
 std::span<const Bitmap> bitmaps ();
 const Bitmap* findBitmap (int id);
 
+// Below this folder.
+std::string bitmapFile (const Bitmap& bitmap);
+std::string largerFile (const Bitmap& bitmap, int percent);
+
 // In the order in which the views are added: later rows lie on top.
 std::span<const Control> controls ();
 std::span<const Label> labels ();
+
+// Top of the capitals of a control's own label.
+int labelTop (const Control& control);
 
 // The part of its rectangle that a control paints: the picture for a lamp, else the rectangle.
 Rect paintedRect (const Control& control);
@@ -134,30 +159,13 @@ inline constexpr int smallButtonBitmapId = 195; // up, then pressed; 20 x 20 eac
 inline constexpr Rect panelRect{ 0, 0, 612, 433 };
 inline constexpr int heightWithoutKeys = 295;
 
-// Beside the controls. The three buttons show bitmap 195; the editor draws the glyph over it.
+// Beside the controls. The three buttons show bitmap 195; the editor draws the sign over it.
 inline constexpr Rect programDisplayRect{ 184, 46, 184, 24 };
-inline constexpr Rect programTextRect{ 192, 46, 156, 24 }; // in the display, text from the left
 inline constexpr Rect previousProgramRect{ 376, 48, 20, 20 };
 inline constexpr Rect nextProgramRect{ 400, 48, 20, 20 };
 inline constexpr Rect menuButtonRect{ 575, 48, 20, 20 };
 
-// What the editor draws over a button or over the program display's right end (a sign that it opens a
-// list), in the letter colour: one filled polygon per row, in pixels from the top left of `button`. A
-// pressed button moves its polygons down by one.
-struct GlyphPoint
-{
-    float x, y;
-};
-
-struct ButtonGlyph
-{
-    Rect button;
-    std::array<GlyphPoint, 4> points;
-};
-
-std::span<const ButtonGlyph> buttonGlyphs ();
-
-// The about picture covers the sections; a click anywhere on it closes it.
+// Where the about picture stands on the page that covers the panel; a click anywhere closes it.
 inline constexpr Rect aboutRect{ 0, 26, 612, 244 };
 inline constexpr Rect aboutVersionRect{ 42, 248, 200, 16 }; // in the panel's pixels, text from the left
 

@@ -9,8 +9,6 @@
 
 namespace panel
 {
-using namespace panel;
-
 namespace
 {
 constexpr double nameGap = 1.5; // from the ticks to a position's name
@@ -80,14 +78,23 @@ int tickCount (Scale scale)
     return names.empty () ? continuousTicks : static_cast<int> (names.size ());
 }
 
+// A control's frame as the editor places its picture: from a whole pixel on.
+Box frameOf (const Canvas& canvas, const Control& control)
+{
+    const Rect& rect = control.rect;
+    return { canvas.nearestEdge (rect.x), canvas.nearestEdge (rect.y), static_cast<double> (rect.width),
+             static_cast<double> (rect.height) };
+}
+
 // Where a position's name of a given size stands: straight outwards from its tick, as near to the knob
-// as a circle around the ticks allows.
-Box positionBox (const Control& control, int position, double width, double height)
+// as a circle around the ticks and the knob's frame, which would cover it, allow.
+Box positionBox (const Canvas& canvas, const Control& control, int position, double width, double height)
 {
     constexpr double step = 0.05;
     const double degrees = pointerDegrees (control.scale, position, tickCount (control.scale));
     const double radians = degrees * std::numbers::pi / 180;
     const double clearance = control.rect.width / 2.0 + tickReach + nameGap;
+    const double outsideFrame = control.rect.width / 2.0 + 0.5; // the rest of a pixel when it is placed
     const auto nearest = [] (double centre, double size)
     { return std::max (0.0, std::abs (centre) - size / 2); };
     double x = 0, y = 0;
@@ -97,13 +104,19 @@ Box positionBox (const Control& control, int position, double width, double heig
         x = std::sin (radians) * distance;
         y = -std::cos (radians) * distance;
     }
-    return { std::round (control.centreX () + x - width / 2),
-             std::round (control.centreY () + y - height / 2), width, height };
+    // The frame's corners reach further than the circle; a name in one moves up or down, where there is room.
+    if (nearest (x, width) < outsideFrame)
+        y = std::copysign (std::max (std::abs (y), outsideFrame + height / 2), y);
+    const Box frame = frameOf (canvas, control);
+    return { canvas.nearestEdge (frame.x + frame.width / 2 + x - width / 2),
+             canvas.nearestEdge (frame.y + frame.height / 2 + y - height / 2), width, height };
 }
 }
 
-void drawTicks (Canvas& canvas, Scale scale, double centreX, double centreY, int knobSize)
+void drawTicks (Canvas& canvas, Scale scale, double left, double top, int knobSize)
 {
+    const double centreX = canvas.nearestEdge (left) + knobSize / 2.0;
+    const double centreY = canvas.nearestEdge (top) + knobSize / 2.0;
     const double inner = knobSize / 2.0 + tickReach - 2;
     const int count = tickCount (scale);
     for (int tick = 0; tick < count; ++tick)
@@ -117,7 +130,7 @@ void drawTicks (Canvas& canvas, Scale scale, double centreX, double centreY, int
     }
 }
 
-std::vector<PrintedText> printedPositionNames (const Control& control)
+std::vector<PrintedText> printedPositionNames (const Canvas& canvas, const Control& control)
 {
     std::vector<PrintedText> texts;
     const auto names = positionNames (control.scale);
@@ -126,8 +139,9 @@ std::vector<PrintedText> printedPositionNames (const Control& control)
         const std::string_view name = names[position].text;
         if (name.empty ())
             continue;
-        const double width = textWidth (name, scaleStyle);
-        const Box box = positionBox (control, static_cast<int> (position), width, scaleStyle.capHeight);
+        const double width = textWidth (canvas, name, scaleStyle);
+        const Box box =
+            positionBox (canvas, control, static_cast<int> (position), width, scaleStyle.capHeight);
         texts.push_back ({ std::string (name), box, &scaleStyle });
     }
     return texts;
@@ -142,7 +156,7 @@ std::vector<Box> drawPositionDrawings (Canvas& canvas, const Control& control)
         const Wave wave = names[position].wave;
         if (wave.empty ())
             continue;
-        const Box box = positionBox (control, static_cast<int> (position), waveWidth, waveHeight);
+        const Box box = positionBox (canvas, control, static_cast<int> (position), waveWidth, waveHeight);
         for (const auto& [x, y] : wave)
             cairo_line_to (canvas.context (), box.x + x, box.y + y);
         canvas.setColour (scaleColour);

@@ -1,6 +1,6 @@
 // Draws the panel's bitmaps into a folder: makePanel resources/panel
-// With --preview it also writes the assembled panel as a PNG file to look at, with --controls the list of
-// controls.
+// With --controls it also writes the list of controls.
+#include "picture/Png.h"
 #include "resources/panel/ControlList.h"
 #include "resources/panel/PanelArt.h"
 
@@ -25,19 +25,25 @@ int main (int argc, char** argv)
     try
     {
         CLI::App app{ "Draws the bitmaps of the panel." };
-        std::string folder, preview, controls;
-        app.add_option ("folder", folder, "Where the .bmp files go")->check (CLI::ExistingDirectory);
-        app.add_option ("--preview", preview, "PNG file for the assembled panel");
+        std::string folder, controls;
+        app.add_option ("folder", folder, "Where the pictures go")->check (CLI::ExistingDirectory);
         app.add_option ("--controls", controls, "Markdown file for the list of controls");
         CLI11_PARSE (app, argc, argv);
 
         if (!folder.empty ())
         {
             for (const panel::Bitmap& bitmap : panel::bitmaps ())
-                writeFile (std::filesystem::path (folder) / bitmap.file, panel::bmpFile (bitmap));
+            {
+                writeFile (std::filesystem::path (folder) / panel::bitmapFile (bitmap),
+                           panel::bmpFile (bitmap));
+                for (const int percent : panel::largerSets)
+                {
+                    const auto file = std::filesystem::path (folder) / panel::largerFile (bitmap, percent);
+                    std::filesystem::create_directories (file.parent_path ());
+                    picture::writePng (panel::drawBitmap (bitmap, percent), file);
+                }
+            }
         }
-        if (!preview.empty ())
-            panel::savePreview (preview);
         if (!controls.empty ())
         {
             const std::string page = panel::controlList ();

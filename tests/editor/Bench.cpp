@@ -15,6 +15,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include "picture/Dib.h"
+
 namespace
 {
 // Set: the tests play the library for Windows under Wine, in a prefix named after this.
@@ -23,8 +25,6 @@ constexpr char wineVariable[] = "BRIMVALE_EDITOR_WINE";
 constexpr auto patience = std::chrono::seconds (10);
 constexpr auto pollPause = std::chrono::milliseconds (20);
 constexpr int readPatience = 60000; // ms; the first start of Wine is slow
-
-constexpr int fileHeaderBytes = 14;
 
 struct Pipe
 {
@@ -134,7 +134,7 @@ VirtualDisplay::VirtualDisplay ()
 {
     int displayPipe = -1;
     server = std::make_unique<ChildProcess> (std::vector<std::string>{ "Xvfb", "-displayfd", "{pipe}",
-                                                                       "-screen", "0", "1300x900x24",
+                                                                       "-screen", "0", "2000x1400x24",
                                                                        "-noreset", "-nolisten", "tcp" },
                                              &displayPipe);
     std::string number;
@@ -278,29 +278,26 @@ std::string Bench::callsUntil (const std::string& last)
     return calls;
 }
 
-const DibBitmap& bitmapFile (int id)
+const Picture& bitmapFile (int id)
 {
-    static std::map<int, DibBitmap> read;
+    static std::map<int, Picture> read;
     const auto known = read.find (id);
     if (known != read.end ())
         return known->second;
-    std::ifstream file (std::string (SOURCE_FOLDER "/resources/panel/") + panel::findBitmap (id)->file,
+    std::ifstream file (SOURCE_FOLDER "/resources/panel/" + panel::bitmapFile (*panel::findBitmap (id)),
                         std::ios::binary);
     const std::vector<char> bytes{ std::istreambuf_iterator<char> (file), {} };
-    const auto image = DibBitmap::read (std::as_bytes (std::span (bytes)).subspan (fileHeaderBytes));
+    const auto image = picture::readBmpFile (std::as_bytes (std::span (bytes)));
     return read.emplace (id, image.value ()).first->second;
 }
 
-bool matches (const Picture& picture, const panel::Rect& place, const DibBitmap& bitmap, int row)
+bool matches (const Picture& picture, const panel::Rect& place, const Picture& bitmap, int row)
 {
     for (int y = 0; y < place.height; ++y)
     {
         for (int x = 0; x < place.width; ++x)
         {
-            const DibBitmap::Pixel& pixel = bitmap.at (x, row + y);
-            const auto expected =
-                static_cast<std::uint32_t> (pixel.red << 16 | pixel.green << 8 | pixel.blue);
-            if (picture.at (place.x + x, place.y + y) != expected)
+            if (picture.at (place.x + x, place.y + y) != bitmap.at (x, row + y))
                 return false;
         }
     }

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "editor/DibBitmap.h"
+#include "picture/Picture.h"
 #include "resources/panel/PanelLayout.h"
 #include "tests/stage/grabScreen/ScreenGrab.h"
 
-using namespace editor;
+using picture::Picture;
 
 // A program started with pipes to its input and output, killed with this object. Native systems only.
 class ChildProcess
@@ -92,10 +92,10 @@ private:
 };
 
 // A bitmap of the panel from its file.
-const DibBitmap& bitmapFile (int id);
+const Picture& bitmapFile (int id);
 
 // True when the picture's pixels at x, y are those of the bitmap's rows from `row` on.
-bool matches (const Picture& picture, const panel::Rect& place, const DibBitmap& bitmap, int row);
+bool matches (const Picture& picture, const panel::Rect& place, const Picture& bitmap, int row);
 
 // The control of the table with this tag that is not a mere display.
 const panel::Control& controlOf (int tag);

@@ -54,9 +54,20 @@ TEST (MenuTable, UnknownZoomsCountAsNone)
 {
     EXPECT_EQ (zoomEntryOf (0), 0);
     EXPECT_EQ (zoomEntryOf (100), 0);
-    EXPECT_EQ (zoomEntryOf (150), 1);
-    EXPECT_EQ (zoomEntryOf (200), 2);
+    EXPECT_EQ (zoomEntryOf (150), 2);
+    EXPECT_EQ (zoomEntryOf (160), 0);
+    EXPECT_EQ (zoomEntryOf (300), 6);
     EXPECT_EQ (zoomEntryOf (4000000000u), 0);
+}
+
+TEST (MenuTable, ALargeScreenHasAZoomThatFitsIt)
+{
+    EXPECT_EQ (zoomEntryFitting (1.0), -1);
+    EXPECT_EQ (zoomEntryFitting (0.75), -1);
+    EXPECT_EQ (zoomEntryFitting (1.2), 1);
+    EXPECT_EQ (zoomEntryFitting (2.25), 4);
+    EXPECT_EQ (zoomEntryFitting (2.3), 5);
+    EXPECT_EQ (zoomEntryFitting (8.0), 6);
 }
 
 TEST (MenuTable, ProgramEntries)

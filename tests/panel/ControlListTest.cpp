@@ -6,7 +6,8 @@
 
 TEST (PanelControlList, isWhatTheTableSays)
 {
-    const std::vector<std::uint8_t> file = readResource ("../../docs/controls.md");
-    EXPECT_EQ (std::string (file.begin (), file.end ()), panel::controlList ())
+    const auto file = readResource ("../../docs/controls.md");
+    EXPECT_EQ (std::string (reinterpret_cast<const char*> (file.data ()), file.size ()),
+               panel::controlList ())
         << "renew it: makePanel --controls docs/controls.md";
 }

@@ -1,13 +1,15 @@
-// Where things stand: geometry that needs no picture.
-#include "resources/panel/PanelLayout.h"
-
+// Where things stand: controls and lettering.
 #include <gtest/gtest.h>
+
 #include <map>
 #include <set>
 #include <vector>
 
+#include "resources/panel/PanelArt.h"
+
 namespace
 {
+using panel::Box;
 using panel::Control;
 using panel::ControlKind;
 using panel::Rect;
@@ -16,6 +18,18 @@ bool inside (const Rect& inner, const Rect& outer)
 {
     return inner.x >= outer.x && inner.y >= outer.y && inner.right () <= outer.right () &&
            inner.bottom () <= outer.bottom ();
+}
+
+// What the editor puts over the background.
+std::vector<std::pair<std::string, Rect>> coveredRects ()
+{
+    std::vector<std::pair<std::string, Rect>> rects;
+    for (const Control& control : panel::controls ())
+        rects.emplace_back ("control " + std::to_string (control.tag), panel::paintedRect (control));
+    for (const Rect& extra : { panel::programDisplayRect, panel::previousProgramRect, panel::nextProgramRect,
+                               panel::menuButtonRect })
+        rects.emplace_back ("display or button", extra);
+    return rects;
 }
 
 TEST (PanelLayout, everyTagIsServedOnceButTheRateThatAlsoHasADisplay)
@@ -56,18 +70,13 @@ TEST (PanelLayout, controlsHaveTheSizeOfTheirBitmaps)
 
 TEST (PanelLayout, nothingOverlapsOrLeavesThePanel)
 {
-    std::vector<Rect> rects;
-    for (const Control& control : panel::controls ())
-        rects.push_back (panel::paintedRect (control));
-    for (const Rect& extra : { panel::programDisplayRect, panel::previousProgramRect, panel::nextProgramRect,
-                               panel::menuButtonRect })
-        rects.push_back (extra);
-
+    const auto rects = coveredRects ();
     for (std::size_t first = 0; first < rects.size (); ++first)
     {
-        EXPECT_TRUE (inside (rects[first], panel::panelRect)) << "row " << first;
+        EXPECT_TRUE (inside (rects[first].second, panel::panelRect)) << rects[first].first;
         for (std::size_t second = first + 1; second < rects.size (); ++second)
-            EXPECT_FALSE (rects[first].overlaps (rects[second])) << "rows " << first << " and " << second;
+            EXPECT_FALSE (rects[first].second.overlaps (rects[second].second))
+                << rects[first].first << " and " << rects[second].first;
     }
 }
 
@@ -111,33 +120,52 @@ TEST (PanelLayout, keysFillTheKeyboard)
     EXPECT_EQ (panel::keyCount, 25); // two octaves and the C on top: 15 white keys, 10 black ones
 }
 
-TEST (PanelLayout, pointersSweepEvenlyAndSymmetrically)
+// Everything printed: texts and the small drawings.
+std::vector<std::pair<std::string, Box>> printedBoxes ()
 {
-    using panel::Scale;
-    for (const auto& [scale, frames, last] :
-         { std::tuple (Scale::unipolar, 91, 135.0), std::tuple (Scale::range, 5, 120.0),
-           std::tuple (Scale::lfoWave, 6, 120.0), std::tuple (Scale::oscWave, 3, 45.0),
-           std::tuple (Scale::voices, 8, 135.0), std::tuple (Scale::velocity, 10, 135.0) })
+    std::vector<std::pair<std::string, Box>> boxes;
+    panel::Canvas scratch (panel::panelRect.width, panel::panelRect.height, panel::plateColour);
+    for (const auto& text : panel::printedTexts (scratch))
+        boxes.emplace_back (text.text, text.box);
+    for (const Control& control : panel::controls ())
     {
-        for (int frame = 0; frame < frames; ++frame)
-        {
-            EXPECT_NEAR (panel::pointerDegrees (scale, frame, frames),
-                         -last + 2 * last * frame / (frames - 1), 1e-9);
-        }
+        for (const Box& box : panel::drawPositionDrawings (scratch, control))
+            boxes.emplace_back ("drawing", box);
+    }
+    return boxes;
+}
+
+bool overlap (const Box& a, const Box& b)
+{
+    return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
+}
+
+TEST (PanelLayout, letteringStandsInsideThePanelAndClearOfControlsAndOfEachOther)
+{
+    std::vector<std::pair<std::string, Box>> taken;
+    for (const auto& [name, rect] : coveredRects ())
+        taken.emplace_back (name, Box{ 1.0 * rect.x, 1.0 * rect.y, 1.0 * rect.width, 1.0 * rect.height });
+    for (const auto& [text, box] : printedBoxes ())
+    {
+        EXPECT_GE (box.x, 8) << text;
+        EXPECT_LE (box.x + box.width, panel::panelRect.width - 8) << text;
+        EXPECT_LE (box.y + box.height, panel::heightWithoutKeys) << text;
+        for (const auto& [other, otherBox] : taken)
+            EXPECT_FALSE (overlap (box, otherBox)) << text << " meets " << other;
+        taken.emplace_back (text, box);
     }
 }
 
-TEST (PanelLayout, glyphsStayInsideTheirButtons)
+// A label directly under a number of the scale reads as one of them: half a capital stays free.
+TEST (PanelLayout, labelsStandClearOfTheNumbersOfTheirScales)
 {
-    for (const panel::ButtonGlyph& glyph : panel::buttonGlyphs ())
+    panel::Canvas scratch (1, 1, panel::plateColour);
+    for (const Control& control : panel::controls ())
     {
-        for (const panel::GlyphPoint& point : glyph.points)
-        {
-            EXPECT_GT (point.x, 3);
-            EXPECT_GT (point.y, 3);
-            EXPECT_LT (point.x, static_cast<float> (glyph.button.width - 3));
-            EXPECT_LT (point.y + 1, static_cast<float> (glyph.button.height - 3)); // pressed: one lower
-        }
+        if (control.label == nullptr)
+            continue;
+        for (const auto& name : panel::printedPositionNames (scratch, control))
+            EXPECT_LE (name.box.y + name.box.height + 3, panel::labelTop (control)) << control.label;
     }
 }
 }

@@ -1,21 +1,21 @@
-// The committed bitmap files, as the tests read them.
+// The committed picture files, as the tests read them.
 #pragma once
 
-#include "resources/panel/BmpFile.h"
-
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
-inline std::vector<std::uint8_t> readResource (const std::string& file)
+inline std::filesystem::path resourcePath (const std::string& file)
 {
-    std::ifstream stream (std::filesystem::path (BRIMVALE_RESOURCES) / file, std::ios::binary);
-    return { std::istreambuf_iterator<char> (stream), std::istreambuf_iterator<char> () };
+    return std::filesystem::path (BRIMVALE_RESOURCES) / file;
 }
 
-inline panel::Image readPicture (int id)
+inline std::vector<std::byte> readResource (const std::string& file)
 {
-    return panel::decodeBmp (readResource (panel::findBitmap (id)->file));
+    std::vector<std::byte> bytes (std::filesystem::file_size (resourcePath (file)));
+    std::ifstream (resourcePath (file), std::ios::binary)
+        .read (reinterpret_cast<char*> (bytes.data ()), static_cast<std::streamsize> (bytes.size ()));
+    return bytes;
 }

@@ -53,6 +53,8 @@ const EditorHost::Command EditorHost::commands[] = {
     { "key", 2, &EditorHost::pressKey },     // key CHARACTER
     { "memory", 1, &EditorHost::memoryUse }, // resident kilobytes
     { "cycle", 2, &EditorHost::cycle },      // cycle COUNT: opens and closes so often
+    { "fixed", 1, &EditorHost::fixSize },    // no window changes its size any more
+    { "rename", 2, &EditorHost::rename },    // rename NAME: the program that is chosen
     { "remove", 1, &EditorHost::removeInstrument },
 };
 
@@ -87,9 +89,11 @@ VstIntPtr EditorHost::answer (VstInt32 opcode, VstInt32 index, VstIntPtr value, 
         calls += "display;";
         return 1;
     case audioMasterCanDo:
-        return std::strcmp (static_cast<const char*> (ptr), "sizeWindow") == 0 ? 1 : 0;
+        return !sizeIsFixed && std::strcmp (static_cast<const char*> (ptr), "sizeWindow") == 0 ? 1 : 0;
     case audioMasterSizeWindow:
         calls += format ("size %d %d;", index, static_cast<int> (value));
+        if (sizeIsFixed)
+            return 0;
         if (window != nullptr)
             window->resize (index, static_cast<int> (value));
         return 1;
@@ -230,6 +234,18 @@ std::string EditorHost::cycle (const Words& words)
         idle ();
         closeEditor ({});
     }
+    return "ok";
+}
+
+std::string EditorHost::fixSize (const Words& /*words*/)
+{
+    sizeIsFixed = true;
+    return "ok";
+}
+
+std::string EditorHost::rename (const Words& words)
+{
+    call (effSetProgramName, 0, 0, std::string (words[1]).data ());
     return "ok";
 }
 

@@ -46,9 +46,12 @@ private:
     std::string pressKey (const Words& words);
     std::string memoryUse (const Words& words);
     std::string cycle (const Words& words);
+    std::string fixSize (const Words& words);
+    std::string rename (const Words& words);
     std::string removeInstrument (const Words& words);
 
     std::unique_ptr<platform::HostWindow> window;
+    bool sizeIsFixed = false;
     std::string calls;                    // what the instrument told its host since the last question
     std::unique_ptr<host::Plugin> plugin; // null once it is removed
 };

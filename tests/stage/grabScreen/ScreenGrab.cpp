@@ -3,10 +3,11 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/Xcomposite.h>
-#include <cairo/cairo.h>
 
 #include <algorithm>
 #include <stdexcept>
+
+using picture::Picture;
 
 namespace
 {
@@ -59,9 +60,10 @@ void draw (Display* display, Drawable source, int width, int height, int x, int 
     {
         for (int column = std::max (0, -x); column < std::min (width, onto.width - x); ++column)
         {
-            const auto place = static_cast<std::size_t> (y + row) * static_cast<std::size_t> (onto.width) +
-                               static_cast<std::size_t> (x + column);
-            onto.pixels[place] = static_cast<std::uint32_t> (XGetPixel (image, column, row)) & 0xFFFFFFu;
+            const unsigned long pixel = XGetPixel (image, column, row); // 0xRRGGBB
+            onto.at (x + column, y + row) = { static_cast<std::uint8_t> (pixel >> 16),
+                                              static_cast<std::uint8_t> (pixel >> 8),
+                                              static_cast<std::uint8_t> (pixel) };
         }
     }
     XDestroyImage (image);
@@ -90,8 +92,8 @@ Picture ScreenGrab::grab (int width, int height) const
     ::Display* x = display->connection;
     const Window root = DefaultRootWindow (x);
     Picture picture{ width, height,
-                     std::vector<std::uint32_t> (static_cast<std::size_t> (width) *
-                                                 static_cast<std::size_t> (height)) };
+                     std::vector<picture::Colour> (static_cast<std::size_t> (width) *
+                                                   static_cast<std::size_t> (height)) };
     XGrabServer (x); // nothing moves while its picture is taken
     draw (x, root, std::min (width, DisplayWidth (x, DefaultScreen (x))),
           std::min (height, DisplayHeight (x, DefaultScreen (x))), 0, 0, picture);
@@ -132,31 +134,4 @@ bool ScreenGrab::hasWindow (int width, int height) const
                                 [=] (const WindowInfo& info) {
                                     return info.attributes.width == width && info.attributes.height == height;
                                 });
-}
-
-Picture Picture::part (int x, int y, int partWidth, int partHeight) const
-{
-    Picture copy{ partWidth, partHeight, {} };
-    for (int row = 0; row < partHeight; ++row)
-    {
-        for (int column = 0; column < partWidth; ++column)
-            copy.pixels.push_back (at (x + column, y + row));
-    }
-    return copy;
-}
-
-bool Picture::writePng (const std::string& path) const
-{
-    cairo_surface_t* surface = cairo_image_surface_create (CAIRO_FORMAT_RGB24, width, height);
-    const int stride = cairo_image_surface_get_stride (surface);
-    for (int row = 0; row < height; ++row)
-    {
-        const auto start = pixels.begin () + static_cast<std::ptrdiff_t> (row) * width;
-        auto* line = reinterpret_cast<std::uint32_t*> (cairo_image_surface_get_data (surface) + row * stride);
-        std::copy (start, start + width, line);
-    }
-    cairo_surface_mark_dirty (surface);
-    const bool written = cairo_surface_write_to_png (surface, path.c_str ()) == CAIRO_STATUS_SUCCESS;
-    cairo_surface_destroy (surface);
-    return written;
 }

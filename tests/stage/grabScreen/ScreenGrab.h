@@ -1,26 +1,8 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
-#include <string>
-#include <vector>
 
-// A picture in memory, 24 bits of colour.
-struct Picture
-{
-    int width = 0;
-    int height = 0;
-    std::vector<std::uint32_t> pixels; // 0xRRGGBB, from the top left, row by row
-
-    std::uint32_t at (int x, int y) const
-    {
-        return pixels[static_cast<std::size_t> (y) * static_cast<std::size_t> (width) +
-                      static_cast<std::size_t> (x)];
-    }
-    Picture part (int x, int y, int partWidth, int partHeight) const; // must lie inside
-    bool writePng (const std::string& path) const;
-    bool operator== (const Picture&) const = default;
-};
+#include "picture/Picture.h"
 
 // An X display, as somebody before it would see it.
 class ScreenGrab
@@ -34,7 +16,7 @@ public:
 
     // What the display shows from its top left. Windows that draw through a redirected window out of sight,
     // as Direct2D's do under Wine, are put at `width` x `height` into the corner, below the pop-ups.
-    Picture grab (int width, int height) const;
+    picture::Picture grab (int width, int height) const;
 
     // True when a window of this size exists and is not the root.
     bool hasWindow (int width, int height) const;

@@ -3,6 +3,7 @@
 #include <iostream>
 #include <string>
 
+#include "picture/Png.h"
 #include "tests/stage/grabScreen/ScreenGrab.h"
 
 int main (int count, char** arguments)
@@ -15,10 +16,8 @@ int main (int count, char** arguments)
     try
     {
         const ScreenGrab screen;
-        const Picture picture = screen.grab (std::stoi (arguments[2]), std::stoi (arguments[3]));
-        if (picture.writePng (arguments[1]))
-            return 0;
-        std::cerr << "brimvale-grab: " << arguments[1] << " cannot be written\n";
+        picture::writePng (screen.grab (std::stoi (arguments[2]), std::stoi (arguments[3])), arguments[1]);
+        return 0;
     }
     catch (const std::exception& problem)
     {

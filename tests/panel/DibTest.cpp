@@ -1,10 +1,10 @@
-#include "editor/DibBitmap.h"
+#include "picture/Dib.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 
-using namespace editor;
+using namespace picture;
 
 namespace
 {
@@ -41,52 +41,46 @@ struct Dib
     }
 };
 
-std::uint32_t colourAt (const DibBitmap& image, int x, int y)
-{
-    const auto& pixel = image.at (x, y);
-    return static_cast<std::uint32_t> (pixel.red << 16 | pixel.green << 8 | pixel.blue);
-}
-
-TEST (DibBitmap, ReadsRowsFromTheBottomAndSkipsTheirPadding)
+TEST (Dib, ReadsRowsFromTheBottomAndSkipsTheirPadding)
 {
     Dib dib (1, 2, 24);
     dib.put ({ 1, 2, 3, 0 });    // lower row, blue first, padded to four bytes
     dib.put ({ 11, 12, 13, 0 }); // upper row
-    const auto image = DibBitmap::read (dib.bytes);
+    const auto image = readDib (dib.bytes);
     ASSERT_TRUE (image);
-    EXPECT_EQ (colourAt (*image, 0, 0), 0x0D0C0Bu);
-    EXPECT_EQ (colourAt (*image, 0, 1), 0x030201u);
+    EXPECT_EQ (image->at (0, 0), (Colour{ 0x0D, 0x0C, 0x0B }));
+    EXPECT_EQ (image->at (0, 1), (Colour{ 0x03, 0x02, 0x01 }));
 }
 
-TEST (DibBitmap, ReadsRowsFromTheTop)
+TEST (Dib, ReadsRowsFromTheTop)
 {
     Dib dib (2, -1, 32);
     dib.put ({ 1, 2, 3, 0, 4, 5, 6, 255 });
-    const auto image = DibBitmap::read (dib.bytes);
+    const auto image = readDib (dib.bytes);
     ASSERT_TRUE (image);
     EXPECT_EQ (image->height, 1);
-    EXPECT_EQ (colourAt (*image, 0, 0), 0x030201u);
-    EXPECT_EQ (colourAt (*image, 1, 0), 0x060504u);
+    EXPECT_EQ (image->at (0, 0), (Colour{ 0x03, 0x02, 0x01 }));
+    EXPECT_EQ (image->at (1, 0), (Colour{ 0x06, 0x05, 0x04 }));
 }
 
-TEST (DibBitmap, ReadsPalettes)
+TEST (Dib, ReadsPalettes)
 {
     Dib dib (2, 1, 8, 2);
     dib.put ({ 10, 20, 30, 0, 40, 50, 60, 0 });
     dib.put ({ 1, 0, 0, 0 });
-    const auto image = DibBitmap::read (dib.bytes);
+    const auto image = readDib (dib.bytes);
     ASSERT_TRUE (image);
-    EXPECT_EQ (colourAt (*image, 0, 0), 0x3C3228u);
-    EXPECT_EQ (colourAt (*image, 1, 0), 0x1E140Au);
+    EXPECT_EQ (image->at (0, 0), (Colour{ 0x3C, 0x32, 0x28 }));
+    EXPECT_EQ (image->at (1, 0), (Colour{ 0x1E, 0x14, 0x0A }));
 }
 
-TEST (DibBitmap, DamagedOnesAreRefused)
+TEST (Dib, DamagedOnesAreRefused)
 {
     Dib good (2, 2, 32);
     good.put ({ 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0 });
-    ASSERT_TRUE (DibBitmap::read (good.bytes));
+    ASSERT_TRUE (readDib (good.bytes));
     for (std::size_t length = 0; length < good.bytes.size (); ++length)
-        EXPECT_FALSE (DibBitmap::read (std::span (good.bytes).first (length))) << length;
+        EXPECT_FALSE (readDib (std::span (good.bytes).first (length))) << length;
 
     struct Damage
     {
@@ -109,11 +103,11 @@ TEST (DibBitmap, DamagedOnesAreRefused)
     {
         auto bytes = good.bytes;
         std::memcpy (bytes.data () + damage.offset, &damage.value, sizeof damage.value);
-        EXPECT_FALSE (DibBitmap::read (bytes)) << damage.what;
+        EXPECT_FALSE (readDib (bytes)) << damage.what;
     }
 
     Dib palette (1, 1, 8, 257);
     palette.bytes.resize (4096);
-    EXPECT_FALSE (DibBitmap::read (palette.bytes)) << "more colours than indices";
+    EXPECT_FALSE (readDib (palette.bytes)) << "more colours than indices";
 }
 }

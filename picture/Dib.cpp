@@ -1,8 +1,8 @@
-#include "editor/DibBitmap.h"
+#include "picture/Dib.h"
 
 #include <cstring>
 
-namespace editor
+namespace picture
 {
 namespace
 {
@@ -23,11 +23,18 @@ struct InfoHeader
 };
 static_assert (sizeof (InfoHeader) == 40);
 
+// A colour as files hold it.
+struct FilePixel
+{
+    std::uint8_t blue, green, red, reserved;
+};
+
+constexpr std::size_t fileHeaderBytes = 14;
 constexpr std::size_t wholePalette = 256;
 constexpr std::int32_t mostPixels = 1 << 14; // a side; far above anything on a panel
 }
 
-std::optional<DibBitmap> DibBitmap::read (std::span<const std::byte> bytes)
+std::optional<Picture> readDib (std::span<const std::byte> bytes)
 {
     InfoHeader header;
     if (bytes.size () < sizeof header)
@@ -49,17 +56,15 @@ std::optional<DibBitmap> DibBitmap::read (std::span<const std::byte> bytes)
     const std::size_t columns = static_cast<std::size_t> (header.width);
     const std::size_t bytesPerPixel = header.bitsPerPixel / 8u;
     const std::size_t rowBytes = (columns * bytesPerPixel + 3) / 4 * 4; // rows are padded to four bytes
-    const std::size_t start = header.size + paletteSize * sizeof (Pixel);
+    const std::size_t start = header.size + paletteSize * sizeof (FilePixel);
     if (bytes.size () < start + rowBytes * static_cast<std::size_t> (rows))
         return std::nullopt;
 
-    Pixel palette[wholePalette] = {};
+    FilePixel palette[wholePalette] = {};
     if (paletteSize > 0)
-        std::memcpy (palette, bytes.data () + header.size, paletteSize * sizeof (Pixel));
+        std::memcpy (palette, bytes.data () + header.size, paletteSize * sizeof (FilePixel));
 
-    DibBitmap image;
-    image.width = header.width;
-    image.height = rows;
+    Picture image{ header.width, rows, {} };
     image.pixels.reserve (columns * static_cast<std::size_t> (rows));
     for (std::int32_t y = 0; y < rows; ++y)
     {
@@ -67,14 +72,18 @@ std::optional<DibBitmap> DibBitmap::read (std::span<const std::byte> bytes)
         const std::byte* in = bytes.data () + start + row * rowBytes;
         for (std::size_t x = 0; x < columns; ++x, in += bytesPerPixel)
         {
-            Pixel pixel = {};
+            FilePixel pixel = {};
             if (bytesPerPixel == 1)
                 pixel = palette[std::to_integer<std::size_t> (*in)];
             else
                 std::memcpy (&pixel, in, bytesPerPixel);
-            image.pixels.push_back (pixel);
+            image.pixels.push_back ({ pixel.red, pixel.green, pixel.blue });
         }
     }
     return image;
+}
+std::optional<Picture> readBmpFile (std::span<const std::byte> file)
+{
+    return file.size () < fileHeaderBytes ? std::nullopt : readDib (file.subspan (fileHeaderBytes));
 }
 }
