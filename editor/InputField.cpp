@@ -8,8 +8,8 @@ namespace editor
 {
 using namespace VSTGUI;
 
-InputField::InputField (const CRect& size, CFontDesc* textFont, const std::string& text, Done whenDone)
-    : CTextEdit (size, nullptr, -1, text.c_str ()),
+InputField::InputField (const CRect& size, CFontDesc* textFont, const std::string& line, Done whenDone)
+    : CTextEdit (size, nullptr, -1, line.c_str ()),
       done (std::move (whenDone))
 {
     setFont (textFont);
@@ -25,8 +25,8 @@ void InputField::looseFocus ()
     CTextEdit::looseFocus ();
     if (const Done tell = std::exchange (done, nullptr))
     {
-        const std::string text = getText ().getString ();
-        tell (cancelled ? nullptr : &text);
+        const std::string line = getText ().getString ();
+        tell (cancelled ? nullptr : &line);
     }
 }
 }

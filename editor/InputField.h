@@ -15,7 +15,7 @@ public:
     // `typed` is null when the field was left with Escape.
     using Done = std::function<void (const std::string* typed)>;
 
-    InputField (const VSTGUI::CRect& size, VSTGUI::CFontDesc* textFont, const std::string& text,
+    InputField (const VSTGUI::CRect& size, VSTGUI::CFontDesc* textFont, const std::string& line,
                 Done whenDone);
 
     void cancel () { cancelled = true; } // what is typed no longer counts

@@ -7,6 +7,7 @@
 #include "parameters/Parameters.h"
 #include "tests/editor/Bench.h"
 
+using namespace editor;
 using namespace parameters;
 
 namespace
@@ -50,10 +51,8 @@ protected:
     bool learnMarkIs (int tag, bool there)
     {
         const panel::Rect& rect = controlOf (tag).rect;
-        const auto accent = static_cast<std::uint32_t> (
-            panel::accentColour.red << 16 | panel::accentColour.green << 8 | panel::accentColour.blue);
         return Bench::eventually (
-            [&] { return (bench.redrawnPicture ().at (rect.x, rect.y + 3) == accent) == there; });
+            [&] { return (bench.redrawnPicture ().at (rect.x, rect.y + 3) == panel::accentColour) == there; });
     }
     // Of the main menu, with its first entry selected.
     void openSubmenu (std::int32_t tag)

@@ -40,7 +40,7 @@ TEST (ValueText, SpeaksTheFieldsWords)
         { paramOsc1Range, 0.74f, "0 semitones" },
         { paramOsc2Range, 1.0f, "+24 semitones" },
         { paramOsc2Fine, 0.0f, "+0.0 cents" },
-        { paramOsc2Fine, 1.0f, "+1200 cents" }, // an octave
+        { paramOsc2Fine, 1.0f, "+1177 cents" }, // an octave beside the saw's correction
         { paramMasterP, 0.5f, "+0.0 cents" },
         { paramMasterP, 1.0f, "+103 cents" }, // 1 + 1 / 16.35
         { paramLfoPitch, 1.0f,

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-using namespace engine;
 using namespace instrument;
 using namespace parameters;
 
