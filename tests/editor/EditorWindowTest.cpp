@@ -52,22 +52,32 @@ protected:
     {
         const panel::Rect& rect = controlOf (tag).rect;
         return Bench::eventually (
-            [&] { return (bench.redrawnPicture ().at (rect.x, rect.y + 3) == panel::accentColour) == there; });
+            [&]
+            { return (bench.redrawnPicture ().at (rect.x, rect.y + 3) == panel::accentColour) == there; });
     }
-    // Of the main menu, with its first entry selected.
-    void openSubmenu (std::int32_t tag)
+    // The main menu, with the entry of a submenu or of one of the panel's own commands selected.
+    void openMenuAt (std::int32_t tag)
     {
+        std::vector<std::int32_t> tags (menuTable (commandMainMenu).entries.size (), -1);
+        for (const MenuTable& table : menuTables ().subspan (1))
+            tags.push_back (table.tag);
+        for (const CommandEntry& entry : commandEntries ())
+        {
+            // The system's own menus stop at what cannot be chosen, too.
+            if (entry.tag == tag || Bench::isWine () || entry.tag == commandRenameProgram)
+                tags.push_back (entry.tag);
+        }
         clickMenuButton ();
         std::string presses;
-        for (std::size_t entry = 0; entry < menuTable (commandMainMenu).entries.size (); ++entry)
+        for (auto at = tags.begin (); at == tags.begin () || at[-1] != tag; ++at)
             presses += "Down ";
-        for (const MenuTable& table : menuTables ().subspan (1))
-        {
-            presses += "Down ";
-            if (table.tag == tag)
-                break;
-        }
-        bench.keys (presses + "Right");
+        bench.keys (presses);
+    }
+    // With its first entry selected.
+    void openSubmenu (std::int32_t tag)
+    {
+        openMenuAt (tag);
+        bench.keys ("Right");
     }
     // A menu covers part of the panel that was free before: wait until the picture rests at something new.
     bool menuIsOpen (const Picture& before)
@@ -159,6 +169,16 @@ TEST_F (EditorWindow, HostMovesTheControls)
     EXPECT_EQ (bench.say ("calls"), "") << "what comes from the host does not go back to it";
 }
 
+// Sixteen voices play from 0.9334 on.
+TEST_F (EditorWindow, PolyphonyStandsAtTheVoicesThatPlay)
+{
+    const panel::Control& knob = controlOf (paramVoices);
+    bench.say ("set 27 0.93");
+    EXPECT_TRUE (bench.shows (knob.rect, knob.bitmapId, 6));
+    bench.say ("set 27 0.95");
+    EXPECT_TRUE (bench.shows (knob.rect, knob.bitmapId, 7));
+}
+
 TEST_F (EditorWindow, LampsFollowTheirParameters)
 {
     bench.say ("set 12 0");
@@ -245,6 +265,44 @@ TEST_F (EditorWindow, WheelMovesTheSliders)
         bench.mouse ("click 4 click 4 click 4 click 5");
         EXPECT_TRUE (parameterBecomes (tag, 0.54f)) << tag;
     }
+}
+
+TEST_F (EditorWindow, ArrowKeysTurnWhatLiesUnderTheMouse)
+{
+    bench.say ("set 18 0.5");
+    moveToControl (paramFilterFreq);
+    bench.keys ("Up Up Right Down");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.54f));
+    bench.keys ("shift+Left");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.538f)) << "finely";
+    bench.say ("set 36 0");
+    moveToControl (paramLfoBmpSync);
+    bench.keys ("Up");
+    EXPECT_TRUE (parameterBecomes (paramLfoBmpSync, 1.0f));
+}
+
+TEST_F (EditorWindow, ValuesCanBeTyped)
+{
+    const auto type = [this] (const std::string& text, const std::string& end)
+    {
+        const Picture before = bench.redrawnPicture ();
+        bench.mouse ("keydown shift click --repeat 2 --delay 60 1 keyup shift");
+        EXPECT_TRUE (menuIsOpen (before)) << "a field";
+        bench.keys ("ctrl+a");
+        bench.mouse ("type --delay 30 '" + text + "'");
+        bench.keys (end);
+    };
+    bench.say ("set 18 0.25");
+    moveToControl (paramFilterFreq);
+    type ("1715 Hz", "Return");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.5f));
+    EXPECT_TRUE (standsAt (paramFilterFreq, 0.5f));
+    EXPECT_NE (bench.callsUntil ("automate 18").find ("begin 18;"), std::string::npos);
+    type ("100", "Escape");
+    EXPECT_FALSE (bench.parameter (paramFilterFreq) < 0.4f) << "Escape takes nothing";
+    moveToControl (paramOsc1Wave);
+    type ("pulse", "Return");
+    EXPECT_TRUE (parameterBecomes (paramOsc1Wave, 1.0f));
 }
 
 // What lies between off and on sounds as on, so it looks like that and goes off with one click.
@@ -445,6 +503,28 @@ TEST_F (EditorWindow, HostRenamesTheProgram)
     const Picture before = text ();
     bench.say ("rename Renamed");
     EXPECT_TRUE (Bench::eventually ([&] { return text () != before; }));
+}
+
+TEST_F (EditorWindow, ProgramsCanBeRenamed)
+{
+    openMenuAt (commandRenameProgram);
+    bench.keys ("Return ctrl+a");
+    bench.mouse ("type --delay 30 'Mine'");
+    bench.keys ("Return");
+    EXPECT_TRUE (Bench::eventually ([&] { return bench.say ("name ?") == "Mine"; }));
+    EXPECT_NE (bench.callsUntil ("display;").find ("display;"), std::string::npos);
+}
+
+TEST_F (EditorWindow, MenuTakesBack)
+{
+    bench.say ("set 18 0.5");
+    moveToControl (paramFilterFreq);
+    bench.mouse ("click 4");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.52f));
+    bench.callsUntil ("end 18;"); // the wheel rests
+    openMenuAt (commandUndo);
+    bench.keys ("Return");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.5f));
 }
 
 // The one place where the menu has no room below its button.
