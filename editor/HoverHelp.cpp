@@ -32,16 +32,16 @@ public:
         invalid ();
     }
 
-    // Below the control where there is room, else above it.
-    void placeAt (const CRect& control, const CRect& area)
+    // Below the caption where there is room, else above the place.
+    void placeBeside (const CRect& place, const CRect& caption, const CRect& area)
     {
         const auto context = COffscreenContext::create (CPoint (1.0, 1.0));
         context->setFont (font);
         const double width = context->getStringWidth (text.c_str ()) + 2.0 * padding;
         const double left =
-            std::clamp (control.getCenter ().x - width / 2.0, 0.0, std::max (0.0, area.right - width));
-        const bool fitsBelow = control.bottom + gap + height <= area.bottom;
-        const double top = fitsBelow ? control.bottom + gap : control.top - gap - height;
+            std::clamp (place.getCenter ().x - width / 2.0, 0.0, std::max (0.0, area.right - width));
+        const bool fitsBelow = caption.bottom + gap + height <= area.bottom;
+        const double top = fitsBelow ? caption.bottom + gap : place.top - gap - height;
         CRect rect (left, top, left + width, top + height);
         rect.makeIntegral ();
         if (rect == getViewSize ())
@@ -69,11 +69,11 @@ private:
     SharedPointer<CFontDesc> font;
 };
 
-HoverHelp::HoverHelp (CFrame& owner, CView* viewAbove, CFontDesc* textFont, Lookup textOf)
+HoverHelp::HoverHelp (CFrame& owner, CView* viewAbove, CFontDesc* textFont, Lookup zoneAt)
     : frame (owner),
       above (viewAbove),
       font (textFont),
-      lookup (std::move (textOf))
+      lookup (std::move (zoneAt))
 {
     frame.registerMouseObserver (this);
 }
@@ -86,36 +86,45 @@ HoverHelp::~HoverHelp ()
 
 void HoverHelp::idle ()
 {
-    if (hovered != nullptr && !isShown () && std::chrono::steady_clock::now () - since >= rest)
-        show ();
+    if (!hovered || rested || std::chrono::steady_clock::now () - since < rest)
+        return;
+    rested = true;
+    refresh ();
 }
 
-void HoverHelp::show ()
+void HoverHelp::show (const Zone& zone)
 {
-    const std::string text = hovered != nullptr ? lookup (hovered) : std::string ();
-    if (text.empty ())
-    {
-        hide ();
-        return;
-    }
     if (label == nullptr)
     {
-        label = new Label (text, font);
+        label = new Label (zone.text, font);
         frame.addView (label, above);
     }
-    else if (label->shownText () != text)
+    else if (label->shownText () != zone.text)
     {
-        label->setText (text);
+        label->setText (zone.text);
     }
     CRect area = frame.getViewSize ();
     frame.getTransform ().inverse ().transform (area);
-    label->placeAt (hovered->getViewSize (), area);
+    label->placeBeside (zone.place, zone.caption, area);
 }
 
 void HoverHelp::refresh ()
 {
-    if (isShown ())
-        show ();
+    std::optional<Zone> zone;
+    if (!silent && hovered && rested)
+        zone = lookup (hovered->getCenter ());
+    else if (!silent && pinned)
+        zone = lookup (*pinned);
+    if (zone)
+        show (*zone);
+    else
+        hide ();
+}
+
+void HoverHelp::tellNow ()
+{
+    rested = hovered.has_value ();
+    refresh ();
 }
 
 void HoverHelp::hide ()
@@ -125,30 +134,68 @@ void HoverHelp::hide ()
     label = nullptr;
 }
 
-void HoverHelp::onMouseEntered (CView* view, CFrame* /*frame*/)
+void HoverHelp::pin (std::optional<CPoint> where)
 {
-    hovered = view;
-    since = std::chrono::steady_clock::now ();
+    pinned = where;
+    refresh ();
 }
 
-void HoverHelp::onMouseExited (CView* view, CFrame* /*frame*/)
+void HoverHelp::setSilent (bool on)
 {
-    if (view != hovered)
+    silent = on;
+    hovered.reset ();
+    dragging = false;
+    refresh ();
+}
+
+std::optional<CPoint> HoverHelp::mouse () const
+{
+    return inside ? std::optional (position) : std::nullopt;
+}
+
+void HoverHelp::follow (const CPoint& where)
+{
+    position = where;
+    inside = true;
+    if (dragging || silent)
         return;
-    hovered = nullptr;
-    hide ();
+    const auto zone = lookup (where);
+    const auto place = zone ? std::optional (zone->place) : std::nullopt;
+    if (place == hovered)
+        return;
+    hovered = place;
+    rested = false;
+    since = std::chrono::steady_clock::now ();
+    refresh ();
 }
 
-// A press on a control brings the line at once, for its value is what is being set.
+void HoverHelp::onMouseEntered (CView* /*view*/, CFrame* /*frame*/) {}
+
+// Of a view, or of the panel: a move that follows tells that it was not the panel.
+void HoverHelp::onMouseExited (CView* /*view*/, CFrame* /*frame*/)
+{
+    inside = false;
+    if (dragging || !hovered)
+        return;
+    hovered.reset ();
+    refresh ();
+}
+
 void HoverHelp::onMouseEvent (MouseEvent& event, CFrame* /*frame*/)
 {
-    if (event.type != EventType::MouseDown)
+    if (event.type == EventType::MouseUp)
+    {
+        dragging = false;
         return;
+    }
+    follow (event.mousePosition);
+    if (event.type != EventType::MouseDown || !hovered || silent)
+        return;
+    // A press on a control brings the line at once, for its value is what is being set.
+    const auto zone = lookup (event.mousePosition);
+    dragging = zone && zone->draggable && event.buttonState.isLeft ();
+    rested = dragging;
     since = std::chrono::steady_clock::now ();
-    const bool drags = event.buttonState.isLeft () && dynamic_cast<CControl*> (hovered) != nullptr;
-    if (drags)
-        show ();
-    else
-        hide ();
+    refresh ();
 }
 }

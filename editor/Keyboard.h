@@ -29,7 +29,9 @@ public:
     void setKeyOn (int note);
     void setKeyOff (int note);
     void allKeysOff ();
-    int keyHeight () const { return static_cast<int> (geometry.whiteHeight); }
+
+    // Ends the note that the mouse holds, as if its button came up.
+    void release ();
     bool isKeyDown (int note) const { return keyDown[static_cast<std::size_t> (note)]; }
 
     void draw (VSTGUI::CDrawContext* context) override;
@@ -45,7 +47,6 @@ public:
 private:
     bool isShown (int note) const { return note >= lowest && note <= highest; }
     void play (const VSTGUI::CPoint& where);
-    void release ();
     void show (int note, bool isDown);
     VSTGUI::CRect keyRect (int note) const;
     void drawKey (VSTGUI::CDrawContext* context, const VSTGUI::CRect& updateRect, int note);

@@ -26,6 +26,13 @@ constexpr MenuTable tables[] = {
     { zoomMenuTag, "Zoom", zoomEntries },
 };
 
+// In their order on the menu.
+constexpr CommandEntry commandTable[] = {
+    { commandUndo, "Undo" },
+    { commandRedo, "Redo" },
+    { commandRenameProgram, "Rename program" },
+};
+
 // Where the factory bank keeps its kinds of sounds. Banks of the user's own are listed by the same numbers.
 struct ProgramRun
 {
@@ -53,6 +60,11 @@ std::span<const MenuTable> menuTables ()
 const MenuTable& menuTable (std::int32_t tag)
 {
     return *std::ranges::find (tables, tag, &MenuTable::tag);
+}
+
+std::span<const CommandEntry> commandEntries ()
+{
+    return commandTable;
 }
 
 int zoomEntryOf (std::uint32_t percent)

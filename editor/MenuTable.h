@@ -29,6 +29,20 @@ struct MenuTable
 std::span<const MenuTable> menuTables ();
 const MenuTable& menuTable (std::int32_t tag); // `tag` must be in the table
 
+// What follows below the submenus in the main menu: commands of the panel's own, each under a tag of its own.
+enum PanelCommand : std::int32_t
+{
+    commandUndo = 60,
+    commandRedo,
+    commandRenameProgram
+};
+struct CommandEntry
+{
+    std::int32_t tag;
+    const char* title;
+};
+std::span<const CommandEntry> commandEntries ();
+
 // Entries of the random-sound menu: the categories from 0, then this one.
 inline constexpr int useNumberKeysEntry = 5;
 

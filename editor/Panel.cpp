@@ -88,6 +88,7 @@ bool Panel::open (void* parentWindow)
     mailbox.open (); // before anything is read, so that no change falls between
     frame = new CFrame (CRect (0, 0, panel::panelRect.width, panelHeight ()), this);
     frame->setBackgroundColor (toColour (panel::caseColour)); // for the rest of a pixel beside the panel
+    frame->setFocusColor (toColour (panel::plateColour)); // behind marked letters
     knobMode = kLinearMode;
     buildPanel ();
     makeAboutPage ();
@@ -97,14 +98,15 @@ bool Panel::open (void* parentWindow)
         close ();
         return false;
     }
-    styleMenus ();
-    copyLearnBindings ();
     closed = false;
+    copyLearnBindings ();
     return true;
 }
 
 void Panel::close ()
 {
+    if (keyboard != nullptr)
+        keyboard->release (); // while it still reaches the instrument
     closed = true;
     mailbox.shut ();
     if (frame == nullptr)
@@ -115,6 +117,9 @@ void Panel::close ()
             entry.control->endEdit ();
     }
     hoverHelp.reset ();
+    popup = nullptr;
+    field = nullptr;
+    edits.clear ();
     frame->unregisterKeyboardHook (this);
     platform::closeFrame (*frame);
     frame = nullptr;
@@ -142,6 +147,8 @@ void Panel::idle ()
         return;
     applyNews ();
     hoverHelp->idle ();
+    if (popup != nullptr)
+        popup->idle ();
     if (!platform::windowsKeepTheirPicture () && topView->drewPart ())
         frame->invalid ();
     frame->idle ();
@@ -176,29 +183,48 @@ bool Panel::setKnobMode (std::int32_t mode)
 
 void Panel::onKeyboardEvent (KeyboardEvent& event, CFrame* /*owner*/)
 {
-    if (event.type == EventType::KeyDown && aboutShown && event.virt == VirtualKey::Escape)
+    if (popup != nullptr)
     {
-        removeAboutPage ();
-        event.consumed = true;
+        popup->onKey (event);
+        return;
+    }
+    if (event.type != EventType::KeyDown)
+        return;
+    if (field != nullptr)
+    {
+        if (event.virt == VirtualKey::Escape)
+            field->cancel ();
         return;
     }
     const std::int32_t category = categoryOfKey (static_cast<std::int32_t> (event.character));
-    if (event.type != EventType::KeyDown || randomChoice != useNumberKeysEntry || category < 0)
+    const bool control = event.modifiers.has (ModifierKey::Control);
+    if (randomChoice == useNumberKeysEntry && category >= 0)
+        makeRandomSound (category);
+    else if (aboutShown && event.virt == VirtualKey::Escape)
+        removeAboutPage ();
+    else if (control && (event.character == 'z' || event.character == 'Z'))
+        event.modifiers.has (ModifierKey::Shift) ? redo () : undo ();
+    else if (control && (event.character == 'y' || event.character == 'Y'))
+        redo ();
+    else if (!turnHovered (event))
         return;
-    makeRandomSound (category);
     event.consumed = true;
 }
 
 void Panel::beginEdit (std::int32_t index)
 {
-    if (isParameter (index))
-        host.beginEdit (index);
+    if (!isParameter (index))
+        return;
+    startStep (index);
+    host.beginEdit (index);
 }
 
 void Panel::endEdit (std::int32_t index)
 {
-    if (isParameter (index))
-        host.endEdit (index);
+    if (!isParameter (index))
+        return;
+    host.endEdit (index);
+    finishStep (index);
 }
 
 bool Panel::beforeSizeChange (const CRect& newSize, const CRect& /*oldSize*/)
@@ -221,8 +247,6 @@ void Panel::valueChanged (CControl* control)
         shared (control); // what follows can show a message box, and meanwhile the host can close us
     if (const auto* rightMenu = dynamic_cast<VstGraph::CRightMenu*> (control))
         synth.setParameter (commandLearn, rightMenu->getValue ());
-    else if (auto* menu = dynamic_cast<COptionMenu*> (control))
-        menuChosen (*menu);
     else
         forward (control->getTag (), control->getValue ());
     if (closed)
@@ -231,7 +255,7 @@ void Panel::valueChanged (CControl* control)
         control->setDirty ();
     applyNews ();
     if (!closed)
-        hoverHelp->refresh ();
+        hoverHelp->tellNow ();
 }
 
 void Panel::forward (std::int32_t tag, float value)
@@ -239,7 +263,10 @@ void Panel::forward (std::int32_t tag, float value)
     if (tag == commandRemoveAbout)
         setParameter (tag, value);
     else if (isParameter (tag))
+    {
         host.setParameterAutomated (tag, value);
+        noteStep (tag);
+    }
     else
         synth.setParameter (tag, value);
 }
@@ -282,6 +309,9 @@ void Panel::applyValue (std::int32_t index, float value)
         return;
     case commandRemoveAbout:
         removeAboutPage ();
+        return;
+    case commandLearn:
+        updateLearning ();
         return;
     case commandRandom:
         makeRandomSound (truncateToInt (value));
@@ -363,6 +393,24 @@ void Panel::copyLearnBindings ()
         if (slot (index).rightMenu != nullptr)
             slot (index).rightMenu->setController (synth.midiController (index));
     }
+    updateLearning ();
+}
+
+// The control that waits for a controller says so.
+void Panel::updateLearning ()
+{
+    learning = synth.learnTarget ();
+    std::optional<CPoint> where;
+    for (std::int32_t index = 0; index < parameterCount; ++index)
+    {
+        VstGraph::CRightMenu* menu = slot (index).rightMenu;
+        if (menu == nullptr)
+            continue;
+        menu->setLearning (index == learning);
+        if (index == learning)
+            where = menu->getViewSize ().getCenter ();
+    }
+    hoverHelp->pin (where);
 }
 
 void Panel::stepProgram (std::int32_t step)
@@ -375,8 +423,16 @@ void Panel::stepProgram (std::int32_t step)
 
 void Panel::makeRandomSound (std::int32_t category)
 {
+    History::Step step;
+    step.program = synth.getProgram ();
     randomSound.generate (category,
-                          [this] (std::int32_t index, float value) { synth.setParameter (index, value); });
+                          [&] (std::int32_t index, float value)
+                          {
+                              const float before = synth.getParameter (index);
+                              synth.setParameter (index, value);
+                              step.changes.push_back ({ index, before, synth.getParameter (index) });
+                          });
+    history.add (std::move (step));
     applyNews ();
 }
 

@@ -6,15 +6,19 @@
 
 #include "editor/AboutPage.h"
 #include "editor/ClipRelease.h"
+#include "editor/History.h"
 #include "editor/HoverHelp.h"
+#include "editor/InputField.h"
 #include "editor/Keyboard.h"
 #include "editor/Mailbox.h"
 #include "editor/PanelFactory.h"
+#include "editor/PopupMenu.h"
 #include "editor/ProgramDisplay.h"
 #include "editor/RandomSound.h"
 #include "editor/RightMenu.h"
 #include "editor/SmallButton.h"
 #include "editor/Toolkit.h"
+#include "editor/ValueText.h"
 #include "resources/panel/PanelLayout.h"
 
 namespace editor
@@ -89,18 +93,42 @@ private:
     void makeAboutPage ();
     void enterControl (VSTGUI::CControl* control, std::int32_t tag, int bitmapId, bool addToFrame);
     VSTGUI::SharedPointer<VSTGUI::CBitmap> panelBitmap (int resourceId);
-    std::string helpFor (VSTGUI::CView* view);
+    std::optional<HoverHelp::Zone> helpAt (const VSTGUI::CPoint& where);
+    std::string helpFor (const panel::Control& control);
+    ValueContext valueContext () const;
+    std::string valueOf (std::int32_t parameter) const; // as text
 
     // PanelMenus.cpp
     VSTGUI::SharedPointer<VSTGUI::COptionMenu> makeMenu (std::int32_t tag);
     VSTGUI::SharedPointer<VSTGUI::COptionMenu> makeMainMenu ();
     VSTGUI::SharedPointer<VSTGUI::COptionMenu> makeProgramMenu ();
-    void popUp (const VSTGUI::SharedPointer<VSTGUI::COptionMenu>& menu, const VSTGUI::CPoint& where);
-    void openMainMenu (const VSTGUI::CPoint& where);
+    void popUp (const VSTGUI::SharedPointer<VSTGUI::COptionMenu>& menu, const VSTGUI::CRect& anchor,
+                const PopupMenu::Done& chosen);
+    void openMainMenu (const VSTGUI::CRect& anchor);
     void openProgramMenu ();
     int currentEntry (std::int32_t tag) const;
-    void menuChosen (VSTGUI::COptionMenu& menu);
-    void styleMenus ();
+    bool isAvailable (std::int32_t command) const;
+    void menuChosen (VSTGUI::COptionMenu* menu, std::int32_t entry);
+    void perform (std::int32_t command);
+
+    // PanelEdits.cpp: steps that can be taken back, and what is typed
+    void undo ();
+    void redo ();
+    void apply (const History::Step& step, bool again);
+    struct Edit
+    {
+        std::int32_t program;
+        History::Change change;
+    };
+    void startStep (std::int32_t index);
+    void noteStep (std::int32_t index);
+    void finishStep (std::int32_t index);
+    History::Bank currentBank ();
+    void openField (const VSTGUI::CRect& place, const std::string& text,
+                    const std::function<void (const std::string&)>& typed);
+    void typeValue (std::int32_t parameter);
+    void renameProgram ();
+    bool turnHovered (const VSTGUI::KeyboardEvent& event);
 
     // Panel.cpp: news and their effects
     void applyNews ();
@@ -110,6 +138,7 @@ private:
     void updateRateDisplay ();
     void updateProgramDisplay ();
     void copyLearnBindings ();
+    void updateLearning ();
     void forward (std::int32_t tag, float value);
     void stepProgram (std::int32_t step);
     void makeRandomSound (std::int32_t category);
@@ -142,6 +171,11 @@ private:
     VSTGUI::SharedPointer<CAboutPage> aboutPage;
     bool aboutShown = false;
     std::unique_ptr<HoverHelp> hoverHelp;
+    VSTGUI::SharedPointer<PopupMenu> popup;  // while one is open that the panel draws itself
+    VSTGUI::SharedPointer<InputField> field; // while something is being typed
+    std::int32_t learning = -1;              // parameter that waits for a controller
+    History history;
+    std::vector<Edit> edits;       // being made right now, one for each control held
     std::string rateText;          // what the LFO rate's display shows
     std::int32_t randomChoice = 0; // last chosen entry of the random-sound menu
     std::int32_t zoomChoice = -1;  // entry of the zoom menu, -1: not read yet

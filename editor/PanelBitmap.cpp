@@ -36,8 +36,8 @@ PlatformBitmapPtr platformBitmap (const picture::Picture& image)
     return bitmap;
 }
 
-// Views whose edges fall inside a pixel are clipped there, which would mix the picture's last pixels with what
-// lies below. Gives the clip that was set.
+// Views whose edges fall inside a pixel are clipped there, which would mix the picture's last pixels with
+// what lies below. Gives the clip that was set.
 CRect widenClip (CDrawContext& context)
 {
     constexpr double fuzz = 1e-6; // of a pixel, from calculating back and forth

@@ -1,10 +1,13 @@
 // What the panel is built of, from the control table.
 #include "editor/ClipRelease.h"
 #include "editor/Colours.h"
+#include "editor/LevelSlider.h"
 #include "editor/MenuTable.h"
 #include "editor/Panel.h"
 #include "editor/StepKnob.h"
+#include "editor/SwitchButton.h"
 #include "editor/ValueText.h"
+#include "parameters/KnobLaws.h"
 #include "platform/MessageBox.h"
 
 namespace editor
@@ -16,15 +19,13 @@ namespace
 constexpr int highestNote = 127;
 constexpr double aboutFontSize = 14.0; // pixels
 constexpr double helpFontSize = 11.0;
-constexpr float sliderWheelShare = 0.02f; // of the travel, for one notch
-constexpr float fineDragFactor = 10.0f;   // shift makes a drag this much longer
 
 // Under everything else: the background, and where a right click meets no control it opens the main menu. A
 // view, for the toolkit does not scale the background of a frame with the frame's zoom.
 class EmptyPanel : public CView
 {
 public:
-    EmptyPanel (const CRect& size, CBitmap* picture, std::function<void (const CPoint&)> onRightClick)
+    EmptyPanel (const CRect& size, CBitmap* picture, std::function<void (const CRect&)> onRightClick)
         : CView (size),
           rightClick (std::move (onRightClick))
     {
@@ -37,18 +38,24 @@ public:
             return;
         event.consumed = true;
         event.ignoreFollowUpMoveAndUpEvents (true);
-        rightClick (event.mousePosition);
+        rightClick (CRect (event.mousePosition, CPoint (1, 1)));
     }
 
 private:
-    std::function<void (const CPoint&)> rightClick;
+    std::function<void (const CRect&)> rightClick;
 };
+
+// The polyphony knob stands at the number of voices that play: 0 for two of them.
+std::int32_t voicesPosition (float value)
+{
+    return voiceCountFor (value).value_or (mostVoices) / 2 - 1;
+}
 }
 
 void Panel::buildPanel ()
 {
     frame->addView (new EmptyPanel (toRect (panel::panelRect), background,
-                                    [this] (const CPoint& where) { openMainMenu (where); }));
+                                    [this] (const CRect& where) { openMainMenu (where); }));
     for (const panel::Control& control : panel::controls ())
     {
         const panel::Rect& r = control.rect;
@@ -78,7 +85,7 @@ void Panel::buildPanel ()
     topView = new ClipRelease (toRect (panel::panelRect));
     frame->addView (topView);
     hoverHelp = std::make_unique<HoverHelp> (*frame, topView, toolkit->font (helpFontSize),
-                                             [this] (CView* view) { return helpFor (view); });
+                                             [this] (const CPoint& where) { return helpAt (where); });
     frame->registerKeyboardHook (this);
 }
 
@@ -102,6 +109,11 @@ void Panel::enterControl (CControl* control, std::int32_t tag, int bitmapId, boo
         control->setValue (synth.getParameter (tag));
         entry.rightMenu = new VstGraph::CRightMenu (control->getViewSize (), this,
                                                     VstGraph::CRightMenu::storedTag, control);
+        entry.rightMenu->setActions (
+            [this] (SharedPointer<COptionMenu> menu, const CRect& anchor,
+                    const std::function<void (std::int32_t)>& chosen)
+            { popUp (menu, anchor, [chosen] (COptionMenu*, std::int32_t item) { chosen (item); }); },
+            [this, tag] { typeValue (tag); });
     }
     else
     {
@@ -121,25 +133,25 @@ void Panel::addKnob (int x, int y, std::int32_t tag, int frameHeight, int bitmap
     const int width = bitmap ? static_cast<int> (bitmap->getWidth ()) : frameHeight;
     const int frames = bitmap ? static_cast<int> (bitmap->getHeight ()) / frameHeight : 0;
     const CRect size (x, y, x + width, y + frameHeight);
-    enterControl (new StepKnob (size, this, tag, frames, frameHeight, bitmap), tag, bitmapId, addToFrame);
+    const StepKnob::PositionLaw law = tag == paramVoices ? voicesPosition : nullptr;
+    enterControl (new StepKnob (size, this, tag, frames, frameHeight, bitmap, law), tag, bitmapId,
+                  addToFrame);
 }
 
 void Panel::addOnOffButton (int x, int y, int width, int height, std::int32_t tag, int bitmapId,
                             bool addToFrame)
 {
     const CRect size (x, y, x + width, y + height);
-    enterControl (new COnOffButton (size, this, tag, panelBitmap (bitmapId)), tag, bitmapId, addToFrame);
+    enterControl (new SwitchButton (size, this, tag, panelBitmap (bitmapId)), tag, bitmapId, addToFrame);
 }
 
 void Panel::addHorizontalSlider (int x, int y, int width, int height, std::int32_t tag, int bitmapId,
                                  bool addToFrame)
 {
     const CRect size (x, y, x + width, y + height);
-    auto* slider = new CHorizontalSlider (size, this, tag, CPoint (0, panel::sliderHandleOffsetY), width,
-                                          panelBitmap (bitmapId), nullptr, CPoint (0, 0), CSlider::kLeft);
-    slider->setWheelInc (sliderWheelShare);
-    slider->setZoomFactor (fineDragFactor);
-    enterControl (slider, tag, bitmapId, addToFrame);
+    enterControl (
+        new LevelSlider (size, this, tag, CPoint (0, panel::sliderHandleOffsetY), panelBitmap (bitmapId)),
+        tag, bitmapId, addToFrame);
 }
 
 void Panel::addValueDisplay (int x, int y, int width, int height, std::int32_t tag, float scale, float offset,
@@ -203,8 +215,8 @@ void Panel::addProgramControls ()
     frame->addView (
         new SmallButton (toRect (panel::nextProgramRect), picture, Sign::right, [this] { stepProgram (1); }));
     const CRect menuRect = toRect (panel::menuButtonRect);
-    menuButton = new SmallButton (menuRect, picture, Sign::menu,
-                                  [this, menuRect] { openMainMenu (menuRect.getBottomLeft ()); });
+    menuButton =
+        new SmallButton (menuRect, picture, Sign::menu, [this, menuRect] { openMainMenu (menuRect); });
     frame->addView (menuButton);
 }
 
@@ -216,21 +228,62 @@ void Panel::makeAboutPage ()
         makeOwned<CAboutPage> (places, this, commandRemoveAbout, aboutPicture, toolkit->font (aboutFontSize));
 }
 
-std::string Panel::helpFor (CView* view)
+ValueContext Panel::valueContext () const
 {
-    if (auto* rightMenu = dynamic_cast<VstGraph::CRightMenu*> (view))
+    return { synth.parameterValue (paramLfoBmpSync) != 0.0f,
+             synth.parameterValue (paramFilterKeyTrak) != 0.0f };
+}
+
+std::string Panel::valueOf (std::int32_t parameter) const
+{
+    return valueText (parameter, synth.parameterValue (parameter), valueContext ());
+}
+
+std::string Panel::helpFor (const panel::Control& control)
+{
+    std::string text = control.help;
+    if (!isParameter (control.tag))
+        return text;
+    text += " \xE2\x80\x94 "; // a dash
+    text += control.tag == learning ? "move a controller" : valueOf (control.tag);
+    if (const std::uint32_t controller = synth.midiController (control.tag); controller != 0)
+        text += ", CC " + std::to_string (controller);
+    return text;
+}
+
+std::optional<HoverHelp::Zone> Panel::helpAt (const CPoint& where)
+{
+    struct Button
     {
-        const std::int32_t tag = rightMenu->getTag ();
-        for (const panel::Control& control : panel::controls ())
-        {
-            if (control.tag == tag && control.kind != panel::ControlKind::valueDisplay)
-                return std::string (control.help) + " \xE2\x80\x94 " +
-                       valueText (tag, synth.parameterValue (tag),
-                                  synth.parameterValue (paramLfoBmpSync) != 0.0f);
-        }
+        const panel::Rect& rect;
+        const char* help;
+    };
+    static constexpr Button buttons[] = {
+        { panel::programDisplayRect, "Program: click for the list, turn the wheel to step" },
+        { panel::previousProgramRect, "Previous program" },
+        { panel::nextProgramRect, "Next program" },
+        { panel::menuButtonRect, "Menu: banks, random sounds, undo, zoom" },
+    };
+    if (aboutShown)
+        return std::nullopt;
+    for (const panel::Control& control : panel::controls ())
+    {
+        const CRect place = toRect (panel::paintedRect (control));
+        const bool isHidden = control.kind == panel::ControlKind::keyboard && !keyboardShown;
+        if (isHidden || !place.pointInside (where))
+            continue;
+        CRect caption = place;
+        caption.bottom += panel::captionHeight (control);
+        return HoverHelp::Zone{ place, caption, helpFor (control),
+                                isParameter (control.tag) &&
+                                    control.kind != panel::ControlKind::valueDisplay };
     }
-    if (view == programDisplay)
-        return "Program: click for the list, turn the wheel to step";
-    return {};
+    for (const Button& button : buttons)
+    {
+        const CRect place = toRect (button.rect);
+        if (place.pointInside (where))
+            return HoverHelp::Zone{ place, place, button.help };
+    }
+    return std::nullopt;
 }
 }

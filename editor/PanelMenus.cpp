@@ -1,14 +1,11 @@
 // The pop-up menus, from the menu table.
+#include "editor/Panel.h"
+
 #include <cmath>
 
 #include "editor/Colours.h"
-#include "editor/Panel.h"
-
 #include "editor/MenuTable.h"
 #include "platform/EditorWindow.h"
-#include <cmath>
-#include <vstgui/lib/platform/common/genericoptionmenu.h>
-#include <vstgui/lib/platform/iplatformframe.h>
 
 namespace editor
 {
@@ -18,17 +15,25 @@ namespace
 {
 constexpr double menuFontSize = 12.0; // pixels
 
-// In the one style whose check marks, also on submenus, show on both systems.
-SharedPointer<COptionMenu> emptyMenu (IControlListener* listener, std::int32_t tag)
+// What is chosen comes back through popUp; the toolkit shall not tell the host of it.
+class QuietMenu : public COptionMenu
 {
-    return makeOwned<COptionMenu> (CRect (), listener, tag, nullptr, nullptr,
-                                   COptionMenu::kMultipleCheckStyle);
+public:
+    using COptionMenu::COptionMenu;
+    void beginEdit () override {}
+    void endEdit () override {}
+};
+
+// In the one style whose check marks, also on submenus, show on both systems.
+SharedPointer<COptionMenu> emptyMenu (std::int32_t tag)
+{
+    return makeOwned<QuietMenu> (CRect (), nullptr, tag, nullptr, nullptr, COptionMenu::kMultipleCheckStyle);
 }
 }
 
 SharedPointer<COptionMenu> Panel::makeMenu (std::int32_t tag)
 {
-    auto menu = emptyMenu (this, tag);
+    auto menu = emptyMenu (tag);
     for (const char* entry : menuTable (tag).entries)
     {
         if (entry == menuSeparator)
@@ -56,16 +61,23 @@ SharedPointer<COptionMenu> Panel::makeMainMenu ()
         const auto submenu = table.tag == commandProgram ? makeProgramMenu () : makeMenu (table.tag);
         menu->addEntry (submenu, table.title);
     }
+    menu->addSeparator ();
+    for (const CommandEntry& entry : commandEntries ())
+    {
+        auto* item = new CMenuItem (entry.title, entry.tag);
+        item->setEnabled (isAvailable (entry.tag));
+        menu->addEntry (item);
+    }
     return menu;
 }
 
 // Entries carry their program as tag, for the groups count from 0 each.
 SharedPointer<COptionMenu> Panel::makeProgramMenu ()
 {
-    auto menu = emptyMenu (this, commandProgram);
+    auto menu = emptyMenu (commandProgram);
     for (const ProgramGroup& group : programGroups ())
     {
-        auto submenu = emptyMenu (this, commandProgram);
+        auto submenu = emptyMenu (commandProgram);
         bool holdsCurrent = false;
         for (const std::int32_t program : group.programs)
         {
@@ -88,78 +100,139 @@ int Panel::currentEntry (std::int32_t tag) const
         return randomChoice == useNumberKeysEntry ? randomChoice : -1;
     if (tag == zoomMenuTag)
         return zoomChoice;
-    return isParameter (tag) ? static_cast<int> (std::lround (synth.parameterValue (tag))) : -1;
+    if (tag == paramHighQuality) // its two ends alone mean something
+        return static_cast<int> (std::lround (synth.parameterValue (tag)));
+    return isParameter (tag) ? (synth.parameterValue (tag) != 0.0f ? 1 : 0) : -1;
 }
 
-// The toolkit takes its reference back only while the frame lives, so it gets one of its own.
-void Panel::popUp (const SharedPointer<COptionMenu>& menu, const CPoint& where)
+// A menu of the system takes its reference back only while the frame lives, so it gets one of its own.
+void Panel::popUp (const SharedPointer<COptionMenu>& menu, const CRect& anchor, const PopupMenu::Done& chosen)
 {
-    const auto show = [this, menu, where]
+    const auto whenDone =
+        [this, chosen, owner = std::weak_ptr (alive)] (COptionMenu* from, std::int32_t entry)
     {
+        if (owner.expired ())
+            return;
+        popup = nullptr;
+        if (menuButton != nullptr)
+            menuButton->release ();
         if (closed)
             return;
+        hoverHelp->setSilent (false);
+        chosen (from, entry);
+    };
+    const auto show = [this, menu, anchor, whenDone]
+    {
+        if (closed || popup != nullptr)
+            return;
+        hoverHelp->setSilent (true);
+        if (!platform::hasMenusOfItsOwn ())
+        {
+            CRect area = frame->getViewSize ();
+            frame->getTransform ().inverse ().transform (area);
+            popup = makeOwned<PopupMenu> (area, toolkit->font (menuFontSize), menu, anchor, whenDone);
+            addShared (popup);
+            return;
+        }
         menu->remember ();
-        menu->popup (frame, where,
-                     [this, menu, owner = std::weak_ptr (alive)] (COptionMenu*)
+        menu->popup (frame, anchor.getBottomLeft (),
+                     [menu, whenDone] (COptionMenu*)
                      {
+                         std::int32_t entry = -1;
+                         COptionMenu* from = menu->getLastItemMenu (entry);
+                         const bool left = from == nullptr || menu->getLastResult () < 0;
+                         whenDone (left ? nullptr : from, left ? -1 : entry);
                          menu->forget ();
-                         if (!owner.expired () && menuButton != nullptr)
-                             menuButton->release ();
                      });
     };
-    hoverHelp->hide ();
     if (frame->inEventProcessing ())
         frame->doAfterEventProcessing (show);
     else
         show ();
 }
 
-void Panel::openMainMenu (const CPoint& where)
+void Panel::openMainMenu (const CRect& anchor)
 {
-    popUp (makeMainMenu (), where);
+    popUp (makeMainMenu (), anchor,
+           [this] (COptionMenu* menu, std::int32_t entry) { menuChosen (menu, entry); });
 }
 
 void Panel::openProgramMenu ()
 {
-    popUp (makeProgramMenu (), toRect (panel::programDisplayRect).getBottomLeft ());
+    popUp (makeProgramMenu (), toRect (panel::programDisplayRect),
+           [this] (COptionMenu* menu, std::int32_t entry) { menuChosen (menu, entry); });
 }
 
-void Panel::menuChosen (COptionMenu& menu)
+// What is chosen travels under the tag of its (sub)menu with the entry's index as value; the program list's
+// entries carry their program, and the panel's own commands theirs.
+void Panel::menuChosen (COptionMenu* menu, std::int32_t entry)
 {
-    std::int32_t index = -1;
-    COptionMenu* chosen = menu.getLastItemMenu (index);
-    if (chosen == nullptr || menu.getLastResult () < 0) // Escape leaves a menu but no entry
+    if (menu == nullptr)
         return;
-    const std::int32_t tag = chosen->getTag ();
+    const std::int32_t tag = menu->getTag ();
+    const std::int32_t entryTag = menu->getEntry (entry)->getTag ();
     if (tag == zoomMenuTag)
     {
-        setZoomEntry (index);
+        setZoomEntry (entry);
+        return;
+    }
+    if (tag == commandMainMenu && entryTag >= commandUndo)
+    {
+        perform (entryTag);
         return;
     }
     if (tag == commandRandom)
-        randomChoice = index;
-    const bool isProgram = tag == commandProgram;
-    const std::int32_t value = isProgram ? chosen->getEntry (index)->getTag () : index;
+        randomChoice = entry;
+    const auto value = static_cast<float> (tag == commandProgram ? entryTag : entry);
+    const bool replacesBank = tag == commandMainMenu && entry == menuLoadFactoryBank;
+    History::Step step;
+    if (replacesBank)
+    {
+        step.program = synth.getProgram ();
+        step.before = currentBank ();
+    }
     beginEdit (tag);
-    forward (tag, static_cast<float> (value));
-    if (!closed)
-        endEdit (tag);
+    forward (tag, value);
+    if (closed) // a question was asked meanwhile, and the host closed us
+        return;
+    endEdit (tag);
+    if (replacesBank)
+    {
+        step.after = currentBank ();
+        step.programAfter = synth.getProgram ();
+        history.add (std::move (step));
+    }
+    applyNews ();
 }
 
-void Panel::styleMenus ()
+bool Panel::isAvailable (std::int32_t command) const
 {
-    if (platform::hasMenusOfItsOwn ())
-        return;
-    GenericOptionMenuTheme theme;
-    theme.font = toolkit->font (menuFontSize);
-    theme.backgroundColor = toColour (panel::caseColour);
-    theme.backgroundColor.alpha = 254; // the toolkit leaves a fully opaque one out
-    theme.textColor = toColour (panel::letterColour);
-    theme.selectedBackgroundColor = toColour (panel::accentColour);
-    theme.selectedTextColor = toColour (panel::glassColour);
-    theme.separatorColor = toColour (panel::scaleColour);
-    theme.titleTextColor = toColour (panel::scaleColour);
-    theme.menuAnimationTime = 60; // ms
-    frame->getPlatformFrame ()->setupGenericOptionMenu (true, &theme);
+    switch (command)
+    {
+    case commandUndo:
+        return history.canUndo ();
+    case commandRedo:
+        return history.canRedo ();
+    default:
+        return true;
+    }
+}
+
+void Panel::perform (std::int32_t command)
+{
+    switch (command)
+    {
+    case commandUndo:
+        undo ();
+        break;
+    case commandRedo:
+        redo ();
+        break;
+    case commandRenameProgram:
+        renameProgram ();
+        break;
+    default:
+        break;
+    }
 }
 }

@@ -10,8 +10,17 @@ using namespace parameters;
 
 namespace
 {
+// What one parameter may become.
+struct Rule
+{
+    std::int32_t parameter;
+    bool centred;                            // the range lies around 0.5 instead of above 0
+    float base;                              // added afterwards
+    float range[RandomSound::categoryCount]; // width; a negative one is a fixed value, -range
+};
+
 // parameter, centred, base, range for bass / pad / lead / effects
-constexpr RandomSound::Rule ruleTable[] = {
+constexpr Rule rules[] = {
     { paramOsc1Vol, false, 0.0f, { -1.0f, -1.0f, -1.0f, -1.0f } },
     { paramOsc1Wave, false, 0.5f, { 1.0f, 1.0f, 1.0f, 1.0f } },
     { paramOsc1PW, false, 0.0f, { 1.0f, 1.0f, 1.0f, 1.0f } },
@@ -39,14 +48,9 @@ constexpr RandomSound::Rule ruleTable[] = {
     { paramVelocityAmp, false, 0.0f, { 1.0f, 1.0f, 1.0f, 1.0f } },
     { paramVelocityFilter, false, 0.0f, { 1.0f, 1.0f, 1.0f, 1.0f } },
 };
-}
 
-std::span<const RandomSound::Rule> RandomSound::rules ()
-{
-    return ruleTable;
-}
-
-float RandomSound::valueOf (const Rule& rule, Category category, float fraction)
+// 0..1, from a fraction 0..1 of the rule's range.
+float valueOf (const Rule& rule, std::int32_t category, float fraction)
 {
     const float range = rule.range[category];
     if (range < 0.0f)
@@ -55,19 +59,19 @@ float RandomSound::valueOf (const Rule& rule, Category category, float fraction)
     const float x = rule.centred ? 0.5f + range / 2.0f - offset : offset;
     return std::clamp (x + rule.base, 0.0f, 1.0f);
 }
+}
 
 void RandomSound::generate (std::int32_t category, const std::function<void (std::int32_t, float)>& set)
 {
     if (category < 0 || category >= categoryCount)
         return;
-    for (const Rule& rule : ruleTable)
+    for (const Rule& rule : rules)
     {
-        const auto kind = static_cast<Category> (category);
         // Fixed values draw no number.
-        const bool fixed = rule.range[kind] < 0.0f;
+        const bool fixed = rule.range[category] < 0.0f;
         const float fraction =
             fixed ? 0.0f : static_cast<float> (random.next ()) / static_cast<float> (engine::Random::highest);
-        set (rule.parameter, valueOf (rule, kind, fraction));
+        set (rule.parameter, valueOf (rule, category, fraction));
     }
 }
 }

@@ -1,5 +1,6 @@
 #include "editor/RightMenu.h"
 
+#include "editor/Colours.h"
 #include "editor/MenuTable.h"
 
 namespace editor
@@ -8,18 +9,6 @@ using namespace VSTGUI;
 
 namespace VstGraph
 {
-namespace
-{
-// The host would take the menu's tag for a parameter that is being edited.
-class LearnPopup : public COptionMenu
-{
-public:
-    using COptionMenu::COptionMenu;
-    void beginEdit () override {}
-    void endEdit () override {}
-};
-}
-
 CRightMenu::CRightMenu (const CRect& size, IControlListener* viewListener, std::int32_t viewTag,
                         CControl* servedControl)
     : CControl (size, viewListener, viewTag),
@@ -30,9 +19,11 @@ CRightMenu::CRightMenu (const CRect& size, IControlListener* viewListener, std::
 
 CRightMenu::CRightMenu (const CRightMenu& other)
     : CControl (other),
-      menu (other.menu),
       served (other.served),
-      controller (other.controller)
+      controller (other.controller),
+      learning (other.learning),
+      openMenuWith (other.openMenuWith),
+      askForValue (other.askForValue)
 {
 }
 
@@ -47,23 +38,57 @@ std::int32_t CRightMenu::getTag () const
     return served != nullptr ? served->getTag () : -1;
 }
 
-void CRightMenu::draw (CDrawContext* /*context*/)
+void CRightMenu::setLearning (bool on)
 {
+    if (learning == on)
+        return;
+    learning = on;
+    invalid ();
+}
+
+void CRightMenu::setActions (MenuOpener opener, std::function<void ()> typeValue)
+{
+    openMenuWith = std::move (opener);
+    askForValue = std::move (typeValue);
+}
+
+// A frame around the control while it waits.
+void CRightMenu::draw (CDrawContext* context)
+{
+    if (learning)
+    {
+        context->setDrawMode (kAliasing);
+        context->setFrameColor (toColour (panel::accentColour));
+        context->setLineWidth (1.0);
+        context->drawRect (getViewSize (), kDrawStroked);
+    }
     setDirty (false);
 }
 
 void CRightMenu::onMouseDownEvent (MouseDownEvent& event)
 {
+    const CPoint where = event.mousePosition;
     if (event.buttonState.isRight ())
     {
-        const CPoint where = event.mousePosition;
-        const auto self = shared (this);
-        getFrame ()->doAfterEventProcessing ([self, where] { self->openMenu (where); });
         event.ignoreFollowUpMoveAndUpEvents (true);
+        openMenu (where);
     }
     else if (served != nullptr)
     {
-        served->dispatchEvent (event);
+        if (event.buttonState.isLeft ())
+        {
+            const bool second = clicks.isSecond (where.x, where.y, std::chrono::steady_clock::now ());
+            event.clickCount = second || event.clickCount == 2 ? 2 : 1;
+        }
+        if (event.clickCount == 2 && event.modifiers.has (ModifierKey::Shift) && askForValue)
+        {
+            event.ignoreFollowUpMoveAndUpEvents (true);
+            askForValue ();
+        }
+        else
+        {
+            served->dispatchEvent (event);
+        }
     }
     event.consumed = true;
 }
@@ -98,26 +123,15 @@ void CRightMenu::onMouseWheelEvent (MouseWheelEvent& event)
 
 void CRightMenu::openMenu (const CPoint& where)
 {
-    if (getFrame () == nullptr || menu != nullptr)
+    if (!openMenuWith)
         return;
-    CRect rect (where.x, where.y, where.x + 1, where.y + 1);
-    rect.normalize ();
-    menu = new LearnPopup (rect, nullptr, 0);
+    CRect spot (where.x, where.y, where.x + 1, where.y + 1);
+    spot.normalize ();
+    const auto menu = makeOwned<COptionMenu> (spot, nullptr, 0);
     for (const auto& title : learnMenuEntries (controller))
         menu->addEntry (title.c_str ());
-    getFrame ()->addView (menu);
-
-    // The toolkit's menus may close later than this call returns, and with the frame.
-    const auto self = shared (this);
-    menu->popup (
-        [self] (COptionMenu* closed)
-        {
-            const std::int32_t entry = closed->getLastResult ();
-            self->menu = nullptr;
-            if (CFrame* frame = closed->getFrame ())
-                frame->removeView (closed);
-            self->chosen (entry);
-        });
+    const auto self = shared (this); // what is chosen may come after the panel was closed
+    openMenuWith (menu, spot, [self] (std::int32_t entry) { self->chosen (entry); });
 }
 
 void CRightMenu::chosen (std::int32_t entry)

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <string_view>
 
+#include "editor/ClickCounter.h"
 #include "editor/Toolkit.h"
 
 namespace editor
@@ -31,7 +33,17 @@ public:
     // Bound controller as shown in the menu, 0: none.
     void setController (std::uint32_t number) { controller = number; }
     std::uint32_t boundController () const { return controller; }
-    VSTGUI::CControl* servedControl () const { return served; }
+
+    // Marks the control as waiting for a controller.
+    void setLearning (bool on);
+
+    // Shows a menu whose entries keep clear of `anchor` and calls `chosen` with the entry, -1 when it was
+    // left.
+    using MenuOpener =
+        std::function<void (VSTGUI::SharedPointer<VSTGUI::COptionMenu> menu, const VSTGUI::CRect& anchor,
+                            std::function<void (std::int32_t entry)> chosen)>;
+    // `typeValue` is asked for with shift and a double click.
+    void setActions (MenuOpener opener, std::function<void ()> typeValue);
 
     void draw (VSTGUI::CDrawContext* context) override;
     void onMouseDownEvent (VSTGUI::MouseDownEvent& event) override;
@@ -46,9 +58,12 @@ private:
     void openMenu (const VSTGUI::CPoint& where);
     void chosen (std::int32_t entry);
 
-    VSTGUI::COptionMenu* menu = nullptr; // while it is open
     VSTGUI::CControl* served;
     std::uint32_t controller = 0;
+    bool learning = false;
+    MenuOpener openMenuWith;
+    std::function<void ()> askForValue;
+    ClickCounter clicks;
 };
 }
 }

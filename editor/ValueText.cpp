@@ -1,11 +1,14 @@
 #include "editor/ValueText.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <iterator>
 #include <span>
 
+#include "engine/NoteTable.h"
 #include "parameters/KnobLaws.h"
 
 namespace editor
@@ -22,131 +25,285 @@ std::string format (const char* pattern, Numbers... numbers)
     return text;
 }
 
-std::string percent (double v)
+// Units: how a number is told, and what a typed one may be followed by.
+std::string percent (double x)
 {
-    return format ("%.0f %%", v * 100.0);
+    return format ("%.0f %%", x);
+}
+std::string signedPercent (double x)
+{
+    return format ("%+.0f %%", x);
+}
+std::string cents (double x)
+{
+    return format (std::abs (x) < 10.0 ? "%+.1f cents" : "%+.0f cents", x);
+}
+std::string depthInCents (double x)
+{
+    return format (x < 10.0 ? "\xC2\xB1%.1f cents" : "\xC2\xB1%.0f cents", x);
+}
+std::string seconds (double x)
+{
+    if (x < 1.0)
+        return format (x < 0.01 ? "%.1f ms" : "%.0f ms", x * 1000.0);
+    return format ("%.2f s", x);
+}
+std::string hertz (double x)
+{
+    return format ("%.0f Hz", x);
+}
+std::string slowHertz (double x)
+{
+    return format ("%.2f Hz", x);
+}
+std::string dB (double x)
+{
+    return format ("%.1f dB", x);
 }
 
-std::string bipolarPercent (double v)
+// From a knob's value to the number that is told, all of them rising.
+double inPercent (float knob)
 {
-    return v == 0.5 ? "off" : format ("%+.0f %%", (v - 0.5) * 200.0);
+    return static_cast<double> (knob) * 100.0;
 }
-
-std::string seconds (double s)
+double fromCentre (float knob)
 {
-    if (s < 1.0)
-        return format (s < 0.01 ? "%.1f ms" : "%.0f ms", s * 1000.0);
-    return format ("%.2f s", s);
+    return static_cast<double> (bipolarAmount (knob)) * 100.0;
 }
-
-// The envelopes' law: (v^2 + foot)^2 x 10 s, with the feet of the amplitude envelope's two knobs.
-std::string envelopeSeconds (double v, double foot)
+double delay (float knob)
 {
-    const double x = v * v + foot;
-    return seconds (x * x * 10.0);
+    return static_cast<double> (delaySeconds (knob));
 }
-std::string attack (double v)
+double glide (float knob)
 {
-    return envelopeSeconds (v, 0.009);
+    return static_cast<double> (glideSeconds (knob));
 }
-std::string decay (double v)
+double attack (float knob)
 {
-    return envelopeSeconds (v, 0.006);
+    return static_cast<double> (attackSeconds (ampAttackControl (knob)));
 }
-std::string filterTime (double v)
+double decay (float knob)
 {
-    return envelopeSeconds (v, 0.0);
+    return static_cast<double> (decaySeconds (ampDecayControl (knob)));
 }
-
-// v^2 s; 0 is polyphonic
-std::string glide (double v)
+double filterTime (float knob)
 {
-    return v > 0.0 ? seconds (v * v) : "off, polyphonic";
+    return static_cast<double> (attackSeconds (filterTimeControl (knob)));
 }
-
-// v^2 x 6460 Hz + 100 Hz
-std::string cutoff (double v)
+double level (float knob)
 {
-    return format ("%.0f Hz", v * v * 6460.0 + 100.0);
+    return decibels (static_cast<double> (knob));
 }
-
-std::string voices (double v)
+double sustain (float knob)
 {
-    return format ("%d", 2 * (positionOf (static_cast<float> (v), 15.0f) / 2) + 2);
+    return decibels (static_cast<double> (sustainLevel (knob)));
 }
-
-std::string onOff (double v)
+double rate (float knob)
 {
-    return v > 0.0 ? "on" : "off";
+    return static_cast<double> (lfoHz (knob));
+}
+double cutoff (float knob)
+{
+    return static_cast<double> (cutoffHz (knob));
+}
+double trackedCutoff (float knob)
+{
+    constexpr int middleC = 60;
+    return static_cast<double> (trackedCutoffHz (knob, engine::keyTrackFactor[middleC - trackingStart]));
 }
 
 constexpr const char* oscWaves[] = { "off", "saw", "pulse" };
-constexpr const char* ranges[] = { "-24 semitones", "-12 semitones", "0 semitones", "+12 semitones",
-                                   "+24 semitones" };
-constexpr const char* filterTypes[] = { "low-pass", "band-pass", "high-pass" };
-constexpr const char* lfoWaves[] = { "triangle", "saw up", "saw down", "square", "noise", "sample and hold" };
+constexpr const char* rangeNames[] = { "-24 semitones", "-12 semitones", "0 semitones", "+12 semitones",
+                                       "+24 semitones" };
+constexpr const char* filterTypeNames[] = { "low-pass", "band-pass", "high-pass" };
+constexpr const char* lfoWaveNames[] = { "triangle", "saw up", "saw down",
+                                         "square",   "noise",  "sample and hold" };
+constexpr const char* voiceCounts[] = { "2", "4", "6", "8", "10", "12", "14", "16" };
+constexpr const char* offOn[] = { "off", "on" };
 
-// How a value is told: by a law, or by names that share the travel.
+using Names = std::span<const char* const>;
+
+std::int32_t evenPosition (float value, std::int32_t last)
+{
+    return positionOf (value, static_cast<float> (last));
+}
+std::int32_t voicesPosition (float value, std::int32_t /*last*/)
+{
+    return voiceCountFor (value).value_or (mostVoices) / 2 - 1;
+}
+std::int32_t anythingAbove0 (float value, std::int32_t /*last*/)
+{
+    return value > 0.0f ? 1 : 0;
+}
+
+// How a value is told: by a number, or by names of its positions.
 struct Row
 {
     Param parameter;
-    std::string (*law) (double value);
-    std::span<const char* const> names = {};
+    double (*law) (float knob);
+    std::string (*unit) (double number);
+    const char* special = nullptr; // what `specialAt` says in place of a number
+    float specialAt = 0.0f;
+    Names names = {};
+    std::int32_t (*position) (float value, std::int32_t last) = evenPosition;
 };
+constexpr Row named (Param parameter, Names names,
+                     std::int32_t (*position) (float, std::int32_t) = evenPosition)
+{
+    return { parameter, nullptr, nullptr, nullptr, 0.0f, names, position };
+}
 constexpr Row rows[] = {
-    { paramOsc1Wave, nullptr, oscWaves },
-    { paramOsc2Wave, nullptr, oscWaves },
-    { paramOsc1Range, nullptr, ranges },
-    { paramOsc2Range, nullptr, ranges },
-    { param1Attack, attack },
-    { param1Decay, decay },
-    { param2Attack, filterTime },
-    { param2Decay, filterTime },
-    { param2ToFilter, bipolarPercent },
-    { paramLfoFilter, bipolarPercent },
-    { paramMasterP, bipolarPercent },
-    { paramFilterFreq, cutoff },
-    { paramFilterType, nullptr, filterTypes },
-    { paramLfoWave, nullptr, lfoWaves },
-    { paramGlideMono, glide },
-    { paramVoices, voices },
-    { paramSmothFilt, onOff },
-    { paramFilterKeyTrak, onOff },
-    { paramLfoBmpSync, onOff },
+    { paramVolume, level, dB, "off" },
+    { paramOsc1Vol, level, dB, "off" },
+    { paramOsc2Vol, level, dB, "off" },
+    { paramNoise, level, dB, "off" },
+    named (paramOsc1Wave, oscWaves),
+    named (paramOsc2Wave, oscWaves),
+    named (paramOsc1Range, rangeNames),
+    named (paramOsc2Range, rangeNames),
+    { paramOsc2Fine, fineCents, cents },
+    { paramMasterP, masterCents, cents },
+    { param1Attack, attack, seconds },
+    { param1Sustain, sustain, dB, "none, repeats" },
+    { param1Decay, decay, seconds },
+    { param2Attack, filterTime, seconds },
+    { param2Decay, filterTime, seconds },
+    { param2Delay, delay, seconds, "none, repeats" },
+    { param2ToFilter, fromCentre, signedPercent, "off", 0.5f },
+    { paramLfoFilter, fromCentre, signedPercent, "off", 0.5f },
+    { paramFilterFreq, cutoff, hertz },
+    named (paramFilterType, filterTypeNames),
+    { paramLfoRate, rate, slowHertz },
+    named (paramLfoWave, lfoWaveNames),
+    { paramLfoPitch, vibratoCents, depthInCents, "off" },
+    { paramGlideMono, glide, seconds, "off, polyphonic" },
+    named (paramVoices, voiceCounts, voicesPosition),
+    { paramVelocityAmp, inPercent, percent, "off" },
+    { paramVelocityFilter, inPercent, percent, "off" },
+    named (paramSmothFilt, offOn, anythingAbove0),
+    named (paramFilterKeyTrak, offOn, anythingAbove0),
+    named (paramLfoBmpSync, offOn, anythingAbove0),
 };
+
+Row rowOf (std::int32_t parameter, const ValueContext& context)
+{
+    const auto* found = std::ranges::find (rows, parameter, &Row::parameter);
+    Row row = found != std::end (rows) ? *found : Row{ paramNonUsed, inPercent, percent };
+    if (parameter == paramFilterFreq && context.keyTracks)
+        row.law = trackedCutoff;
+    return row;
 }
 
-bool lfoRateText (float rate, bool synced, std::string& text)
+std::string lowered (const std::string& text)
+{
+    std::string result;
+    for (const char character : text)
+    {
+        if (character != ' ' || !result.empty ())
+            result += character >= 'A' && character <= 'Z' ? static_cast<char> (character + 32) : character;
+    }
+    result.erase (result.find_last_not_of (' ') + 1);
+    return result;
+}
+
+// The middle of a position's share; the ends stand at their very ends.
+std::optional<float> positionNamed (const std::string& wanted, Names names)
+{
+    const std::size_t last = names.size () - 1;
+    for (std::size_t position = 0; position <= last; ++position)
+    {
+        const std::string name = names[position];
+        if (name.starts_with (wanted) || name.starts_with ("+" + wanted))
+            return static_cast<float> (position) / static_cast<float> (last);
+    }
+    return std::nullopt;
+}
+
+std::optional<float> divisionNamed (const std::string& wanted)
+{
+    for (std::size_t position = 0; position < std::size (syncDivisions); ++position)
+    {
+        if (wanted == syncDivisions[position].label)
+            return std::min (1.0f, (static_cast<float> (position) + 0.5f) / syncDivisionSteps);
+    }
+    return std::nullopt;
+}
+
+// The value whose number comes closest.
+float valueFor (double number, double (*law) (float))
+{
+    float low = 0.0f;
+    float high = 1.0f;
+    for (int halving = 0; halving < 30; ++halving)
+    {
+        const float middle = (low + high) / 2.0f;
+        (law (middle) < number ? low : high) = middle;
+    }
+    return high;
+}
+}
+
+bool lfoRateText (float knob, bool synced, std::string& text)
 {
     if (synced)
     {
-        const auto division = syncDivisionFor (rate);
+        const auto division = syncDivisionFor (knob);
         if (division)
             text = division->label;
         return division.has_value ();
     }
-    const auto hz = static_cast<double> (lfoHz (rate));
+    const double hz = rate (knob);
     text = format (hz < 9.95 ? "%.1fHz" : "%.0fHz", hz);
     return true;
 }
 
-std::string valueText (std::int32_t parameter, float value, bool synced)
+std::string valueText (std::int32_t parameter, float value, const ValueContext& context)
 {
-    const auto v = static_cast<double> (value);
-    if (parameter == paramLfoRate)
+    std::string division;
+    if (parameter == paramLfoRate && context.synced && lfoRateText (value, true, division))
+        return division;
+    const Row row = rowOf (parameter, context);
+    if (!row.names.empty ())
     {
-        std::string text;
-        if (!synced)
-            return format ("%.2f Hz", static_cast<double> (lfoHz (value)));
-        return lfoRateText (value, synced, text) ? text : percent (v);
+        const auto last = static_cast<std::int32_t> (row.names.size ()) - 1;
+        return row.names[static_cast<std::size_t> (std::clamp (row.position (value, last), 0, last))];
     }
-    const auto* row = std::ranges::find (rows, parameter, &Row::parameter);
-    if (row == std::end (rows))
-        return percent (v);
-    if (row->law != nullptr)
-        return row->law (v);
-    const auto last = static_cast<std::int32_t> (row->names.size ()) - 1;
-    const std::int32_t position = std::clamp (positionOf (value, static_cast<float> (last)), 0, last);
-    return row->names[static_cast<std::size_t> (position)];
+    if (row.special != nullptr && value == row.specialAt)
+        return row.special;
+    std::string text = row.unit (row.law (value));
+    if (row.law == trackedCutoff)
+        text += " at middle C";
+    return text;
+}
+
+std::optional<float> valueFromText (std::int32_t parameter, const std::string& text,
+                                    const ValueContext& context)
+{
+    std::string wanted = lowered (text);
+    if (wanted.empty ())
+        return std::nullopt;
+    if (parameter == paramLfoRate && context.synced)
+        return divisionNamed (wanted);
+    const Row row = rowOf (parameter, context);
+    if (!row.names.empty ())
+        return positionNamed (wanted, row.names);
+    if (row.special != nullptr && std::string (row.special).starts_with (wanted))
+        return row.specialAt;
+
+    std::ranges::replace (wanted, ',', '.');
+    if (wanted.starts_with ("\xC2\xB1"))
+        wanted.erase (0, 2);
+    else if (wanted.starts_with ('+'))
+        wanted.erase (0, 1);
+    double number = 0.0;
+    const auto read = std::from_chars (wanted.data (), wanted.data () + wanted.size (), number);
+    if (read.ec != std::errc () || !std::isfinite (number))
+        return std::nullopt;
+    const std::string unit = lowered (read.ptr);
+    if (row.unit == seconds && unit.starts_with ("ms"))
+        number /= 1000.0;
+    else if (unit.starts_with ("k"))
+        number *= 1000.0;
+    return valueFor (number, row.law);
 }
 }

@@ -168,6 +168,8 @@ std::string Instrument::programName (std::int32_t program) const
 void Instrument::setProgramName (std::string_view name)
 {
     store.setProgramName (getProgram (), name);
+    if (editor != nullptr)
+        editor->markCurrentProgram ();
 }
 
 bool Instrument::copyProgram (std::int32_t destination)

@@ -55,6 +55,7 @@ public:
     std::int32_t getProgram () const { return currentProgram.load (std::memory_order_relaxed); }
     void setSampleRate (float hz);                           // outside 1000..1000000 Hz: stays as it was
     std::uint32_t midiController (std::int32_t index) const; // bound controller, 0: none
+    std::int32_t learnTarget () const { return midiLearn.armed (); } // parameter that waits for one, -1: none
 
     // User-interface thread
 

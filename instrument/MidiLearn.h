@@ -23,6 +23,9 @@ public:
     // when the bindings changed by that.
     bool complete (std::uint32_t controller);
 
+    // The parameter that waits for a controller, -1: none.
+    std::int32_t armed () const { return target; }
+
     bool isBound (std::int32_t index, std::uint32_t controller) const
     {
         return controller != 0 && store.midiController (index) == controller;

@@ -150,6 +150,14 @@ int labelTop (const Control& control)
     return control.rect.bottom () + (numbersBelow ? labelGapBelowNumbers : labelGap);
 }
 
+int captionHeight (const Control& control)
+{
+    if (control.label == nullptr || control.kind == ControlKind::onOffButton)
+        return 0;
+    return labelTop (control) - control.rect.bottom () + labelCapHeight +
+           (control.secondLabel != nullptr ? labelLinePitch : 0);
+}
+
 Rect paintedRect (const Control& control)
 {
     const Bitmap* bitmap = findBitmap (control.bitmapId);

@@ -150,6 +150,9 @@ std::span<const Label> labels ();
 // Top of the capitals of a control's own label.
 int labelTop (const Control& control);
 
+// How far the printed name below a control reaches beyond it, in pixels; 0 without one.
+int captionHeight (const Control& control);
+
 // The part of its rectangle that a control paints: the picture for a lamp, else the rectangle.
 Rect paintedRect (const Control& control);
 

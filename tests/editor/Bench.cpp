@@ -231,11 +231,6 @@ void Bench::keys (const std::string& names)
     mouse ("key --delay 60 " + names);
 }
 
-void Bench::enterSubmenu ()
-{
-    keys (isWine () ? "Right" : "Right Down");
-}
-
 Picture Bench::picture (int width, int height)
 {
     return screen->grab (width, height);

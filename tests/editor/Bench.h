@@ -64,7 +64,6 @@ public:
     void moveTo (int x, int y);
     void mouse (const std::string& actions); // as xdotool takes them: "mousedown 1 mousemove 10 20"
     void keys (const std::string& names);    // "Down Down Return"
-    void enterSubmenu ();                    // with the keyboard, to its first entry
 
     Picture picture (int width = 612, int height = 433);
 

@@ -3,7 +3,6 @@
 #include "plugin/EditorFactory.h"
 #include "tests/support/TestSynth.h"
 
-using namespace engine;
 using namespace instrument;
 using namespace parameters;
 
@@ -15,8 +14,7 @@ class ClosedEditor : public testing::Test
 protected:
     ClosedEditor ()
     {
-        host.createEditor = editorFactory ();
-        synth = std::make_unique<VstSynth> (&FakeHost::callback, host.services ());
+        synth = std::make_unique<VstSynth> (&FakeHost::callback, host.services (), editorFactory ());
         host.calls.clear ();
     }
 
@@ -61,7 +59,7 @@ TEST_F (ClosedEditor, TellsTheZoomedSize)
     for (const Stored& stored : { Stored{ 150, 918, 649 }, Stored{ 200, 1224, 866 }, Stored{ 70, 612, 433 } })
     {
         (*host.stored)["Brimvale\\EditorZoom"] = stored.percent;
-        VstSynth other (&FakeHost::callback, host.services ());
+        VstSynth other (&FakeHost::callback, host.services (), editorFactory ());
         ERect* rect = nullptr;
         other.dispatcher (effEditGetRect, 0, 0, &rect, 0.0f);
         EXPECT_EQ (rect->right, stored.width);

@@ -3,9 +3,11 @@
 
 #include <cmath>
 
+#include "editor/MenuTable.h"
 #include "parameters/Parameters.h"
 #include "tests/editor/Bench.h"
 
+using namespace editor;
 using namespace parameters;
 
 namespace
@@ -44,6 +46,38 @@ protected:
         const Picture before = bench.redrawnPicture ();
         bench.mouse ("click 1");
         EXPECT_TRUE (menuIsOpen (before));
+    }
+    // Whether the frame that marks a learning control lies around it.
+    bool learnMarkIs (int tag, bool there)
+    {
+        const panel::Rect& rect = controlOf (tag).rect;
+        return Bench::eventually (
+            [&]
+            { return (bench.redrawnPicture ().at (rect.x, rect.y + 3) == panel::accentColour) == there; });
+    }
+    // The main menu, with the entry of a submenu or of one of the panel's own commands selected.
+    void openMenuAt (std::int32_t tag)
+    {
+        std::vector<std::int32_t> tags (menuTable (commandMainMenu).entries.size (), -1);
+        for (const MenuTable& table : menuTables ().subspan (1))
+            tags.push_back (table.tag);
+        for (const CommandEntry& entry : commandEntries ())
+        {
+            // The system's own menus stop at what cannot be chosen, too.
+            if (entry.tag == tag || Bench::isWine () || entry.tag == commandRenameProgram)
+                tags.push_back (entry.tag);
+        }
+        clickMenuButton ();
+        std::string presses;
+        for (auto at = tags.begin (); at == tags.begin () || at[-1] != tag; ++at)
+            presses += "Down ";
+        bench.keys (presses);
+    }
+    // With its first entry selected.
+    void openSubmenu (std::int32_t tag)
+    {
+        openMenuAt (tag);
+        bench.keys ("Right");
     }
     // A menu covers part of the panel that was free before: wait until the picture rests at something new.
     bool menuIsOpen (const Picture& before)
@@ -135,6 +169,16 @@ TEST_F (EditorWindow, HostMovesTheControls)
     EXPECT_EQ (bench.say ("calls"), "") << "what comes from the host does not go back to it";
 }
 
+// Sixteen voices play from 0.9334 on.
+TEST_F (EditorWindow, PolyphonyStandsAtTheVoicesThatPlay)
+{
+    const panel::Control& knob = controlOf (paramVoices);
+    bench.say ("set 27 0.93");
+    EXPECT_TRUE (bench.shows (knob.rect, knob.bitmapId, 6));
+    bench.say ("set 27 0.95");
+    EXPECT_TRUE (bench.shows (knob.rect, knob.bitmapId, 7));
+}
+
 TEST_F (EditorWindow, LampsFollowTheirParameters)
 {
     bench.say ("set 12 0");
@@ -187,6 +231,15 @@ TEST_F (EditorWindow, DoubleClickAndControlClickSetBack)
     EXPECT_TRUE (parameterBecomes (paramMasterP, 0.5f));
 }
 
+// A click, a pause that is too long for a double click, and then one.
+TEST_F (EditorWindow, DoubleClickCountsFromAnyClick)
+{
+    bench.say ("set 18 0.25");
+    moveToControl (paramFilterFreq);
+    bench.mouse ("click 1 sleep 0.6 click --repeat 2 --delay 60 1");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 1.0f));
+}
+
 TEST_F (EditorWindow, WheelTurnsKnobs)
 {
     bench.say ("set 18 0.5");
@@ -201,6 +254,68 @@ TEST_F (EditorWindow, WheelTurnsKnobs)
     EXPECT_TRUE (parameterBecomes (paramLfoWave, 0.0f));
     const std::string calls = bench.callsUntil ("end 22;");
     EXPECT_NE (calls.find ("begin 22;automate 22 0.2000;end 22;"), std::string::npos) << calls;
+}
+
+TEST_F (EditorWindow, WheelMovesTheSliders)
+{
+    for (const int tag : { paramOsc1Vol, paramOsc2Vol })
+    {
+        bench.say ("set " + std::to_string (tag) + " 0.5");
+        moveToControl (tag);
+        bench.mouse ("click 4 click 4 click 4 click 5");
+        EXPECT_TRUE (parameterBecomes (tag, 0.54f)) << tag;
+    }
+}
+
+TEST_F (EditorWindow, ArrowKeysTurnWhatLiesUnderTheMouse)
+{
+    bench.say ("set 18 0.5");
+    moveToControl (paramFilterFreq);
+    bench.keys ("Up Up Right Down");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.54f));
+    bench.keys ("shift+Left");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.538f)) << "finely";
+    bench.say ("set 36 0");
+    moveToControl (paramLfoBmpSync);
+    bench.keys ("Up");
+    EXPECT_TRUE (parameterBecomes (paramLfoBmpSync, 1.0f));
+}
+
+TEST_F (EditorWindow, ValuesCanBeTyped)
+{
+    const auto type = [this] (const std::string& text, const std::string& end)
+    {
+        const Picture before = bench.redrawnPicture ();
+        bench.mouse ("keydown shift click --repeat 2 --delay 60 1 keyup shift");
+        EXPECT_TRUE (menuIsOpen (before)) << "a field";
+        bench.keys ("ctrl+a");
+        bench.mouse ("type --delay 30 '" + text + "'");
+        bench.keys (end);
+    };
+    bench.say ("set 18 0.25");
+    moveToControl (paramFilterFreq);
+    type ("1715 Hz", "Return");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.5f));
+    EXPECT_TRUE (standsAt (paramFilterFreq, 0.5f));
+    EXPECT_NE (bench.callsUntil ("automate 18").find ("begin 18;"), std::string::npos);
+    type ("100", "Escape");
+    EXPECT_FALSE (bench.parameter (paramFilterFreq) < 0.4f) << "Escape takes nothing";
+    moveToControl (paramOsc1Wave);
+    type ("pulse", "Return");
+    EXPECT_TRUE (parameterBecomes (paramOsc1Wave, 1.0f));
+}
+
+// What lies between off and on sounds as on, so it looks like that and goes off with one click.
+TEST_F (EditorWindow, ButtonsBetweenOffAndOnAreOn)
+{
+    for (const int tag : { paramSmothFilt, paramFilterKeyTrak, paramLfoBmpSync })
+    {
+        bench.say ("set " + std::to_string (tag) + " 0.3");
+        EXPECT_TRUE (bench.shows (controlOf (tag).rect, controlOf (tag).bitmapId, 1)) << tag;
+        moveToControl (tag);
+        bench.mouse ("click 1");
+        EXPECT_TRUE (parameterBecomes (tag, 0.0f)) << tag;
+    }
 }
 
 TEST_F (EditorWindow, ButtonsSwitch)
@@ -260,6 +375,16 @@ TEST_F (EditorWindow, KeyboardPlaysNotes)
         }));
 }
 
+TEST_F (EditorWindow, ClosingEndsTheKeyUnderTheMouse)
+{
+    bench.moveTo (39 + 7 * 35 + 5, 400);
+    bench.mouse ("mousedown 1");
+    EXPECT_TRUE (Bench::eventually ([&] { return std::stof (bench.say ("render 10")) > 0.01f; }));
+    bench.say ("close");
+    EXPECT_TRUE (Bench::eventually ([&] { return std::stof (bench.say ("render 100")) < 1e-4f; }));
+    bench.mouse ("mouseup 1");
+}
+
 TEST_F (EditorWindow, MidiNotesLightTheKeys)
 {
     const panel::Rect middleC = { 39 + 7 * 35, 380, 35, 33 };
@@ -274,9 +399,7 @@ TEST_F (EditorWindow, MidiNotesLightTheKeys)
 TEST_F (EditorWindow, MenuSetsAParameter)
 {
     bench.say ("set 34 0");
-    clickMenuButton ();
-    bench.keys ("Up Up"); // from the end: Zoom, HighQuality
-    bench.enterSubmenu ();
+    openSubmenu (paramHighQuality);
     bench.keys ("Down Return");
     EXPECT_TRUE (parameterBecomes (paramHighQuality, 1.0f)) << "its second entry is Off, which is 1";
     EXPECT_EQ (bench.callsUntil ("end 34;"), "begin 34;automate 34 1.0000;end 34;");
@@ -328,9 +451,10 @@ TEST_F (EditorWindow, LearnsAndForgetsAController)
     bench.mouse ("click 3");
     EXPECT_TRUE (menuIsOpen (before));
     bench.keys ("Down Return");
-    EXPECT_TRUE (pictureBecomes (before));
+    EXPECT_TRUE (learnMarkIs (paramFilterFreq, true)) << "it says that it waits";
     bench.say ("midi 176 74 32");
     EXPECT_TRUE (parameterBecomes (paramFilterFreq, 32.0f / 127.0f));
+    EXPECT_TRUE (learnMarkIs (paramFilterFreq, false));
     EXPECT_TRUE (standsAt (paramFilterFreq, 32.0f / 127.0f));
     EXPECT_EQ (bench.say ("calls"), "") << "neither learning nor the controller is automation";
 
@@ -371,6 +495,101 @@ TEST_F (EditorWindow, ProgramsCanBeStepped)
     EXPECT_TRUE (Bench::eventually ([&] { return text () == first; })) << "the host's choice is shown too";
 }
 
+TEST_F (EditorWindow, HostRenamesTheProgram)
+{
+    const panel::Rect& display = panel::programDisplayRect;
+    const auto text = [&]
+    { return bench.redrawnPicture ().part (display.x, display.y, display.width, display.height); };
+    const Picture before = text ();
+    bench.say ("rename Renamed");
+    EXPECT_TRUE (Bench::eventually ([&] { return text () != before; }));
+}
+
+TEST_F (EditorWindow, ProgramsCanBeRenamed)
+{
+    openMenuAt (commandRenameProgram);
+    bench.keys ("Return ctrl+a");
+    bench.mouse ("type --delay 30 'Mine'");
+    bench.keys ("Return");
+    EXPECT_TRUE (Bench::eventually ([&] { return bench.say ("name ?") == "Mine"; }));
+    EXPECT_NE (bench.callsUntil ("display;").find ("display;"), std::string::npos);
+}
+
+TEST_F (EditorWindow, MenuTakesBack)
+{
+    bench.say ("set 18 0.5");
+    moveToControl (paramFilterFreq);
+    bench.mouse ("click 4");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.52f));
+    bench.callsUntil ("end 18;"); // the wheel rests
+    openMenuAt (commandUndo);
+    bench.keys ("Return");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.5f));
+}
+
+// The one place where the menu has no room below its button.
+TEST_F (EditorWindow, MenuLeavesItsButtonFree)
+{
+    bench.say ("set 30 0");
+    bench.callsUntil ("size");
+    clickMenuButton ();
+    const panel::Rect& button = panel::menuButtonRect;
+    EXPECT_TRUE (Bench::isWine () || matches (bench.picture (), { button.x, button.y, 3, button.height },
+                                              bitmapFile (panel::smallButtonBitmapId), button.height))
+        << "no entry lies under the press";
+    bench.keys ("Escape");
+}
+
+// Where two pictures differ.
+panel::Rect difference (const Picture& one, const Picture& other)
+{
+    int left = one.width;
+    int top = one.height;
+    int right = 0;
+    int bottom = 0;
+    for (int y = 0; y < one.height; ++y)
+    {
+        for (int x = 0; x < one.width; ++x)
+        {
+            if (one.at (x, y) == other.at (x, y))
+                continue;
+            left = std::min (left, x);
+            right = std::max (right, x + 1);
+            top = std::min (top, y);
+            bottom = std::max (bottom, y + 1);
+        }
+    }
+    return { left, top, right - left, bottom - top };
+}
+
+// From the menu's place at the button, through the groups to a program far down the list, with the mouse
+// alone.
+TEST_F (EditorWindow, EveryProgramCanBeReachedWithTheMouse)
+{
+    if (Bench::isWine ())
+        GTEST_SKIP () << "menus are the system's own there";
+    const auto openedAfter = [this] (const std::string& actions)
+    {
+        const Picture before = bench.picture ();
+        bench.mouse (actions);
+        EXPECT_TRUE (menuIsOpen (before)) << actions;
+        return difference (before, bench.picture ());
+    };
+    const panel::Rect& button = panel::menuButtonRect;
+    bench.moveTo (button.x + 5, button.y + 5);
+    const panel::Rect menu = openedAfter ("click 1");
+    const int presets = button.bottom () + 1 + 5 * 18 + 7 + 18 + 9; // rows of 18 pixels, separators of 7
+    const auto at = [] (int x, int y)
+    { return "mousemove " + std::to_string (x) + " " + std::to_string (y) + " sleep 0.3 "; };
+    const panel::Rect groups = openedAfter (at (menu.x + 40, presets) + "click 1");
+    ASSERT_LT (groups.x, menu.x) << "they lie beside the menu";
+    const panel::Rect pads = openedAfter (at (groups.x + 20, presets + 2 * 18) + "click 1");
+    ASSERT_LT (pads.x, groups.x);
+    bench.mouse (at (pads.x + 40, 200) + "click 5 click 5 " + "click 1");
+    EXPECT_TRUE (Bench::eventually ([&] { return std::stoi (bench.say ("program ?")) > 54 + 12; }))
+        << "two notches of the wheel are six programs";
+}
+
 TEST_F (EditorWindow, ProgramMenuChooses)
 {
     const panel::Rect& display = panel::programDisplayRect;
@@ -378,9 +597,7 @@ TEST_F (EditorWindow, ProgramMenuChooses)
     const Picture before = bench.redrawnPicture ();
     bench.mouse ("click 1");
     EXPECT_TRUE (menuIsOpen (before));
-    bench.keys ("Down Down"); // the second group
-    bench.enterSubmenu ();
-    bench.keys ("Down Return");
+    bench.keys ("Down Down Right Down Return"); // the second group's second
     EXPECT_TRUE (Bench::eventually ([&] { return bench.say ("program ?") == "25"; })) << "the second lead";
 }
 
@@ -389,9 +606,7 @@ TEST_F (EditorWindow, RandomSoundsByNumberKeys)
     bench.say ("set 20 0.9");
     bench.say ("key 1");
     EXPECT_NEAR (bench.parameter (paramFilterType), 0.9f, 1e-4f) << "not armed yet";
-    clickMenuButton ();
-    bench.keys ("Up Up Up"); // Zoom, HighQuality, Random
-    bench.enterSubmenu ();
+    openSubmenu (commandRandom);
     bench.keys ("Down Down Down Down Return"); // from its first entry to its last: Use Keys
     EXPECT_NEAR (bench.parameter (paramFilterType), 0.9f, 1e-4f) << "arming makes no sound itself";
 
@@ -460,9 +675,7 @@ TEST_F (EditorWindow, InstrumentCanGoWithAMenuOpen)
 {
     if (Bench::isWine ())
         GTEST_SKIP () << "menus are modal there, so the host cannot act while one is open";
-    clickMenuButton ();
-    bench.keys ("Up");
-    bench.enterSubmenu ();
+    openSubmenu (zoomMenuTag);
     EXPECT_EQ (bench.say ("remove"), "ok");
     EXPECT_EQ (bench.finish (), 0);
 }

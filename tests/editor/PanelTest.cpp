@@ -5,13 +5,13 @@
 #include <atomic>
 #include <thread>
 
+#include "editor/Colours.h"
 #include "editor/Panel.h"
 #include "platform/HostWindow.h"
 #include "tests/editor/Bench.h"
 #include "tests/support/TestSynth.h"
 
 using namespace editor;
-using namespace engine;
 using namespace instrument;
 using namespace parameters;
 
@@ -33,58 +33,106 @@ public:
     std::vector<CRect> drawn;
 };
 
-// A format around the panel that only sets parameters.
-class PlainHost final : public PanelHost
+// A format around instrument and panel that writes down what it is told.
+class PlainFormat final : public FormatHost, public PanelHost
 {
 public:
+    std::optional<engine::Transport> transport () override { return std::nullopt; }
     void setParameterAutomated (std::int32_t index, float value) override
     {
-        synth->setParameter (index, value);
+        told.push_back (index);
+        instrument->setParameter (index, value);
     }
     void beginEdit (std::int32_t /*index*/) override {}
     void endEdit (std::int32_t /*index*/) override {}
     bool resize (int /*width*/, int /*height*/) override { return true; }
     void updateDisplay () override {}
 
-    VstSynth* synth = nullptr;
+    Instrument* instrument = nullptr;
+    std::vector<std::int32_t> told; // of these parameters
 };
 
-// One instrument with its panel, which it owns.
+// One instrument with its panel, still closed.
 struct TestPanel
 {
-    explicit TestPanel (FakeHost& host)
+    explicit TestPanel (FakeHost& host) : synth (host.services (), format), panel (synth, format)
     {
-        static TestPanel* made = nullptr;
-        made = this;
-        host.createEditor = [] (VstSynth& owner) -> std::unique_ptr<SynthEditor>
-        {
-            auto created = std::make_unique<Panel> (owner, made->around);
-            made->panel = created.get ();
-            return created;
-        };
-        synth = std::make_unique<VstSynth> (&FakeHost::callback, host.services ());
-        around.synth = synth.get ();
+        format.instrument = &synth;
+        synth.attachEditor (&panel);
     }
 
-    PlainHost around;
-    Panel* panel = nullptr;
-    std::unique_ptr<VstSynth> synth;
+    void play (const std::vector<engine::Event>& events)
+    {
+        const engine::EventSpan list (events);
+        synth.processEvents (&list);
+        float samples[64];
+        synth.render (samples, nullptr, 64);
+    }
+
+    PlainFormat format;
+    Instrument synth;
+    Panel panel;
 };
 
-// The same with the panel open.
+engine::Event midi (int status, int data1, int data2)
+{
+    return { 0, engine::Event::Kind::midi, static_cast<std::uint8_t> (status),
+             static_cast<std::uint8_t> (data1), static_cast<std::uint8_t> (data2) };
+}
+
+// The same with the panel open, and hands on it.
 struct OpenPanel : TestPanel
 {
     explicit OpenPanel (FakeHost& host) : TestPanel (host), window (platform::HostWindow::make (612, 433))
     {
-        panel->open (window->handle ());
+        panel.open (window->handle ());
     }
-    ~OpenPanel () { panel->close (); }
+    ~OpenPanel () { panel.close (); }
 
     void idle ()
     {
         window->handleEvents ();
-        panel->idle ();
+        panel.idle ();
     }
+    float value (std::int32_t index) { return synth.getParameter (index); }
+    CPoint middleOf (std::int32_t tag) { return panel.slot (tag).control->getViewSize ().getCenter (); }
+    void press (const CPoint& where)
+    {
+        MouseDownEvent down (where, MouseEventButtonState (MouseButton::Left));
+        panel.getFrame ()->dispatchEvent (down);
+    }
+    void release (const CPoint& where)
+    {
+        MouseUpEvent up (where, MouseEventButtonState (MouseButton::Left));
+        panel.getFrame ()->dispatchEvent (up);
+    }
+    void move (const CPoint& where, bool held)
+    {
+        MouseMoveEvent moved (where);
+        if (held)
+            moved.buttonState.add (MouseButton::Left);
+        panel.getFrame ()->dispatchEvent (moved);
+    }
+    // In steps of ten pixels.
+    void dragUp (std::int32_t tag, int steps)
+    {
+        CPoint where = middleOf (tag);
+        press (where);
+        for (int step = 0; step < steps; ++step)
+            move (where.offset (0.0, -10.0), true);
+        release (where);
+    }
+    void key (VirtualKey virtualKey, char32_t character = 0, Modifiers modifiers = {})
+    {
+        KeyboardEvent event;
+        event.type = EventType::KeyDown;
+        event.virt = virtualKey;
+        event.character = character;
+        event.modifiers = modifiers;
+        panel.getFrame ()->dispatchEvent (event);
+    }
+    void undo () { key (VirtualKey::None, 'z', Modifiers (ModifierKey::Control)); }
+    void redo () { key (VirtualKey::None, 'y', Modifiers (ModifierKey::Control)); }
 
     std::unique_ptr<platform::HostWindow> window;
 };
@@ -114,12 +162,12 @@ TEST_F (PanelInProcess, IdlesWithoutDrawing)
 {
     OpenPanel open (host);
     auto* recorder = new DrawRecorder; // the frame's
-    open.panel->getFrame ()->addView (recorder);
+    open.panel.getFrame ()->addView (recorder);
     ASSERT_TRUE (settle (open, *recorder));
     recorder->drawn.clear ();
     for (int i = 0; i < 100; ++i)
     {
-        open.synth->setParameter (paramVolume, open.synth->getParameter (paramVolume)); // the same again
+        open.synth.setParameter (paramVolume, open.value (paramVolume)); // the same again
         open.idle ();
         std::this_thread::sleep_for (std::chrono::milliseconds (1)); // timers are due every 16
     }
@@ -130,7 +178,7 @@ TEST_F (PanelInProcess, DrawsOnlyWhatChanged)
 {
     OpenPanel open (host);
     auto* recorder = new DrawRecorder;
-    open.panel->getFrame ()->addView (recorder);
+    open.panel.getFrame ()->addView (recorder);
     ASSERT_TRUE (settle (open, *recorder));
 
     struct Change
@@ -147,7 +195,7 @@ TEST_F (PanelInProcess, DrawsOnlyWhatChanged)
     for (const Change& change : changes)
     {
         recorder->drawn.clear ();
-        open.panel->setParameter (change.index, change.value);
+        open.panel.setParameter (change.index, change.value);
         ASSERT_TRUE (settle (open, *recorder)) << change.index;
         for (const CRect& rect : recorder->drawn)
         {
@@ -159,23 +207,25 @@ TEST_F (PanelInProcess, DrawsOnlyWhatChanged)
     }
 }
 
-TEST_F (PanelInProcess, SeveralEditorsLiveSideBySide)
+TEST_F (PanelInProcess, SeveralPanelsLiveSideBySide)
 {
     auto first = std::make_unique<OpenPanel> (host);
     OpenPanel second (host);
-    first->panel->setParameter (paramFilterFreq, 0.1f);
-    second.panel->setParameter (paramFilterFreq, 0.9f);
+    const auto shown = [] (OpenPanel& open)
+    { return open.panel.slot (paramFilterFreq).control->getValue (); };
+    first->synth.setParameter (paramFilterFreq, 0.1f);
+    second.synth.setParameter (paramFilterFreq, 0.9f);
     first->idle ();
     second.idle ();
-    EXPECT_FLOAT_EQ (first->panel->slot (paramFilterFreq).control->getValue (), 0.1f);
-    EXPECT_FLOAT_EQ (second.panel->slot (paramFilterFreq).control->getValue (), 0.9f);
+    EXPECT_FLOAT_EQ (shown (*first), 0.1f);
+    EXPECT_FLOAT_EQ (shown (second), 0.9f);
     first.reset ();
-    second.panel->setParameter (paramFilterFreq, 0.4f);
+    second.synth.setParameter (paramFilterFreq, 0.4f);
     for (int i = 0; i < 10; ++i)
         second.idle ();
-    EXPECT_FLOAT_EQ (second.panel->slot (paramFilterFreq).control->getValue (), 0.4f);
+    EXPECT_FLOAT_EQ (shown (second), 0.4f);
     first = std::make_unique<OpenPanel> (host);
-    EXPECT_NE (first->panel->getFrame (), nullptr);
+    EXPECT_NE (first->panel.getFrame (), nullptr);
 }
 
 TEST_F (PanelInProcess, EveryParameterControlHasItsMenu)
@@ -184,7 +234,7 @@ TEST_F (PanelInProcess, EveryParameterControlHasItsMenu)
     int menus = 0;
     for (std::int32_t tag = 0; tag < Panel::slotCount; ++tag)
     {
-        const Panel::ControlSlot& slot = open.panel->slot (tag);
+        const Panel::ControlSlot& slot = open.panel.slot (tag);
         EXPECT_EQ (slot.rightMenu != nullptr, slot.control != nullptr && tag < parameterCount) << tag;
         if (slot.rightMenu == nullptr)
             continue;
@@ -202,38 +252,164 @@ TEST_F (PanelInProcess, EveryParameterControlHasItsMenu)
 TEST_F (PanelInProcess, LearnedControllersReachTheMenus)
 {
     OpenPanel open (host);
-    open.synth->setParameter (commandLearn, 18.0f);
-    EventList list ({ { 0, 0xB0, 74, 100 } });
-    open.synth->processEvents (list.get ());
-    std::vector<float> samples (64);
-    float* outputs[] = { samples.data (), samples.data () };
-    open.synth->processReplacing (nullptr, outputs, 64);
-    EXPECT_EQ (open.panel->slot (18).rightMenu->boundController (), 0u) << "waits for the idle call";
+    const auto& menu = *open.panel.slot (18).rightMenu;
+    open.synth.setParameter (commandLearn, 18.0f);
+    open.play ({ midi (0xB0, 74, 100) });
+    EXPECT_EQ (menu.boundController (), 0u) << "waits for the idle call";
     open.idle ();
-    EXPECT_EQ (open.panel->slot (18).rightMenu->boundController (), 74u);
-    open.synth->setParameter (commandLearn, 1018.0f);
+    EXPECT_EQ (menu.boundController (), 74u);
+    open.synth.setParameter (commandLearn, 1018.0f);
     open.idle ();
-    EXPECT_EQ (open.panel->slot (18).rightMenu->boundController (), 0u);
+    EXPECT_EQ (menu.boundController (), 0u);
+}
+
+// What the engine tells: notes that start and end, and that all have ended.
+TEST_F (PanelInProcess, EngineNoticesReachTheKeyboard)
+{
+    OpenPanel open (host);
+    const Keyboard& keyboard = *open.panel.onScreenKeyboard ();
+    const auto shows = [&] (int note)
+    {
+        open.idle ();
+        return keyboard.isKeyDown (note);
+    };
+    open.play ({ midi (0x90, 60, 100), midi (0x90, 64, 100) });
+    EXPECT_TRUE (shows (60));
+    EXPECT_TRUE (shows (64));
+    open.play ({ midi (0x80, 60, 0) });
+    EXPECT_FALSE (shows (60));
+    EXPECT_TRUE (shows (64));
+    open.synth.setParameter (paramGlideMono, 0.5f); // to one voice: all notes end
+    open.play ({});
+    EXPECT_FALSE (shows (64));
 }
 
 // A key that the mouse holds stays down whatever ends its note.
 TEST_F (PanelInProcess, KeyUnderTheMouseIgnoresNoteOffs)
 {
     OpenPanel open (host);
-    auto& keyboard = const_cast<Keyboard&> (*open.panel->onScreenKeyboard ());
-    MouseDownEvent down (CPoint (39 + 5, 316 + 90), MouseEventButtonState (MouseButton::Left));
-    keyboard.onMouseDownEvent (down);
+    const Keyboard& keyboard = *open.panel.onScreenKeyboard ();
+    const CPoint lowC (39 + 5, 316 + 90);
+    open.press (lowC);
+    open.play ({ midi (0x90, 48, 100), midi (0x80, 48, 0) });
+    open.idle ();
     EXPECT_TRUE (keyboard.isKeyDown (48));
-    keyboard.setKeyOff (48);
-    EXPECT_TRUE (keyboard.isKeyDown (48));
-    MouseUpEvent up (CPoint (39 + 5, 316 + 90), MouseEventButtonState (MouseButton::Left));
-    keyboard.onMouseUpEvent (up);
+    open.release (lowC);
     EXPECT_FALSE (keyboard.isKeyDown (48));
     EXPECT_EQ (keyboard.getValue (), -1.0f);
-    EXPECT_EQ (keyboard.keyHeight (), 98);
-    keyboard.setKeyOn (60);
-    keyboard.allKeysOff ();
-    EXPECT_FALSE (keyboard.isKeyDown (60));
+}
+
+TEST_F (PanelInProcess, DragsAreTakenBackAsOneStep)
+{
+    OpenPanel open (host);
+    open.synth.setParameter (paramFilterFreq, 0.5f);
+    open.idle ();
+    open.dragUp (paramFilterFreq, 4);
+    open.dragUp (paramFilterRez, 2);
+    const float dragged = open.value (paramFilterFreq);
+    const float resonance = open.value (paramFilterRez);
+    EXPECT_NEAR (dragged, 0.7f, 1e-3f);
+
+    open.undo ();
+    EXPECT_NE (open.value (paramFilterRez), resonance);
+    EXPECT_EQ (open.value (paramFilterFreq), dragged);
+    open.format.told.clear ();
+    open.undo ();
+    EXPECT_EQ (open.value (paramFilterFreq), 0.5f);
+    EXPECT_EQ (open.format.told, std::vector<std::int32_t>{ paramFilterFreq }) << "the host records it";
+    open.undo (); // nothing is left
+    EXPECT_EQ (open.value (paramFilterFreq), 0.5f);
+    open.redo ();
+    open.redo ();
+    EXPECT_EQ (open.value (paramFilterFreq), dragged);
+    EXPECT_EQ (open.value (paramFilterRez), resonance);
+}
+
+TEST_F (PanelInProcess, UndoGoesBackToTheProgramOfTheStep)
+{
+    OpenPanel open (host);
+    open.synth.setProgram (3);
+    const float before = open.value (paramFilterRez);
+    open.dragUp (paramFilterRez, 2);
+    open.synth.setProgram (7);
+    const float other = open.value (paramFilterRez);
+    open.undo ();
+    EXPECT_EQ (open.synth.getProgram (), 3);
+    EXPECT_EQ (open.value (paramFilterRez), before);
+    open.synth.setProgram (7);
+    EXPECT_EQ (open.value (paramFilterRez), other);
+}
+
+TEST_F (PanelInProcess, RandomSoundsAndLoadedBanksAreTakenBack)
+{
+    OpenPanel open (host);
+    const auto values = [&]
+    {
+        std::vector<float> all;
+        for (std::int32_t index = 0; index < parameterCount; ++index)
+            all.push_back (open.value (index));
+        return all;
+    };
+    const auto before = values ();
+    open.synth.setParameter (commandRandom, 3.0f);
+    open.idle ();
+    const auto random = values ();
+    ASSERT_NE (random, before);
+    open.undo ();
+    EXPECT_EQ (values (), before);
+    open.redo ();
+    EXPECT_EQ (values (), random);
+    EXPECT_TRUE (open.format.told.empty ()) << "the host does not hear of random sounds";
+
+    open.press (toRect (panel::menuButtonRect).getCenter ()); // "Load factory bank", answered at once
+    open.key (VirtualKey::Down);
+    open.key (VirtualKey::Down);
+    open.key (VirtualKey::Return);
+    ASSERT_EQ (host.messages.size (), 1u);
+    EXPECT_EQ (values (), before);
+    open.undo ();
+    EXPECT_EQ (values (), random) << "the bank as it was, with the random sound in it";
+    open.undo ();
+    EXPECT_EQ (values (), before);
+}
+
+TEST_F (PanelInProcess, HostsAndControllersMakeNoSteps)
+{
+    OpenPanel open (host);
+    open.synth.setParameter (commandLearn, 18.0f);
+    open.play ({ midi (0xB0, 74, 32), midi (0xB0, 74, 64) });
+    open.synth.setParameter (paramFilterRez, 0.123f);
+    open.idle ();
+    const float learned = open.value (paramFilterFreq);
+    open.undo ();
+    EXPECT_EQ (open.value (paramFilterFreq), learned);
+    EXPECT_EQ (open.value (paramFilterRez), 0.123f);
+}
+
+// The toolkit's scroll bars read a flag that nobody sets; nothing of the panel may bring one.
+bool hasScrollbar (CViewContainer& container)
+{
+    bool found = false;
+    container.forEachChild (
+        [&] (CView* view)
+        {
+            found = found || dynamic_cast<CScrollbar*> (view) != nullptr;
+            if (auto* inner = view->asViewContainer (); inner != nullptr && !found)
+                found = hasScrollbar (*inner);
+        });
+    return found;
+}
+
+TEST_F (PanelInProcess, MenusScrollWithoutTheToolkit)
+{
+    OpenPanel open (host);
+    open.press (toRect (panel::programDisplayRect).getCenter ());
+    open.key (VirtualKey::Down);
+    open.key (VirtualKey::Right); // the basses, more than fit
+    EXPECT_FALSE (hasScrollbar (*open.panel.getFrame ()));
+    open.key (VirtualKey::Up); // from the first to the last, which has to come into sight
+    open.key (VirtualKey::Return);
+    EXPECT_EQ (open.synth.getProgram (), 23);
 }
 
 // The audio thread plays and learns while the interface idles, opens and closes.
@@ -241,26 +417,26 @@ TEST_F (PanelInProcess, AudioThreadAndInterfaceThread)
 {
     TestPanel test (host);
     std::atomic<bool> stop = false;
-    SynthEditor& editor = *test.panel;
+    EditorLink& link = test.panel;
     std::thread audio (
         [&]
         {
             for (int i = 0; !stop; ++i)
             {
-                editor.setParameter (i % Panel::slotCount, static_cast<float> (i % 100) / 100.0f);
-                editor.setParameter (i % 2 == 0 ? commandKeyOn : commandKeyOff,
-                                     static_cast<float> (i % 128) / 128.0f);
-                editor.refreshLearnMenus ();
-                editor.markCurrentProgram ();
+                link.setParameter (i % Panel::slotCount, static_cast<float> (i % 100) / 100.0f);
+                link.setParameter (i % 2 == 0 ? commandKeyOn : commandKeyOff,
+                                   static_cast<float> (i % 128) / 128.0f);
+                link.refreshLearnMenus ();
+                link.markCurrentProgram ();
             }
         });
     for (int opening = 0; opening < 5; ++opening)
     {
         const auto window = platform::HostWindow::make (612, 433);
-        EXPECT_TRUE (test.panel->open (window->handle ()));
+        EXPECT_TRUE (test.panel.open (window->handle ()));
         for (int i = 0; i < 20; ++i)
-            test.panel->idle ();
-        test.panel->close ();
+            test.panel.idle ();
+        test.panel.close ();
     }
     stop = true;
     audio.join ();
@@ -271,8 +447,8 @@ TEST_F (PanelInProcess, WithoutADisplayItDoesNotOpen)
     TestPanel test (host);
     display.leave ();
     int anything = 0;
-    EXPECT_FALSE (test.panel->open (&anything));
-    test.panel->idle ();
-    test.panel->close ();
+    EXPECT_FALSE (test.panel.open (&anything));
+    test.panel.idle ();
+    test.panel.close ();
 }
 }

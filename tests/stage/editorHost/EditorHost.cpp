@@ -54,6 +54,7 @@ const EditorHost::Command EditorHost::commands[] = {
     { "memory", 1, &EditorHost::memoryUse }, // resident kilobytes
     { "cycle", 2, &EditorHost::cycle },      // cycle COUNT: opens and closes so often
     { "fixed", 1, &EditorHost::fixSize },    // no window changes its size any more
+    { "name", 2, &EditorHost::programName }, // name ?: of the program that is chosen
     { "rename", 2, &EditorHost::rename },    // rename NAME: the program that is chosen
     { "remove", 1, &EditorHost::removeInstrument },
 };
@@ -184,6 +185,13 @@ std::string EditorHost::program (const Words& words)
     if (words[1] != "?")
         plugin->call (effSetProgram, 0, toInt (words[1]));
     return format ("%d", static_cast<int> (plugin->call (effGetProgram)));
+}
+
+std::string EditorHost::programName (const Words& /*words*/)
+{
+    char name[64] = {};
+    call (effGetProgramName, 0, 0, name);
+    return name;
 }
 
 std::string EditorHost::sendMidi (const Words& words)

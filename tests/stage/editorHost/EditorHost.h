@@ -40,6 +40,7 @@ private:
     std::string getParameter (const Words& words);
     std::string setParameter (const Words& words);
     std::string program (const Words& words);
+    std::string programName (const Words& words);
     std::string sendMidi (const Words& words);
     std::string render (const Words& words);
     std::string takeCalls (const Words& words);
