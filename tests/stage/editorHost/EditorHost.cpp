@@ -190,7 +190,7 @@ std::string EditorHost::program (const Words& words)
 std::string EditorHost::programName (const Words& /*words*/)
 {
     char name[64] = {};
-    call (effGetProgramName, 0, 0, name);
+    plugin->call (effGetProgramName, 0, 0, name);
     return name;
 }
 
@@ -253,7 +253,7 @@ std::string EditorHost::fixSize (const Words& /*words*/)
 
 std::string EditorHost::rename (const Words& words)
 {
-    call (effSetProgramName, 0, 0, std::string (words[1]).data ());
+    plugin->call (effSetProgramName, 0, 0, std::string (words[1]).data ());
     return "ok";
 }
 
