@@ -281,8 +281,9 @@ void Panel::applyNews ()
     {
         for (std::int32_t index = 0; index < Mailbox::indexCount && !closed; ++index)
         {
+            // What two threads set at once is told in any order; the instrument knows what holds.
             if (news.has (index))
-                applyValue (index, news.value (index));
+                applyValue (index, isParameter (index) ? synth.parameterValue (index) : news.value (index));
         }
         if (closed)
             break;
