@@ -4,7 +4,7 @@
 #include "plugin/VstSynth.h"
 #include "tests/support/TestSynth.h"
 
-using namespace engine;
+using namespace parameters;
 
 namespace
 {
