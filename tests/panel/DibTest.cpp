@@ -41,37 +41,21 @@ struct Dib
     }
 };
 
-TEST (Dib, ReadsRowsFromTheBottomAndSkipsTheirPadding)
+TEST (Dib, ReadsEveryKindOfRow)
 {
-    Dib dib (1, 2, 24);
-    dib.put ({ 1, 2, 3, 0 });    // lower row, blue first, padded to four bytes
-    dib.put ({ 11, 12, 13, 0 }); // upper row
-    const auto image = readDib (dib.bytes);
-    ASSERT_TRUE (image);
-    EXPECT_EQ (image->at (0, 0), (Colour{ 0x0D, 0x0C, 0x0B }));
-    EXPECT_EQ (image->at (0, 1), (Colour{ 0x03, 0x02, 0x01 }));
-}
-
-TEST (Dib, ReadsRowsFromTheTop)
-{
-    Dib dib (2, -1, 32);
-    dib.put ({ 1, 2, 3, 0, 4, 5, 6, 255 });
-    const auto image = readDib (dib.bytes);
-    ASSERT_TRUE (image);
-    EXPECT_EQ (image->height, 1);
-    EXPECT_EQ (image->at (0, 0), (Colour{ 0x03, 0x02, 0x01 }));
-    EXPECT_EQ (image->at (1, 0), (Colour{ 0x06, 0x05, 0x04 }));
-}
-
-TEST (Dib, ReadsPalettes)
-{
-    Dib dib (2, 1, 8, 2);
-    dib.put ({ 10, 20, 30, 0, 40, 50, 60, 0 });
-    dib.put ({ 1, 0, 0, 0 });
-    const auto image = readDib (dib.bytes);
-    ASSERT_TRUE (image);
-    EXPECT_EQ (image->at (0, 0), (Colour{ 0x3C, 0x32, 0x28 }));
-    EXPECT_EQ (image->at (1, 0), (Colour{ 0x1E, 0x14, 0x0A }));
+    Dib bottomUp (1, 2, 24);
+    bottomUp.put ({ 1, 2, 3, 0, 11, 12, 13, 0 }); // the lower row first, blue first, padded to four bytes
+    Dib topDown (1, -2, 32);
+    topDown.put ({ 11, 12, 13, 255, 1, 2, 3, 0 });
+    Dib palette (1, 2, 8, 2);
+    palette.put ({ 11, 12, 13, 0, 1, 2, 3, 0 });
+    palette.put ({ 1, 0, 0, 0, 0, 0, 0, 0 });
+    for (const Dib& dib : { bottomUp, topDown, palette })
+    {
+        const auto image = readDib (dib.bytes);
+        ASSERT_TRUE (image);
+        EXPECT_EQ (*image, (Picture{ 1, 2, { { 13, 12, 11 }, { 3, 2, 1 } } }));
+    }
 }
 
 TEST (Dib, DamagedOnesAreRefused)
