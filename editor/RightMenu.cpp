@@ -57,10 +57,13 @@ void CRightMenu::draw (CDrawContext* context)
 {
     if (learning)
     {
-        context->setDrawMode (kAliasing);
-        context->setFrameColor (toColour (panel::accentColour));
-        context->setLineWidth (1.0);
-        context->drawRect (getViewSize (), kDrawStroked);
+        const CRect& all = getViewSize ();
+        context->setFillColor (toColour (panel::accentColour));
+        for (const CRect& side : { CRect (all.left, all.top, all.right, all.top + 1.0),
+                                   CRect (all.left, all.bottom - 1.0, all.right, all.bottom),
+                                   CRect (all.left, all.top, all.left + 1.0, all.bottom),
+                                   CRect (all.right - 1.0, all.top, all.right, all.bottom) })
+            context->drawRect (side, kDrawFilled);
     }
     setDirty (false);
 }

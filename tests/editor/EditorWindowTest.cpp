@@ -269,6 +269,8 @@ TEST_F (EditorWindow, WheelMovesTheSliders)
 
 TEST_F (EditorWindow, ArrowKeysTurnWhatLiesUnderTheMouse)
 {
+    bench.moveTo (300, 300);
+    bench.mouse ("click 1"); // the window gets the keys
     bench.say ("set 18 0.5");
     moveToControl (paramFilterFreq);
     bench.keys ("Up Up Right Down");
