@@ -89,7 +89,7 @@ bool Panel::open (void* parentWindow)
     mailbox.open (); // before anything is read, so that no change falls between
     frame = new CFrame (CRect (0, 0, panel::panelRect.width, panelHeight ()), this);
     frame->setBackgroundColor (toColour (panel::caseColour)); // for the rest of a pixel beside the panel
-    frame->setFocusColor (toColour (panel::plateColour)); // behind marked letters
+    frame->setFocusColor (toColour (panel::plateColour));     // behind marked letters
     knobMode = kLinearMode;
     buildPanel ();
     makeAboutPage ();

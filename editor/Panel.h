@@ -159,7 +159,7 @@ private:
     Size shownSize = {}; // pixels, zoomed
     bool closed = true;
     bool mayBeDirty = true; // values moved since the views were last looked at
-    bool applying = false; // news are being worked off; calls that come back in between wait
+    bool applying = false;  // news are being worked off; calls that come back in between wait
     std::array<ControlSlot, slotCount> slots;
     VSTGUI::SharedPointer<VSTGUI::CBitmap> background;
     VSTGUI::SharedPointer<VSTGUI::CBitmap> aboutPicture;

@@ -5,6 +5,7 @@
 
 #include "editor/Colours.h"
 #include "editor/MenuTable.h"
+#include "editor/QuietMenu.h"
 #include "platform/EditorWindow.h"
 
 namespace editor
@@ -14,15 +15,6 @@ using namespace VSTGUI;
 namespace
 {
 constexpr double menuFontSize = 12.0; // pixels
-
-// What is chosen comes back through popUp; the toolkit shall not tell the host of it.
-class QuietMenu : public COptionMenu
-{
-public:
-    using COptionMenu::COptionMenu;
-    void beginEdit () override {}
-    void endEdit () override {}
-};
 
 // In the one style whose check marks, also on submenus, show on both systems.
 SharedPointer<COptionMenu> emptyMenu (std::int32_t tag)

@@ -2,6 +2,7 @@
 
 #include "editor/Colours.h"
 #include "editor/MenuTable.h"
+#include "editor/QuietMenu.h"
 
 namespace editor
 {
@@ -130,7 +131,7 @@ void CRightMenu::openMenu (const CPoint& where)
         return;
     CRect spot (where.x, where.y, where.x + 1, where.y + 1);
     spot.normalize ();
-    const auto menu = makeOwned<COptionMenu> (spot, nullptr, 0);
+    const auto menu = makeOwned<QuietMenu> (spot, nullptr, 0);
     for (const auto& title : learnMenuEntries (controller))
         menu->addEntry (title.c_str ());
     const auto self = shared (this); // what is chosen may come after the panel was closed
