@@ -131,7 +131,7 @@ protected:
         bench.keys (keys);
         if (!submenuKeys.empty ())
         {
-            bench.enterSubmenu ();
+            bench.keys ("Right");
             bench.keys (submenuKeys);
         }
     }
