@@ -249,20 +249,6 @@ TEST_F (PanelInProcess, EveryParameterControlHasItsMenu)
     EXPECT_EQ (menus, 32); // 38 parameters, six of them in menus or nowhere
 }
 
-TEST_F (PanelInProcess, LearnedControllersReachTheMenus)
-{
-    OpenPanel open (host);
-    const auto& menu = *open.panel.slot (18).rightMenu;
-    open.synth.setParameter (commandLearn, 18.0f);
-    open.play ({ midi (0xB0, 74, 100) });
-    EXPECT_EQ (menu.boundController (), 0u) << "waits for the idle call";
-    open.idle ();
-    EXPECT_EQ (menu.boundController (), 74u);
-    open.synth.setParameter (commandLearn, 1018.0f);
-    open.idle ();
-    EXPECT_EQ (menu.boundController (), 0u);
-}
-
 // What the engine tells: notes that start and end, and that all have ended.
 TEST_F (PanelInProcess, EngineNoticesReachTheKeyboard)
 {
@@ -410,36 +396,6 @@ TEST_F (PanelInProcess, MenusScrollWithoutTheToolkit)
     open.key (VirtualKey::Up); // from the first to the last, which has to come into sight
     open.key (VirtualKey::Return);
     EXPECT_EQ (open.synth.getProgram (), 23);
-}
-
-// The audio thread plays and learns while the interface idles, opens and closes.
-TEST_F (PanelInProcess, AudioThreadAndInterfaceThread)
-{
-    TestPanel test (host);
-    std::atomic<bool> stop = false;
-    EditorLink& link = test.panel;
-    std::thread audio (
-        [&]
-        {
-            for (int i = 0; !stop; ++i)
-            {
-                link.setParameter (i % Panel::slotCount, static_cast<float> (i % 100) / 100.0f);
-                link.setParameter (i % 2 == 0 ? commandKeyOn : commandKeyOff,
-                                   static_cast<float> (i % 128) / 128.0f);
-                link.refreshLearnMenus ();
-                link.markCurrentProgram ();
-            }
-        });
-    for (int opening = 0; opening < 5; ++opening)
-    {
-        const auto window = platform::HostWindow::make (612, 433);
-        EXPECT_TRUE (test.panel.open (window->handle ()));
-        for (int i = 0; i < 20; ++i)
-            test.panel.idle ();
-        test.panel.close ();
-    }
-    stop = true;
-    audio.join ();
 }
 
 TEST_F (PanelInProcess, WithoutADisplayItDoesNotOpen)
