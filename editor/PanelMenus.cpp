@@ -176,25 +176,19 @@ void Panel::menuChosen (COptionMenu* menu, std::int32_t entry)
     if (tag == commandRandom)
         randomChoice = entry;
     const auto value = static_cast<float> (tag == commandProgram ? entryTag : entry);
-    const bool replacesBank = tag == commandMainMenu && entry == menuLoadFactoryBank;
-    History::Step step;
-    if (replacesBank)
+    if (tag == commandMainMenu && entry == menuLoadFactoryBank)
     {
-        step.program = synth.getProgram ();
-        step.before = currentBank ();
+        replaceBank ([this, tag, value] { forward (tag, value); });
     }
-    beginEdit (tag);
-    forward (tag, value);
-    if (closed) // a question was asked meanwhile, and the host closed us
-        return;
-    endEdit (tag);
-    if (replacesBank)
+    else
     {
-        step.after = currentBank ();
-        step.programAfter = synth.getProgram ();
-        history.add (std::move (step));
+        beginEdit (tag);
+        forward (tag, value);
+        if (!closed) // a question may have been asked meanwhile, and the host may have closed us
+            endEdit (tag);
     }
-    applyNews ();
+    if (!closed)
+        applyNews ();
 }
 
 bool Panel::isAvailable (std::int32_t command) const
