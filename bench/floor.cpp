@@ -1,8 +1,8 @@
-// The least that sixteen voices of this kind can cost: a bare loop to measure the instrument against. Per voice
-// and sample two interpolated table reads, drive with a soft clip, a state-variable filter, an envelope step and
-// the sum; as `whole` also DC blocker, colour section and the second envelope. It does not sound like the
-// instrument: phases have 32 bits, tables hold {value, difference}, products and sums are fused, sums are taken
-// in any order, and nothing ever changes.
+// The least that sixteen voices of this kind can cost: a bare loop to measure the instrument against. Per
+// voice and sample two interpolated table reads, drive with a soft clip, a state-variable filter, an envelope
+// step and the sum; as `whole` also DC blocker, colour section and the second envelope. It does not sound
+// like the instrument: phases have 32 bits, tables hold {value, difference}, products and sums are fused,
+// sums are taken in any order, and nothing ever changes.
 #include <array>
 #include <cstdint>
 
@@ -72,7 +72,7 @@ std::array<Pair, 1 << tableBits> table;
     const Real value = _mm256_shuffle_ps (a, b, 0x88);
     const Real difference = _mm256_shuffle_ps (a, b, 0xDD);
     const Bits fraction = phase & ((1u << fractionBits) - 1u);
-    return value + __builtin_convertvector (reinterpret_cast<Signed> (fraction), Real) *
+    return value + __builtin_convertvector(reinterpret_cast<Signed> (fraction), Real) *
                        (1.0f / (1 << fractionBits)) * difference;
 }
 

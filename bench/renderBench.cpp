@@ -22,11 +22,13 @@ using Settings = std::vector<std::pair<Param, float>>;
 
 // The heaviest common setting: both oscillators, high quality, and a filter that LFO and envelope move.
 const Settings plain = {
-    { paramOsc1Wave, 1.0f },   { paramOsc2Wave, 0.5f },  { paramOsc1PW, 0.0f },     { paramOsc2Fine, 0.2f },
-    { param1Sustain, 0.8f },   { param1Decay, 0.7f },    { param2Attack, 0.4f },    { param2Decay, 0.6f },
-    { param2Delay, 0.0f },     { paramFilterFreq, 0.5f }, { param2ToFilter, 0.8f }, { paramLfoFilter, 0.7f },
-    { paramLfoRate, 0.5f },    { paramLfoPitch, 0.0f },  { paramVoices, 1.0f },     { paramHighQuality, 0.0f },
-    { paramGlideMono, 0.0f },  { paramSmothFilt, 0.0f }, { paramFilterType, 0.0f }, { paramNoise, 0.0f },
+    { paramOsc1Wave, 1.0f },    { paramOsc2Wave, 0.5f },  { paramOsc1PW, 0.0f },
+    { paramOsc2Fine, 0.2f },    { param1Sustain, 0.8f },  { param1Decay, 0.7f },
+    { param2Attack, 0.4f },     { param2Decay, 0.6f },    { param2Delay, 0.0f },
+    { paramFilterFreq, 0.5f },  { param2ToFilter, 0.8f }, { paramLfoFilter, 0.7f },
+    { paramLfoRate, 0.5f },     { paramLfoPitch, 0.0f },  { paramVoices, 1.0f },
+    { paramHighQuality, 0.0f }, { paramGlideMono, 0.0f }, { paramSmothFilt, 0.0f },
+    { paramFilterType, 0.0f },  { paramNoise, 0.0f },
 };
 
 class Player
@@ -70,7 +72,8 @@ void count (benchmark::State& state, int voices, int block)
         state.counters["ns/voice-sample"] = Counter (samples * voices * 1e-9, inverseRate);
 }
 
-void renderVoices (benchmark::State& state, const VoiceKernel& kernel, const Settings& changes, int voices, int block)
+void renderVoices (benchmark::State& state, const VoiceKernel& kernel, const Settings& changes, int voices,
+                   int block)
 {
     Player player (kernel, changes, voices, block);
     for ([[maybe_unused]] auto _ : state)
@@ -112,9 +115,10 @@ void addRows (const VoiceKernel& kernel)
 {
     const auto add = [&kernel] (const std::string& what, const Settings& changes, int voices, int block)
     {
-        const std::string name = std::string (kernel.name) + "/" + what + "/voices:" + std::to_string (voices) +
-                                 "/block:" + std::to_string (block);
-        benchmark::RegisterBenchmark (name.c_str (), [&kernel, changes, voices, block] (benchmark::State& state)
+        const std::string name = std::string (kernel.name) + "/" + what +
+                                 "/voices:" + std::to_string (voices) + "/block:" + std::to_string (block);
+        benchmark::RegisterBenchmark (name.c_str (),
+                                      [&kernel, changes, voices, block] (benchmark::State& state)
                                       { renderVoices (state, kernel, changes, voices, block); });
     };
     for (const int voices : { 1, 2, 3, 4, 8, 16 })
@@ -125,12 +129,9 @@ void addRows (const VoiceKernel& kernel)
             add ("plain", {}, voices, block);
     }
     const std::pair<const char*, Settings> cases[] = {
-        { "glide", { { paramGlideMono, 0.5f } } },
-        { "noise", { { paramNoise, 0.5f } } },
-        { "pulse width", { { paramOsc1PW, 0.5f } } },
-        { "LFO noise", { { paramLfoWave, 0.8f } } },
-        { "vibrato", { { paramLfoPitch, 0.4f } } },
-        { "low quality", { { paramHighQuality, 1.0f } } },
+        { "glide", { { paramGlideMono, 0.5f } } },    { "noise", { { paramNoise, 0.5f } } },
+        { "pulse width", { { paramOsc1PW, 0.5f } } }, { "LFO noise", { { paramLfoWave, 0.8f } } },
+        { "vibrato", { { paramLfoPitch, 0.4f } } },   { "low quality", { { paramHighQuality, 1.0f } } },
         { "smooth", { { paramSmothFilt, 1.0f } } },
     };
     for (const auto& [name, changes] : cases)

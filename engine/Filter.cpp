@@ -59,8 +59,7 @@ float Filter::keyTrackedBase (float target)
 {
     takeFirstBase (target);
     const float distance = std::abs (target - base);
-    const float slew =
-        distance / (slewDivisor () * (1.0f / distance)); // distance^2 x 200 / sample rate
+    const float slew = distance / (slewDivisor () * (1.0f / distance)); // distance^2 x 200 / sample rate
     if (target != base)
     {
         base = std::clamp (base, 0.0f, 1.0f);

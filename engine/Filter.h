@@ -55,7 +55,7 @@ private:
 
     filterCore::Switches switches;
     filterCore::FixedCoefficients fixed;
-    float damping = 1.0f;         // 2 x (1 - resonance)
+    float damping = 1.0f; // 2 x (1 - resonance)
     float highestCoefficient = highestStableCoefficient (damping);
     float mainCoefficient = 0.0f; // angular step x cutoff
     filterCore::Memory<float> memory;

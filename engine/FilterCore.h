@@ -4,10 +4,10 @@
 
 namespace engine
 {
-// The arithmetic of the voice filter, written once. `Value` is a number, for one voice, or a vector of numbers,
-// for several side by side: every one of them goes through exactly the same operations. A comparison of vectors
-// is a mask, and ?: then chooses for each element. All of it is inlined, because files that are compiled for
-// different processors include it.
+// The arithmetic of the voice filter, written once. `Value` is a number, for one voice, or a vector of
+// numbers, for several side by side: every one of them goes through exactly the same operations. A comparison
+// of vectors is a mask, and ?: then chooses for each element. All of it is inlined, because files that are
+// compiled for different processors include it.
 namespace filterCore
 {
 enum Type : std::int32_t

@@ -158,9 +158,8 @@ float Oscillator::bendHz () const
 void Oscillator::updateIncrement ()
 {
     const float baseHz = glideTime > 0.0f ? glideStep () : noteHz (note + rangeOffset);
-    increment =
-        pitchLaw::incrementOf (baseHz, tuneCorrection, lfoPitchFactor, masterPitchFactor, bendHz (), fineHz (),
-                               pitchLaw::incrementConstant / sampleRate);
+    increment = pitchLaw::incrementOf (baseHz, tuneCorrection, lfoPitchFactor, masterPitchFactor, bendHz (),
+                                       fineHz (), pitchLaw::incrementConstant / sampleRate);
     // A rewound cycle starts one increment in: the next read wraps this to `increment`.
     if (increment > 0.0f && phase == 0.0)
         phase = static_cast<double> (increment) + static_cast<double> (loopLength);
@@ -182,9 +181,10 @@ float Oscillator::tick ()
     return out;
 }
 
-// The samples are those of the table's first cycle whatever cycle is selected. The selected one enters through
-// the fraction alone, which it raises by its offset, so that the differences between neighbouring samples are
-// scaled up; the filter's drive stage folds the result. That is the sound of this instrument's pulse width.
+// The samples are those of the table's first cycle whatever cycle is selected. The selected one enters
+// through the fraction alone, which it raises by its offset, so that the differences between neighbouring
+// samples are scaled up; the filter's drive stage folds the result. That is the sound of this instrument's
+// pulse width.
 float Oscillator::tickFull ()
 {
     if (silent)
@@ -224,8 +224,8 @@ void Oscillator::describe (OscillatorLanes& lanes) const
 
 void Oscillator::enter (OscillatorLanes& lanes, std::size_t lane) const
 {
-    // A lane passes as many ends of the cycle in a sample as the sample rate asks for. A phase that stems from a
-    // lower rate may be further ahead; the last end is left to the read.
+    // A lane passes as many ends of the cycle in a sample as the sample rate asks for. A phase that stems
+    // from a lower rate may be further ahead; the last end is left to the read.
     double start = phase;
     while (start >= 2.0 * lanes.length && !silent)
         start -= lanes.length;

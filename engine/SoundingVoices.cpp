@@ -86,8 +86,8 @@ int SoundingVoices::soundingFor (int samples) const
     return samples;
 }
 
-void SoundingVoices::render (const VoiceKernel& kernel, const Settings& settings, bool isMono, Lfo& lfo, float* out,
-                             int samples)
+void SoundingVoices::render (const VoiceKernel& kernel, const Settings& settings, bool isMono, Lfo& lfo,
+                             float* out, int samples)
 {
     take (settings, isMono);
     const unsigned movesCutoff =
@@ -120,8 +120,8 @@ void SoundingVoices::take (const Settings& settings, bool isMono)
     lanes.lfoPitchDepth = settings.lfoPitchDepth;
 }
 
-// Notes for each sample the lanes that are due at it, once per interval. `counter` has the samples since the last
-// time, and afterwards those at the end of the run. Answers the lanes that are due at all.
+// Notes for each sample the lanes that are due at it, once per interval. `counter` has the samples since the
+// last time, and afterwards those at the end of the run. Answers the lanes that are due at all.
 unsigned SoundingVoices::schedule (DueLanes& due, std::int32_t Voice::*counter, int interval, int samples)
 {
     due = {};

@@ -8,8 +8,9 @@
 
 namespace engine
 {
-// Moves the sounding voices into lanes, where the kernel renders them together, and back. They stay there from run
-// to run until somebody wants to see one of the voices; who hands them out calls leave() before. Audio thread.
+// Moves the sounding voices into lanes, where the kernel renders them together, and back. They stay there
+// from run to run until somebody wants to see one of the voices; who hands them out calls leave() before.
+// Audio thread.
 class SoundingVoices
 {
 public:

@@ -1,6 +1,6 @@
-// Compiled once for each instruction set, as the function VOICE_KERNEL with at most VOICE_KERNEL_WIDTH lanes in
-// a vector. Nothing here may leave code behind that another file could share: it would run on machines that do
-// not have the instructions. So everything is local to this file or always inlined.
+// Compiled once for each instruction set, as the function VOICE_KERNEL with at most VOICE_KERNEL_WIDTH lanes
+// in a vector. Nothing here may leave code behind that another file could share: it would run on machines
+// that do not have the instructions. So everything is local to this file or always inlined.
 #include "engine/VoiceKernel.h"
 
 #include <limits>
@@ -22,7 +22,7 @@ struct Vectors
 {
     static constexpr int floatBytes = 4;
     static constexpr int doubleBytes = 8;
-    static constexpr int parts = width * doubleBytes > VOICE_KERNEL_WIDTH * floatBytes ? 2 : 1;
+    static constexpr int parts = width * doubleBytes > VOICE_KERNEL_WIDTH* floatBytes ? 2 : 1;
 
     using Real [[gnu::vector_size (width * floatBytes), gnu::may_alias]] = float;
     using Bits [[gnu::vector_size (width * floatBytes), gnu::may_alias]] = std::int32_t;
@@ -101,19 +101,19 @@ class Kernel
         if constexpr (width == 1)
             return static_cast<To> (from);
         else
-            return __builtin_convertvector (from, To);
+            return __builtin_convertvector(from, To);
     }
 
     template <typename From>
     [[gnu::always_inline]] static inline Doubles widened (From x)
     {
-        return __builtin_bit_cast (Doubles, converted<AllDoubles> (x));
+        return __builtin_bit_cast(Doubles, converted<AllDoubles> (x));
     }
 
     template <typename To>
     [[gnu::always_inline]] static inline To narrowed (const Doubles& x)
     {
-        return converted<To> (__builtin_bit_cast (AllDoubles, x));
+        return converted<To> (__builtin_bit_cast(AllDoubles, x));
     }
 
     [[gnu::always_inline]] static inline Doubles sum (Doubles a, const Doubles& b)
@@ -161,8 +161,8 @@ class Kernel
             return reinterpret_cast<Real> (reinterpret_cast<Bits> (x) & 0x7FFFFFFF);
     }
 
-    // Two neighbouring samples of a table for each lane. One 64-bit load fetches both: that is faster here than
-    // the gather instructions.
+    // Two neighbouring samples of a table for each lane. One 64-bit load fetches both: that is faster here
+    // than the gather instructions.
     [[gnu::always_inline]] static inline void readPairs (const float* table, const std::int32_t* index,
                                                          Real& first, Real& second)
     {
@@ -177,8 +177,10 @@ class Kernel
             {
                 double both;
             };
-            const auto pair = [table, index] (int lane) __attribute__ ((always_inline))
-            { return reinterpret_cast<const Pair*> (table + index[lane])->both; };
+            const auto pair = [table, index](int lane) __attribute__ ((always_inline))
+            {
+                return reinterpret_cast<const Pair*> (table + index[lane])->both;
+            };
 
             // In the order that a shuffle within 128 bits brings back.
             if constexpr (width == 4)
@@ -197,14 +199,14 @@ class Kernel
             }
             if constexpr (width == 16)
             {
-                const Real a = reinterpret_cast<Real> (Pairs{ pair (0), pair (1), pair (4), pair (5), pair (8),
-                                                               pair (9), pair (12), pair (13) });
-                const Real b = reinterpret_cast<Real> (Pairs{ pair (2), pair (3), pair (6), pair (7), pair (10),
-                                                               pair (11), pair (14), pair (15) });
-                first = __builtin_shufflevector (a, b, 0, 2, 16, 18, 4, 6, 20, 22, 8, 10, 24, 26, 12, 14, 28,
-                                                 30);
-                second = __builtin_shufflevector (a, b, 1, 3, 17, 19, 5, 7, 21, 23, 9, 11, 25, 27, 13, 15, 29,
-                                                  31);
+                const Real a = reinterpret_cast<Real> (Pairs{ pair (0), pair (1), pair (4), pair (5),
+                                                              pair (8), pair (9), pair (12), pair (13) });
+                const Real b = reinterpret_cast<Real> (Pairs{ pair (2), pair (3), pair (6), pair (7),
+                                                              pair (10), pair (11), pair (14), pair (15) });
+                first =
+                    __builtin_shufflevector (a, b, 0, 2, 16, 18, 4, 6, 20, 22, 8, 10, 24, 26, 12, 14, 28, 30);
+                second =
+                    __builtin_shufflevector (a, b, 1, 3, 17, 19, 5, 7, 21, 23, 9, 11, 25, 27, 13, 15, 29, 31);
             }
         }
     }
@@ -223,14 +225,16 @@ class Kernel
     {
         if constexpr (width > 1)
             phase = phase >= length ? phase - length : phase;
-        else if (__builtin_expect (phase >= length, false)) // a branch that is guessed right need not be waited for
+        else if (__builtin_expect (phase >= length,
+                                   false)) // a branch that is guessed right need not be waited for
             phase -= length;
     }
 
-    // A stretch of samples without a change of pitch. `wraps` is how many ends of the cycle one step may pass:
-    // more than one only at sample rates far below the usual.
+    // A stretch of samples without a change of pitch. `wraps` is how many ends of the cycle one step may
+    // pass: more than one only at sample rates far below the usual.
     template <bool wrapsOften>
-    [[gnu::noinline]] static void readStretch (OscillatorLanes& source, std::size_t first, int n, int end, int wraps, Reads& reads)
+    [[gnu::noinline]] static void readStretch (OscillatorLanes& source, std::size_t first, int n, int end,
+                                               int wraps, Reads& reads)
     {
         const double length = source.length;
         const float offset = source.pulseOffset;
@@ -269,7 +273,8 @@ class Kernel
     }
 
     // Oscillator::updateIncrement for the lanes whose bit is set.
-    [[gnu::noinline]] static void updateIncrement (OscillatorLanes& source, std::size_t first, unsigned lanesByBit)
+    [[gnu::noinline]] static void updateIncrement (OscillatorLanes& source, std::size_t first,
+                                                   unsigned lanesByBit)
     {
         const auto due = maskOf (lanesByBit);
         Real hz = lanes (source.noteHz, first);
@@ -307,13 +312,15 @@ class Kernel
         }
     }
 
-    [[gnu::noinline]] static void readPositions (const VoiceLanes& voices, OscillatorLanes& source, bool followsLfo,
-                               std::size_t first, int samples, Reads& reads)
+    [[gnu::noinline]] static void readPositions (const VoiceLanes& voices, OscillatorLanes& source,
+                                                 bool followsLfo, std::size_t first, int samples,
+                                                 Reads& reads)
     {
         const bool isSilent = source.table == nullptr;
         const bool glidesEachSample = source.isFull && source.glides && !isSilent;
         const float longestStep = pitchLaw::highestHz * source.incrementPerHz / pitchLaw::incrementDivisor;
-        const int wraps = isSilent ? 0 : 1 + static_cast<int> (longestStep / static_cast<float> (source.length));
+        const int wraps =
+            isSilent ? 0 : 1 + static_cast<int> (longestStep / static_cast<float> (source.length));
         for (int n = 0; n < samples;)
         {
             int end = samples;
@@ -359,7 +366,8 @@ class Kernel
         Real value;
         Real next;
         readPairs (table, indexAt (reads, n), value, next);
-        return narrowed<Real> (sum (widened (value), product (reads.exactFraction.at[n], widened (next - value))));
+        return narrowed<Real> (
+            sum (widened (value), product (reads.exactFraction.at[n], widened (next - value))));
     }
 
     [[gnu::always_inline]] static inline Real readFull (const float* table, const Reads& reads, int n)
@@ -384,7 +392,8 @@ class Kernel
         return reinterpret_cast<const std::int32_t*> (&reads.index.at[n]);
     }
 
-    [[gnu::noinline]] static void mixSources (VoiceLanes& voices, std::size_t first, int samples, Rows<Real>& mix)
+    [[gnu::noinline]] static void mixSources (VoiceLanes& voices, std::size_t first, int samples,
+                                              Rows<Real>& mix)
     {
         const bool followsLfo = voices.lfoPitchDepth > 0.0f;
         Reads reads1;
@@ -398,7 +407,8 @@ class Kernel
         const float level2 = voices.osc2.level;
         if (!voices.osc1.interpolates)
             for (int n = 0; n < samples; ++n)
-                mix.at[n] = readNearest (table1, reads1, n) * level1 + readNearest (table2, reads2, n) * level2;
+                mix.at[n] =
+                    readNearest (table1, reads1, n) * level1 + readNearest (table2, reads2, n) * level2;
         else if (voices.osc2.isFull)
             for (int n = 0; n < samples; ++n)
                 mix.at[n] = readFull (table1, reads1, n) * level1 + readFull (table2, reads2, n) * level2;
@@ -444,7 +454,8 @@ class Kernel
         insertColumns (voices.env2, first, samples, env2);
     }
 
-    static void insertColumns (const EnvelopeLanes& envelope, std::size_t first, int samples, Rows<Real>& levels)
+    static void insertColumns (const EnvelopeLanes& envelope, std::size_t first, int samples,
+                               Rows<Real>& levels)
     {
         for (std::size_t lane = 0; lane < width; ++lane)
         {
@@ -481,7 +492,9 @@ class Kernel
             else
                 x = x * parameters::cutoffSpanHz + static_cast<double> (parameters::lowestCutoffHz);
         }
-        const Real raised = narrowed<Real> (hz) < parameters::lowestCutoffHz ? Real{} + parameters::lowestCutoffHz : narrowed<Real> (hz);
+        const Real raised = narrowed<Real> (hz) < parameters::lowestCutoffHz
+                                ? Real{} + parameters::lowestCutoffHz
+                                : narrowed<Real> (hz);
         return raised > parameters::highestCutoffHz ? Real{} + parameters::highestCutoffHz : raised;
     }
 
@@ -542,24 +555,24 @@ class Kernel
 
     template <typename Keep>
     [[gnu::noinline]] static void filterRun (const VoiceLanes& voices, std::size_t first, int samples,
-                                                         const Rows<Real>& mix, const Rows<Real>& coefficients,
-                                                         const Rows<Real>& levels, Rows<Real>& sound, Memory& memory, Keep& keep)
+                                             const Rows<Real>& mix, const Rows<Real>& coefficients,
+                                             const Rows<Real>& levels, Rows<Real>& sound, Memory& memory,
+                                             Keep& keep)
     {
         Memory m = memory;
         const filterCore::Switches switches = voices.filterSwitches;
         const filterCore::FixedCoefficients fixed = voices.filterFixed;
         const bool smooths = switches.smooths && switches.type == filterCore::lowPass;
         const Real damping = vectorAt<Real> (&voices.damping.of[first]);
-        const auto front = [&] (int n) __attribute__ ((always_inline))
+        const auto front = [&](int n) __attribute__ ((always_inline))
         {
-            return switches.drives
-                       ? filterCore::coloured<Real> (m, fixed, filterCore::driven<Real> (m, mix.at[n], keep), keep)
-                       : mix.at[n];
+            return switches.drives ? filterCore::coloured<Real> (
+                                         m, fixed, filterCore::driven<Real> (m, mix.at[n], keep), keep)
+                                   : mix.at[n];
         };
-        const auto back = [&] (int n, Real x) __attribute__ ((always_inline))
+        const auto back = [&](int n, Real x) __attribute__ ((always_inline))
         {
-            const Real y =
-                filterCore::section<Real> (m, switches.type, damping, coefficients.at[n], x, keep);
+            const Real y = filterCore::section<Real> (m, switches.type, damping, coefficients.at[n], x, keep);
             sound.at[n] =
                 (smooths ? filterCore::smoothed<Real> (m, coefficients.at[n], y, keep) : y) * levels.at[n];
         };
@@ -578,8 +591,8 @@ class Kernel
 
     // `move (ours, theirs)` for each memory of the filter.
     template <typename Move>
-    [[gnu::always_inline]] static inline void forEachMemory (Memory& ours, filterCore::Memory<Lanes<float>>& theirs,
-                                                             std::size_t first, Move move)
+    [[gnu::always_inline]] static inline void
+    forEachMemory (Memory& ours, filterCore::Memory<Lanes<float>>& theirs, std::size_t first, Move move)
     {
         move (ours.drive, lanes (theirs.drive, first));
         move (ours.dc, lanes (theirs.dc, first));
@@ -594,8 +607,9 @@ class Kernel
 
     // Denormals are rare, and looking after them in every step would lengthen the chain of operations that a
     // sample waits for. So the run is rendered without, and once more if one turned up.
-    [[gnu::noinline]] static void renderFilters (VoiceLanes& voices, std::size_t first, int samples, const Rows<Real>& mix,
-                               const Rows<Real>& coefficients, const Rows<Real>& levels, Rows<Real>& sound)
+    [[gnu::noinline]] static void renderFilters (VoiceLanes& voices, std::size_t first, int samples,
+                                                 const Rows<Real>& mix, const Rows<Real>& coefficients,
+                                                 const Rows<Real>& levels, Rows<Real>& sound)
     {
         Memory start;
         forEachMemory (start, voices.filter, first, [] (Real& ours, const Real& theirs) { ours = theirs; });
@@ -624,7 +638,8 @@ class Kernel
     }
 
     // Voice after voice, in ascending order: a sum of floats depends on it.
-    [[gnu::noinline]] static void addVoices (const Rows<Real>& sound, std::size_t voices, float* out, int samples)
+    [[gnu::noinline]] static void addVoices (const Rows<Real>& sound, std::size_t voices, float* out,
+                                             int samples)
     {
         for (int n = 0; n < samples; ++n)
         {
@@ -668,7 +683,7 @@ void VOICE_KERNEL (VoiceLanes& voices, float* out, int samples)
     for (std::size_t first = 0; first < voices.used;)
     {
         [[maybe_unused]] const std::size_t left = voices.used - first;
-        const auto render = [&]<int width> (Kernel<width>) 
+        const auto render = [&]<int width> (Kernel<width>)
         {
             Kernel<width>::render (voices, first, out, samples);
             first += width;

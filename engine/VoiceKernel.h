@@ -45,8 +45,8 @@ struct OscillatorLanes
     Lanes<float> glideDelta; // Hz per sample
 };
 
-// An envelope of every sounding voice during a run. Mostly it is a ramp; what else it may do comes as a column
-// of levels.
+// An envelope of every sounding voice during a run. Mostly it is a ramp; what else it may do comes as a
+// column of levels.
 struct EnvelopeLanes
 {
     Lanes<float> level;
@@ -58,12 +58,12 @@ struct EnvelopeLanes
 // Which lanes are due at which samples of a run.
 struct DueLanes
 {
-    std::uint64_t samples = 0;             // bit n: some lane is due at sample n
+    std::uint64_t samples = 0;            // bit n: some lane is due at sample n
     std::uint16_t lanes[longestRun] = {}; // of a sample; bit n: lane n is due at it
 };
 
-// The state of all sounding voices side by side, in ascending order of the voices: one number of each in a row,
-// as vector instructions want it.
+// The state of all sounding voices side by side, in ascending order of the voices: one number of each in a
+// row, as vector instructions want it.
 struct VoiceLanes
 {
     std::size_t used = 0;
@@ -86,14 +86,14 @@ struct VoiceLanes
     Lanes<float> cutoffBase; // 0..1
     Lanes<float> keyFactor;
     bool keyTracks = true;
-    float angularStep = 0.0f;    // 2 pi / sample rate
-    float slewDivisor = 1.0f;    // sample rate / 200
-    float cutoffTarget = 0.0f;   // of the base
-    float env2ToCutoff = 0.0f;   // depths, -1..1
+    float angularStep = 0.0f;  // 2 pi / sample rate
+    float slewDivisor = 1.0f;  // sample rate / 200
+    float cutoffTarget = 0.0f; // of the base
+    float env2ToCutoff = 0.0f; // depths, -1..1
     float lfoToCutoff = 0.0f;
     float lfoPitchDepth = 0.0f;
-    DueLanes cutoffDue;        // the cutoff follows its modulation at this sample
-    DueLanes pitchDue;         // the pitch follows the LFO after this sample
+    DueLanes cutoffDue;         // the cutoff follows its modulation at this sample
+    DueLanes pitchDue;          // the pitch follows the LFO after this sample
     float lfo[longestRun] = {}; // -1..1
 };
 

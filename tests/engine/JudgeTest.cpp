@@ -96,7 +96,8 @@ public:
         for (TestEngine* side : { &fast, &literal })
         {
             side->time.samplePosition += frames;
-            *side->time.quarterPosition += frames * *side->time.tempo / 60.0 / static_cast<double> (side->rate);
+            *side->time.quarterPosition +=
+                frames * *side->time.tempo / 60.0 / static_cast<double> (side->rate);
         }
     }
 
@@ -140,7 +141,8 @@ std::string nameOf (const testing::TestParamInfo<std::size_t>& kernel)
 }
 }
 
-INSTANTIATE_TEST_SUITE_P (Kernels, JudgeTest, testing::Range (std::size_t{ 0 }, voiceKernels ().size ()), nameOf);
+INSTANTIATE_TEST_SUITE_P (Kernels, JudgeTest, testing::Range (std::size_t{ 0 }, voiceKernels ().size ()),
+                          nameOf);
 
 namespace
 {
