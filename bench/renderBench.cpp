@@ -1,4 +1,8 @@
 // How long rendering takes; docs/performance.md holds figures and commands.
+#include <algorithm>
+#include <ctime>
+#include <numeric>
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -81,6 +85,20 @@ void renderVoices (benchmark::State& state, const VoiceKernel& kernel, const Set
     count (state, voices, block);
 }
 
+// Mono, with a note every half second that is still on its way to its pitch when the next one comes.
+void renderGlide (benchmark::State& state, const VoiceKernel& kernel)
+{
+    Player player (kernel, { { paramGlideMono, 0.9f } }, 1, usualBlock);
+    int blocks = 0;
+    for ([[maybe_unused]] auto _ : state)
+    {
+        if (blocks++ % 40 == 0)
+            player.synth.engine.noteEvent (blocks % 80 < 40 ? 100 : 40, 100, true);
+        player.render ();
+    }
+    count (state, 1, usualBlock);
+}
+
 void renderAsleep (benchmark::State& state)
 {
     Player player (preferredKernel (), {}, 0, usualBlock);
@@ -111,6 +129,41 @@ void changeProgram (benchmark::State& state)
         player.synth.load (programs[++program % programs.size ()]);
 }
 
+double threadSeconds ()
+{
+    timespec now = {};
+    clock_gettime (CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double> (now.tv_sec) + 1e-9 * static_cast<double> (now.tv_nsec);
+}
+
+// A minute of notes that come and go every few milliseconds. The same minute is played several times, and
+// each block counts as the fastest of its times, so that what else the machine does is left out.
+void playDensely (benchmark::State& state)
+{
+    constexpr int block = 64;
+    constexpr auto blocks = static_cast<std::size_t> (60.0f * rateHz / block);
+    std::vector<double> fastest (blocks, 1.0);
+    for ([[maybe_unused]] auto _ : state)
+    {
+        Player player (preferredKernel (), {}, 0, block);
+        std::mt19937 random (1);
+        for (double& time : fastest)
+        {
+            const double before = threadSeconds ();
+            if (random () % 8 == 0)
+                player.synth.engine.noteEvent (30 + static_cast<int> (random () % 50), 100,
+                                               random () % 2 == 0);
+            player.render ();
+            time = std::min (time, threadSeconds () - before);
+        }
+    }
+    const double mean =
+        std::accumulate (fastest.begin (), fastest.end (), 0.0) / static_cast<double> (blocks);
+    state.counters["mean block"] = mean;
+    state.counters["worst block"] = *std::max_element (fastest.begin (), fastest.end ());
+    state.counters["worst / mean"] = *std::max_element (fastest.begin (), fastest.end ()) / mean;
+}
+
 void addRows (const VoiceKernel& kernel)
 {
     const auto add = [&kernel] (const std::string& what, const Settings& changes, int voices, int block)
@@ -128,8 +181,9 @@ void addRows (const VoiceKernel& kernel)
         for (const int voices : { 1, 8, 16 })
             add ("plain", {}, voices, block);
     }
+    benchmark::RegisterBenchmark ((std::string (kernel.name) + "/glide/voices:1/block:512").c_str (),
+                                  [&kernel] (benchmark::State& state) { renderGlide (state, kernel); });
     const std::pair<const char*, Settings> cases[] = {
-        { "glide", { { paramGlideMono, 0.5f } } },    { "noise", { { paramNoise, 0.5f } } },
         { "pulse width", { { paramOsc1PW, 0.5f } } }, { "LFO noise", { { paramLfoWave, 0.8f } } },
         { "vibrato", { { paramLfoPitch, 0.4f } } },   { "low quality", { { paramHighQuality, 1.0f } } },
         { "smooth", { { paramSmothFilt, 1.0f } } },
@@ -153,6 +207,7 @@ int main (int argc, char** argv)
     benchmark::RegisterBenchmark ("asleep", renderAsleep);
     benchmark::RegisterBenchmark ("note on and off", startNote);
     benchmark::RegisterBenchmark ("program change", changeProgram);
+    benchmark::RegisterBenchmark ("dense play", playDensely)->Iterations (9)->Unit (benchmark::kMillisecond);
     benchmark::Initialize (&argc, argv);
     benchmark::RunSpecifiedBenchmarks ();
     return 0;

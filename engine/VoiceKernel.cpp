@@ -302,6 +302,16 @@ class Kernel
         }
     }
 
+    static bool isGliding (const OscillatorLanes& source, std::size_t first)
+    {
+        for (std::size_t lane = first; lane < first + width; ++lane)
+        {
+            if (source.glideCurrent.of[lane] != source.glideTarget.of[lane])
+                return true;
+        }
+        return false;
+    }
+
     static void standStill (Reads& reads, int n, int end)
     {
         for (; n < end; ++n)
@@ -317,7 +327,11 @@ class Kernel
                                                  Reads& reads)
     {
         const bool isSilent = source.table == nullptr;
-        const bool glidesEachSample = source.isFull && source.glides && !isSilent;
+        // Once every lane has arrived, a glide changes nothing more.
+        const bool glidesEachSample =
+            source.isFull && source.glides && !isSilent && isGliding (source, first);
+        if (source.isFull && source.glides && !isSilent && !glidesEachSample)
+            updateIncrement (source, first, allLanes);
         const float longestStep = pitchLaw::highestHz * source.incrementPerHz / pitchLaw::incrementDivisor;
         const int wraps =
             isSilent ? 0 : 1 + static_cast<int> (longestStep / static_cast<float> (source.length));
