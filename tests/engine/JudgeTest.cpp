@@ -17,16 +17,30 @@ namespace
 class Duel
 {
 public:
-    Duel (unsigned seed, float rate) : fast (rate), literal (rate), random (seed)
+    Duel (const VoiceKernel& kernel, unsigned seed, float rate)
+        : fast (rate, recordedWaves (), kernel),
+          literal (rate),
+          random (seed)
     {
         fast.programs = literal.programs = factoryPrograms ();
     }
 
-    template <typename Work>
-    void both (Work work)
+    void set (int index, float value)
     {
-        work (fast);
-        work (literal);
+        fast.set (index, value);
+        literal.set (index, value);
+    }
+
+    void playKeyboard (float value)
+    {
+        fast.engine.playKeyboard (value);
+        literal.engine.playKeyboard (value);
+    }
+
+    void load (const TestEngine::Program& program)
+    {
+        fast.load (program);
+        literal.load (program);
     }
 
     int below (int end) { return static_cast<int> (random () % static_cast<unsigned> (end)); }
@@ -37,24 +51,30 @@ public:
 
     Event event (int offset)
     {
-        const int note = 30 + below (50);
-        const int data = below (128);
+        const auto data = [this] { return below (128); };
+        const auto note = [this] { return 30 + below (50); };
         switch (below (16))
         {
         case 0:
-            return midi (offset, 0xE0, note, data);
+            return midi (offset, 0xE0, data (), data ());
         case 1:
-            return midi (offset, 0xC0, data, 0);
+            return midi (offset, 0xC0, data (), 0);
         case 2:
-            return midi (offset, 0xB0, 11, data);
+            return midi (offset, 0xB0, 11, data ());
         case 3:
-            return midi (offset, 0xB0, below (4) == 0 ? 123 : 1, data);
+            return midi (offset, 0xB0, below (4) == 0 ? 123 : 1, data ());
         case 4:
             return { offset };
         case 5:
-            return noteOn (offset, below (4), data);
+            return midi (offset, 0x90, below (4), data ());
+        case 6:
+        case 7:
+        case 8:
+        case 9:
+        case 10:
+            return midi (offset, 0x80, note (), 0);
         default:
-            return below (2) == 0 ? noteOff (offset, note) : noteOn (offset, note, data);
+            return midi (offset, 0x93, note (), data ());
         }
     }
 
@@ -69,6 +89,16 @@ public:
         for (const int offset : offsets)
             list.push_back (event (offset));
         return list;
+    }
+
+    void advanceTransport (int frames)
+    {
+        for (TestEngine* side : { &fast, &literal })
+        {
+            side->time.samplePosition += frames;
+            *side->time.quarterPosition +=
+                frames * *side->time.tempo / 60.0 / static_cast<double> (side->rate);
+        }
     }
 
     // One block on both sides; the first sample that differs, or -1.
@@ -92,64 +122,94 @@ public:
     float heard = 0.0f; // largest magnitude so far
 };
 
-class JudgeTest : public testing::TestWithParam<int>
+// Once for each instruction set that this machine has.
+class JudgeTest : public testing::TestWithParam<std::size_t>
 {
+protected:
+    void SetUp () override
+    {
+        if (!kernel.isSupported)
+            GTEST_SKIP () << "this machine has no " << kernel.name;
+    }
+
+    const VoiceKernel& kernel = voiceKernels ()[GetParam ()];
 };
+
+std::string nameOf (const testing::TestParamInfo<std::size_t>& kernel)
+{
+    return std::string (voiceKernels ()[kernel.param].name);
+}
 }
 
-TEST_P (JudgeTest, RunsEqualTheLoopSampleBySample)
+INSTANTIATE_TEST_SUITE_P (Kernels, JudgeTest, testing::Range (std::size_t{ 0 }, voiceKernels ().size ()),
+                          nameOf);
+
+namespace
 {
-    constexpr float rates[] = { 44100.0f, 48000.0f, 22050.0f, 96000.0f, 11025.0f, 192000.0f };
-    const auto seed = static_cast<unsigned> (GetParam ());
-    Duel duel (seed, rates[seed % std::size (rates)]);
-    duel.both (
-        [seed] (TestEngine& side)
-        {
-            side.load (side.programs[(seed * 37u) % side.programs.size ()]);
-            side.hasTime = true;
-            side.time = { 0.0, 60.0 + seed, 0.0 };
-        });
+void playAtRandom (const VoiceKernel& kernel, unsigned seed)
+{
+    constexpr float rates[] = { 44100.0f, 48000.0f, 22050.0f, 96000.0f, 11025.0f, 192000.0f, 2000.0f };
+    Duel duel (kernel, seed, rates[seed % std::size (rates)]);
+    duel.load (duel.fast.programs[(seed * 37u) % duel.fast.programs.size ()]);
+    for (TestEngine* side : { &duel.fast, &duel.literal })
+    {
+        side->hasTime = true;
+        side->time.tempo = 60.0 + seed;
+        side->time.quarterPosition = 0.0;
+    }
+
     for (int block = 0; block < 60; ++block)
     {
         const int frames = duel.below (5) == 0 ? 1 + duel.below (8) : 1 + duel.below (700);
         for (int change = duel.below (4) == 0 ? duel.below (10) : 0; change > 0; --change)
-        {
-            const int index = duel.below (parameterCount);
-            const float value = duel.knob ();
-            duel.both ([&] (TestEngine& side) { side.set (index, value); });
-        }
-        const float key = duel.unit ();
+            duel.set (duel.below (parameterCount), duel.knob ());
         if (duel.below (30) == 0)
-            duel.both ([&] (TestEngine& side) { side.engine.playKeyboard (key); });
+            duel.playKeyboard (duel.unit ());
         if (duel.below (40) == 0)
-            duel.fast.rate = duel.literal.rate = rates[duel.below (6)];
+            duel.fast.rate = duel.literal.rate = rates[duel.below (std::size (rates))];
         const std::vector<Event> events = duel.events (frames, duel.below (7));
-        ASSERT_EQ (duel.differsAt (frames, events), -1) << "block " << block << " of " << frames << " frames";
-        if (duel.below (4) == 0)
-            continue; // the song stands
-        duel.both (
-            [frames] (TestEngine& side)
-            {
-                side.time.samplePosition += frames;
-                *side.time.quarterPosition +=
-                    frames * *side.time.tempo / 60.0 / static_cast<double> (side.rate);
-            });
+        ASSERT_EQ (duel.differsAt (frames, events), -1)
+            << "seed " << seed << ", block " << block << " of " << frames << " frames";
+        if (duel.below (4) != 0)
+            duel.advanceTransport (frames);
     }
     EXPECT_GT (duel.heard, 0.0f);
 }
+}
 
-INSTANTIATE_TEST_SUITE_P (Seeds, JudgeTest, testing::Range (1, 61));
-
-TEST (JudgeTest, EveryFactoryProgramEqualsTheLoop)
+TEST_P (JudgeTest, RunsEqualTheLoopSampleBySample)
 {
-    Duel duel (1, 44100.0f);
+    for (unsigned seed = 1; seed <= 60 && !HasFatalFailure (); ++seed)
+        playAtRandom (kernel, seed);
+}
+
+TEST_P (JudgeTest, EveryFactoryProgramEqualsTheLoop)
+{
+    Duel duel (kernel, 1, 44100.0f);
     for (std::size_t program = 0; program < duel.fast.programs.size (); ++program)
     {
-        duel.both ([program] (TestEngine& side) { side.load (side.programs[program]); });
-        const std::vector<Event> events = {
-            noteOn (1, 48),          noteOn (30, 55, 70),   noteOn (99, 60, 120),      noteOff (700, 48),
-            midi (901, 0xE0, 0, 80), noteOn (1200, 64, 90), midi (1500, 0xB0, 123, 0), noteOn (1900, 36, 127)
-        };
+        duel.load (duel.fast.programs[program]);
+        std::vector<Event> events = { midi (1, 0x90, 48, 100),  midi (30, 0x90, 55, 70),
+                                      midi (99, 0x90, 60, 120), midi (700, 0x80, 48, 0),
+                                      midi (901, 0xE0, 0, 80),  midi (1200, 0x90, 64, 90) };
+        for (int note = 65; note < 80; ++note) // until every voice sounds
+            events.push_back (midi (1200 + 3 * note, 0x90, note, 80));
+        events.push_back (midi (1800, 0xB0, 123, 0));
+        events.push_back (midi (1900, 0x90, 36, 127));
         ASSERT_EQ (duel.differsAt (2500, events), -1) << "program " << program;
     }
+}
+
+// Falling asleep and waking, over more silence than it takes.
+TEST_P (JudgeTest, SleepEqualsTheLoop)
+{
+    Duel duel (kernel, 7, 8000.0f);
+    duel.load (plainProgram ());
+    ASSERT_EQ (duel.differsAt (400, { midi (5, 0x90, 60, 100), midi (60, 0x80, 60, 0) }), -1);
+    for (int block = 0; block < 40; ++block)
+        ASSERT_EQ (duel.differsAt (997, {}), -1);
+    EXPECT_TRUE (duel.fast.engine.isAsleep ());
+    EXPECT_TRUE (duel.literal.engine.isAsleep ());
+    ASSERT_EQ (duel.differsAt (400, { midi (200, 0x90, 60, 100) }), -1);
+    EXPECT_FALSE (duel.fast.engine.isAsleep ());
 }

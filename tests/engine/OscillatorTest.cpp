@@ -108,11 +108,6 @@ TEST (OscillatorTest, WithoutATableItIsSilentAndStandsStill)
     oscillator.setNote (60, true);
     oscillator.setTable (nullptr, 0, Oscillator::Mode::cycleSelect, 0); // a missing recording
     EXPECT_EQ (oscillator.mode (), Oscillator::Mode::singleCycle);
-    float run[4] = { 1.0f, 1.0f, 1.0f, 1.0f };
-    oscillator.addRun (run, 2, 1.0f);
-    oscillator.addRunFull (run + 2, 2, 1.0f);
-    for (const float sample : run)
-        EXPECT_EQ (sample, 1.0f);
     EXPECT_EQ (oscillator.tick () + oscillator.tickFull (), 0.0f);
     oscillator.setPulseWidth (100.0f); // ignored
     oscillator.setTable (ramp ().samples.data (), rampLength, Oscillator::Mode::singleCycle, 0);
