@@ -528,7 +528,7 @@ class Kernel
                 continue;
             float* const levelsOfLane = reinterpret_cast<float*> (levels.at) + lane;
             for (int n = 0; n < samples; ++n)
-                levelsOfLane[n * width] = envelope.column[first + lane][n];
+                levelsOfLane[static_cast<std::size_t> (n) * width] = envelope.column[first + lane][n];
         }
     }
 
@@ -728,6 +728,8 @@ class Kernel
 public:
     static void render (VoiceLanes& voices, std::size_t first, float* out, int samples)
     {
+        if (samples <= 0)
+            return;
         Rows<Real> levels;
         Rows<Real> env2;
         Rows<Real> coefficients;
