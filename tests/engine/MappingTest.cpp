@@ -185,6 +185,10 @@ TEST_F (MappingTest, LfoWaveSelectsTheShape)
 
 TEST_F (MappingTest, PitchKnobs)
 {
+    // A fresh oscillator starts one increment in, with the tuning of the first program.
+    Oscillator fresh = synth.voice (0).osc1;
+    fresh.setHighQuality (true);
+    EXPECT_NEAR (fresh.tick (), keyHz (1) * saw * (4045.476 / 12.0) / 44100.0, 1e-4);
     synth.set (paramOsc2Wave, 0.5f);
     synth.block (1, { noteOn (0) });
     // Pitch of the oscillators, times that of key 61: the tables sound a key lower.

@@ -76,7 +76,8 @@ TEST_F (UserBankTest, ComesBackByteForByteAndItsBindingsTakeThePlaceOfTheStoredO
     EXPECT_EQ (second.core.midiController (0), 0u);
     EXPECT_EQ (second.core.midiController (1), 21u);
     EXPECT_EQ (second.get (paramVoices), 3.0f);
-    synth.core.setProgram (9); // saved over an older one; the file says nothing of the selected program
+    synth.core.setProgram (9);  // saved over an older one; the file says nothing of the selected program
+    synth.load (synth.bank ()); // which does
     synth.core.setProgramName ("Newer");
     save ();
     BankImage newer = synth.bank ();
