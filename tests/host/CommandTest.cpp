@@ -2,16 +2,16 @@
 #include "midi/Writer.h"
 #include "tests/host/TemporaryFolder.h"
 
-#include <array>
 #include <cstdio>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <set>
 #include <sndfile.hh>
 #include <sys/wait.h>
 
 namespace
 {
+constexpr char diskFull[] = "cannot write to standard output: No space left on device.";
+const std::string toFile = "probe.so song.mid -o ";
+
 struct Outcome
 {
     int status = -1;
@@ -29,6 +29,9 @@ protected:
                           { 96, { 0xC0, 2 }, 2 }, { 96, { 0x90, 62, 127 }, 3 }, { 192, { 0x80, 62, 0 }, 3 } };
         song.endTick = 192; // 1 s
         write ("song.mid", song);
+        song.messages.clear ();
+        song.endTick = 0;
+        write ("empty.mid", song);
         std::ofstream (temporary / "text.so") << "no library";
         std::filesystem::copy_file (PROBE_LIBRARY, temporary / "probe.so");
     }
@@ -36,38 +39,25 @@ protected:
     void write (const std::string& name, const midi::Song& song)
     {
         const auto bytes = midi::fileBytes (song);
-        std::ofstream out (temporary / name, std::ios::binary);
-        out.write (reinterpret_cast<const char*> (bytes.data ()),
-                   static_cast<std::streamsize> (bytes.size ()));
+        std::ofstream (temporary / name, std::ios::binary) << std::string (bytes.begin (), bytes.end ());
     }
 
     // Runs in the test's folder.
     Outcome shell (const std::string& command)
     {
         Outcome outcome;
-        const std::string folder = temporary.folder ().string ();
-        FILE* pipe = popen (("exec 2>&1 < /dev/null; cd '" + folder + "'; " + command).c_str (), "r");
-        std::array<char, 4096> part = {};
-        for (std::size_t count = 0; (count = std::fread (part.data (), 1, part.size (), pipe)) > 0;)
-            outcome.output.append (part.data (), count);
+        const std::string there = "exec 2>&1 < /dev/null; cd '" + temporary.folder ().string () + "'; ";
+        FILE* pipe = popen ((there + command).c_str (), "r");
+        for (int byte = 0; (byte = std::fgetc (pipe)) != EOF;)
+            outcome.output.push_back (static_cast<char> (byte));
         const int state = pclose (pipe);
         outcome.status = WIFEXITED (state) ? WEXITSTATUS (state) : -1;
         return outcome;
     }
     Outcome host (const std::string& arguments) { return shell (HOST_PROGRAM " " + arguments); }
 
-    std::set<std::string> files () const
-    {
-        std::set<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator (temporary.folder ()))
-            names.insert (entry.path ().filename ().string ());
-        return names;
-    }
-    std::string content (const std::string& name) const
-    {
-        std::ifstream file (temporary / name, std::ios::binary);
-        return { std::istreambuf_iterator<char> (file), {} };
-    }
+    std::set<std::string> files () const { return filesIn (temporary.folder ()); }
+    std::string content (const std::string& name) const { return contentOf (temporary / name); }
 
     // One sentence that says this, a status other than 0, and every file as it was.
     void expectRefusal (const std::string& arguments, const std::string& sentence)
@@ -98,10 +88,6 @@ TEST_F (Command, RendersASongAndTellsItsFigures)
     SndfileHandle sound ((temporary / "out.wav").string ());
     EXPECT_EQ (sound.samplerate (), 48000);
     EXPECT_EQ (sound.format (), SF_FORMAT_WAV | SF_FORMAT_PCM_16);
-
-    midi::Song empty;
-    empty.ticksPerQuarter = 96;
-    write ("empty.mid", empty);
     EXPECT_EQ (host ("probe.so empty.mid --tail 0").output,
                "Length:    0.00 s (song 0.00 s)\nPeak:      silence\n"
                "Loudness:  too quiet or too short to measure\nWritten:   empty.wav\n")
@@ -111,16 +97,16 @@ TEST_F (Command, RendersASongAndTellsItsFigures)
 TEST_F (Command, AProgramOfTheUsersReplacesThoseOfTheSong)
 {
     EXPECT_EQ (host ("probe.so --list-programs").output, "001 Clicks\n002 Drone\n003 Tempo\n");
-    for (const char* name : { "Drone", "drone", "2" })
+    for (const std::string name : { "Drone", "drone", "2" })
     {
-        const Outcome outcome = host (std::string ("probe.so song.mid --tail 0.5 --program ") + name);
+        const Outcome outcome = host ("probe.so song.mid --tail 0.5 --program " + name);
         EXPECT_TRUE (outcome.output.starts_with ("Program:   002 Drone\nLength:    1.51 s (song 1.00 s)"))
             << outcome.output;
         EXPECT_TRUE (files ().contains ("song.wav")) << "named like the song";
     }
-    for (const char* none : { "0", "4", "2x" })
-        expectRefusal (std::string ("probe.so song.mid --program ") + none,
-                       std::string ("there is no program \"") + none + "\"; --list-programs shows all 3.");
+    for (const std::string none : { "0", "4", "2x" })
+        expectRefusal ("probe.so song.mid --program " + none,
+                       "there is no program \"" + none + "\"; --list-programs shows all 3.");
 }
 
 TEST_F (Command, WritesAFileForEachChannelWhenAsked)
@@ -139,73 +125,62 @@ TEST_F (Command, WritesAFileForEachChannelWhenAsked)
     EXPECT_TRUE (
         outcome.output.ends_with ("Written:   two.wav\nWritten:   two 01.wav\nWritten:   two 10.wav\n"))
         << outcome.output;
-    EXPECT_EQ (files (), (std::set<std::string>{ "probe.so", "song.mid", "text.so", "two 01.wav",
+    EXPECT_EQ (files (), (std::set<std::string>{ "empty.mid", "probe.so", "song.mid", "text.so", "two 01.wav",
                                                  "two 10.wav", "two.mid", "two.wav" }));
     EXPECT_EQ (content ("two.wav").size (), content ("two 10.wav").size ());
     EXPECT_NE (content ("two 01.wav"), content ("two 10.wav"));
 }
 
+// The pipe stands for devices, which a test must not risk.
 TEST_F (Command, RefusesWhatCannotBeDone)
 {
-    std::ofstream (temporary / "damaged.mid") << "MThd";
+    for (const char* command :
+         { "printf MThd > damaged.mid", "mkdir folder", "mkfifo pipe", "ln -s song.mid link-to-song",
+           "ln probe.so twin.so", "ln -s circle circle" })
+        ASSERT_EQ (shell (command).status, 0) << command;
     midi::Song endless; // each of its ticks is a quarter note
     endless.ticksPerQuarter = 1;
     for (std::uint64_t event = 1; event <= 200; ++event)
         endless.messages.push_back ({ event << 27, { 0xB0, 1, 1 }, 3 });
     endless.endTick = endless.messages.back ().tick;
     write ("endless.mid", endless);
+    const std::string song = content ("song.mid");
 
-    const std::pair<const char*, const char*> cases[] = {
-        { "", "LIBRARY" },
-        { "probe.so", "SONG" },
-        { "probe.so song.mid --rate 7999", "--rate" },
-        { "probe.so song.mid --tail nan", "--tail" },
-        { "probe.so song.mid -o ''", "--output" },
-        { "probe.so none.mid", "cannot read the MIDI file none.mid: there is no such file." },
-        { "probe.so damaged.mid",
-          "cannot read the MIDI file damaged.mid: it ends in the middle of its data." },
-        { "probe.so .", "cannot read the MIDI file .: it is not a file." },
-        { "probe.so endless.mid", "hours, which is more than a WAV file can hold" },
-        { "none.so song.mid", "cannot load the library none.so: " },
-        { "text.so song.mid", "cannot load the library text.so: " },
-        { "probe.so song.mid > /dev/full; state=$?; rm song.wav; exit $state",
-          "cannot write to standard output: No space left on device." },
-        { "probe.so --list-programs > /dev/full",
-          "cannot write to standard output: No space left on device." },
-    };
-    for (const auto& [arguments, sentence] : cases)
+    for (const auto& [arguments, sentence] : std::initializer_list<std::pair<std::string, const char*>>{
+             { "probe.so", "SONG" },
+             { "probe.so song.mid --rate 7999", "--rate" },
+             { "probe.so song.mid --tail nan", "--tail" },
+             { "probe.so song.mid -o ''", "--output" },
+             { "probe.so none.mid", "cannot read the MIDI file none.mid: there is no such file." },
+             { "probe.so damaged.mid",
+               "cannot read the MIDI file damaged.mid: it ends in the middle of its data." },
+             { "probe.so .", "cannot read the MIDI file .: it is not a file." },
+             { "probe.so endless.mid", "hours, which is more than a WAV file can hold" },
+             { "none.so song.mid", "cannot load the library none.so: " },
+             { "text.so song.mid", "cannot load the library text.so: " },
+             { "probe.so song.mid > /dev/full; state=$?; rm song.wav; exit $state", diskFull },
+             { "probe.so --list-programs > /dev/full", diskFull },
+             { toFile + "none/a.wav", "cannot write none/a.wav: its folder does not exist." },
+             { toFile + "folder", "cannot write folder: a folder has that name." },
+             { toFile + "pipe", "cannot write pipe: what has that name is no ordinary file." },
+             { toFile + "circle", "cannot write circle: Too many levels of symbolic links." },
+             { toFile + "/proc/a.wav", "cannot write /proc/a.wav: No such file or directory." },
+             { toFile + "song.mid", "would overwrite the song" },
+             { toFile + "link-to-song", "would overwrite the song" },
+             { toFile + "probe.so", "would overwrite the library" },
+             { toFile + "twin.so", "would overwrite the library" },
+         })
         expectRefusal (arguments, sentence);
+    EXPECT_EQ (content ("song.mid"), song);
 }
 
-// The pipe stands for devices, which a test must not risk.
-TEST_F (Command, TheOutputReplacesFilesAlone)
+TEST_F (Command, TheOutputGoesWhereALinkLeads)
 {
-    for (const char* command :
-         { "mkdir folder", "mkfifo pipe", "ln -s song.mid link-to-song", "ln probe.so twin.so",
-           "ln -s circle circle", "ln -s older.wav link", "ln -s new.wav early-link",
-           "echo older > older.wav", "chmod 640 older.wav" })
-        ASSERT_EQ (shell (command).status, 0) << command;
-    const std::string song = content ("song.mid");
-    const std::pair<const char*, const char*> refused[] = {
-        { "none/a.wav", "cannot write none/a.wav: its folder does not exist." },
-        { "folder", "cannot write folder: a folder has that name." },
-        { "pipe", "cannot write pipe: what has that name is no ordinary file." },
-        { "circle", "cannot write circle: Too many levels of symbolic links." },
-        { "/proc/a.wav", "cannot write /proc/a.wav: No such file or directory." },
-        { "song.mid", "would overwrite the song" },
-        { "link-to-song", "would overwrite the song" },
-        { "probe.so", "would overwrite the library" },
-        { "twin.so", "would overwrite the library" },
-    };
-    for (const auto& [output, sentence] : refused)
-        expectRefusal (std::string ("probe.so song.mid -o ") + output, sentence);
-    EXPECT_EQ (content ("song.mid"), song);
-    EXPECT_EQ (content ("older.wav"), "older\n");
-
+    shell ("echo older > older.wav; chmod 640 older.wav; ln -s older.wav link; ln -s new.wav early-link");
     for (const auto& [link, file] :
          { std::pair{ "link", "older.wav" }, std::pair{ "early-link", "new.wav" } })
     {
-        EXPECT_EQ (host (std::string ("probe.so song.mid -o ") + link).status, 0);
+        EXPECT_EQ (host (toFile + link).status, 0);
         EXPECT_TRUE (std::filesystem::is_symlink (temporary / link)) << link;
         EXPECT_TRUE (content (file).starts_with ("RIFF")) << link;
     }
@@ -240,7 +215,7 @@ TEST_F (Command, RunsThatNeedTheSamePlaceTakeTurns)
 TEST_F (Command, RunRefusesAtOnce)
 {
     ASSERT_EQ (shell ("mkfifo pipe").status, 0);
-    const std::pair<const char*, const char*> cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         { "none.mid", "there is no MIDI file none.mid; check the name." },
         { "-- -none.mid", "there is no MIDI file -none.mid; check the name." },
         { ".", "cannot read the MIDI file .: it is not a file." },
@@ -251,13 +226,13 @@ TEST_F (Command, RunRefusesAtOnce)
         { "song.mid -o pipe", "cannot write pipe: what has that name is no ordinary file." },
         { "song.mid --output=-o/a.wav", "cannot write -o/a.wav: its folder does not exist." },
         { "song.mid -o ./song.mid", "the output would overwrite song.mid; give it another name with -o." },
-        { "--help > /dev/full", "cannot write to standard output: No space left on device." },
+        { "--help > /dev/full", diskFull },
     };
     for (const auto& [arguments, sentence] : cases)
     {
-        const Outcome outcome = shell (std::string (SOURCE_FOLDER "/run ") + arguments);
+        const Outcome outcome = shell (SOURCE_FOLDER "/run " + arguments);
         EXPECT_EQ (outcome.status, 1) << arguments;
-        EXPECT_EQ (outcome.output, std::string ("run: ") + sentence + "\n");
+        EXPECT_EQ (outcome.output, "run: " + sentence + "\n");
     }
 }
 }

@@ -16,12 +16,11 @@ constexpr float brokenRule = 9.0f;
 constexpr int drone = 1;
 constexpr int tempo = 2;
 
-struct Probe
+struct Probe : AEffect
 {
-    AEffect record = {};
     AudioMasterCallback host = nullptr;
     VstEvents* events = nullptr;
-    int program = 0;
+    VstIntPtr selected = 0;
     bool opened = false;
     bool on = false;
     float rate = 0.0f;
@@ -33,39 +32,26 @@ constexpr std::array<const char*, 3> names = { "Clicks  ", " Drone", "Tempo" };
 
 VstIntPtr dispatch (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
 {
-    Probe& probe = *static_cast<Probe*> (effect->object);
-    switch (opcode)
-    {
-    case effOpen:
-        probe.opened = true;
-        break;
-    case effClose:
+    Probe& probe = *static_cast<Probe*> (effect);
+    if (opcode == effClose)
         delete &probe;
-        break;
-    case effSetProgram:
-        probe.program = static_cast<int> (value);
-        break;
-    case effGetProgram:
-        return probe.program;
-    case effGetProgramNameIndexed:
+    else if (opcode == effOpen)
+        probe.opened = true;
+    else if (opcode == effSetProgram)
+        probe.selected = value;
+    else if (opcode == effGetProgram)
+        return probe.selected;
+    else if (opcode == effGetProgramNameIndexed)
         std::strcpy (static_cast<char*> (ptr), names[static_cast<std::size_t> (index)]);
-        return 1;
-    case effSetSampleRate:
+    else if (opcode == effSetSampleRate)
         probe.rate = opt;
-        break;
-    case effSetBlockSize:
+    else if (opcode == effSetBlockSize)
         probe.largestBlock = value;
-        break;
-    case effMainsChanged:
+    else if (opcode == effMainsChanged)
         probe.on = value != 0;
-        break;
-    case effProcessEvents:
+    else if (opcode == effProcessEvents)
         probe.events = static_cast<VstEvents*> (ptr);
-        break;
-    default:
-        break;
-    }
-    return 0;
+    return opcode == effGetProgramNameIndexed ? 1 : 0;
 }
 
 // What the host promised to keep: open, on, no block larger than announced, an event list for every block,
@@ -80,14 +66,13 @@ bool rulesKept (const Probe& probe, const VstTimeInfo* time, VstInt32 frames)
 
 void process (AEffect* effect, float**, float** outputs, VstInt32 frames)
 {
-    Probe& probe = *static_cast<Probe*> (effect->object);
+    Probe& probe = *static_cast<Probe*> (effect);
     const auto* time = reinterpret_cast<const VstTimeInfo*> (
         probe.host (effect, audioMasterGetTime, 0, kVstTempoValid, nullptr, 0.0f));
-    const float base = probe.program == drone ? 0.25f : 0.0f;
-    std::fill_n (outputs[0], frames, base);
-    std::fill_n (outputs[1], frames, base);
+    for (float* output : { outputs[0], outputs[1] })
+        std::fill_n (output, frames, probe.selected == drone ? 0.25f : 0.0f);
     bool kept = rulesKept (probe, time, frames);
-    if (kept && probe.program == tempo)
+    if (kept && probe.selected == tempo)
         outputs[1][0] = static_cast<float> (time->tempo / 1000.0);
     probe.nextSample += frames;
 
@@ -102,7 +87,7 @@ void process (AEffect* effect, float**, float** outputs, VstInt32 frames)
         if (kept && kind == 0x90)
             outputs[0][event.deltaFrames] += static_cast<float> (event.midiData[2]) / 128.0f;
         if (kind == 0xC0)
-            probe.program = event.midiData[1];
+            probe.selected = event.midiData[1];
     }
     probe.events = nullptr;
     if (!kept)
@@ -116,13 +101,11 @@ extern "C" __attribute__ ((visibility ("default"))) AEffect* VSTPluginMain (Audi
         return nullptr;
     auto probe = std::make_unique<Probe> ();
     probe->host = host;
-    AEffect& record = probe->record;
-    record.magic = kEffectMagic;
-    record.dispatcher = &dispatch;
-    record.processReplacing = &process;
-    record.numPrograms = static_cast<VstInt32> (names.size ());
-    record.numOutputs = 2;
-    record.flags = effFlagsCanReplacing | effFlagsIsSynth;
-    record.object = probe.get ();
-    return &probe.release ()->record;
+    probe->magic = kEffectMagic;
+    probe->dispatcher = &dispatch;
+    probe->processReplacing = &process;
+    probe->numPrograms = static_cast<VstInt32> (names.size ());
+    probe->numOutputs = 2;
+    probe->flags = effFlagsCanReplacing | effFlagsIsSynth;
+    return probe.release ();
 }

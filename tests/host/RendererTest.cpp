@@ -41,11 +41,8 @@ Rendering render (const midi::Song& song, int program, const RenderSettings& set
     Rendering result;
     const auto keep = [&] (std::span<const float> stereo)
     {
-        for (std::size_t i = 0; i < stereo.size (); i += 2)
-        {
-            result.left.push_back (stereo[i]);
-            result.right.push_back (stereo[i + 1]);
-        }
+        for (std::size_t i = 0; i < stereo.size (); ++i)
+            (i % 2 == 0 ? result.left : result.right).push_back (stereo[i]);
     };
     const auto report =
         Renderer ({ { plugin, sequence } }, tempos, settings).render (keep, [] (double, double) {});
@@ -54,18 +51,21 @@ Rendering render (const midi::Song& song, int program, const RenderSettings& set
 }
 
 // The probe also sees to it that every block has an event list, if only an empty one.
-TEST (Renderer, EventsArriveAtTheirSamplesInBlocksOfEverySize)
+TEST (Renderer, EventsArriveAtTheirSamplesAndTheTempoInBlocksOfEverySize)
 {
-    for (const int block : { 1, 7, 64, 512, 4096, 65536 })
+    for (const std::size_t block : { 1u, 7u, 64u, 512u, 4096u, 65536u })
     {
-        const Rendering result = render (clicks (), 0, { rate, block, 2.0, 1000000 });
-        std::vector<float> expected (result.left.size (), 0.0f);
-        ASSERT_GT (expected.size (), 8000u) << block;
+        const auto [left, right] = render (clicks (), 2, { rate, static_cast<int> (block), 2.0, 1000000 });
+        ASSERT_GT (left.size (), 8000u) << block;
+        EXPECT_EQ (left.size () % block, 0u) << block;
+        std::vector<float> expected (left.size (), 0.0f);
         expected[800] = 0.25f;
         expected[4000] = 0.5f;
         expected[8000] = 0.75f;
-        EXPECT_EQ (result.left, expected) << block;
-        EXPECT_EQ (result.left.size () % static_cast<std::size_t> (block), 0u) << block;
+        EXPECT_EQ (left, expected) << block;
+        for (std::size_t frame = 0; frame < right.size (); ++frame)
+            expected[frame] = frame % block != 0 ? 0.0f : frame < 4000 ? 0.12f : 0.06f;
+        EXPECT_EQ (right, expected) << block;
     }
 }
 
@@ -114,31 +114,15 @@ TEST (Renderer, MixesTheChannelsOfASong)
     EXPECT_EQ (render (song, 0, { rate, 64, 2.0, 1000000 }).left.at (4000), 0.5f);
 }
 
-TEST (Renderer, TellsTheInstrumentTheTempoOfEachBlock)
-{
-    const Rendering result = render (clicks (), 2, { rate, 100, 2.0, 1000000 });
-    for (std::size_t frame = 0; frame < result.right.size (); ++frame)
-    {
-        const float tempo = frame % 100 != 0 ? 0.0f : frame < 4000 ? 0.12f : 0.06f;
-        ASSERT_EQ (result.right[frame], tempo) << frame;
-    }
-}
-
 TEST (Renderer, StopsHalfASecondAfterTheSoundOrAtALimit)
 {
-    struct Case
-    {
-        int program; // 0 falls silent, 1 does not
-        double tailLimit;
-        std::uint64_t maxFrames;
-        std::size_t frames;
-    };
-    for (const Case& c : { Case{ 1, 2.0, 1000000, 8000 + 16000 },
-                           Case{ 1, 0.0, 1000000, 8100 },   // for the note of the last tick
-                           Case{ 0, 30.0, 1000000, 12100 }, // to the end of the block
-                           Case{ 1, 2.0, 1050, 1000 } })
-        EXPECT_EQ (render (clicks (), c.program, { rate, 100, c.tailLimit, c.maxFrames }).left.size (),
-                   c.frames);
+    // A program that falls silent or one that does not, the longest tail, the most frames; frames.
+    using Row = std::tuple<int, double, std::uint64_t, std::size_t>;
+    for (const auto& [program, tailLimit, maxFrames, frames] :
+         { Row{ 1, 2.0, 1000000, 8000 + 16000 },
+           Row{ 1, 0.0, 1000000, 8100 },                                // for the note of the last tick
+           Row{ 0, 30.0, 1000000, 12100 }, Row{ 1, 2.0, 1050, 1000 } }) // to the end of the block
+        EXPECT_EQ (render (clicks (), program, { rate, 100, tailLimit, maxFrames }).left.size (), frames);
 }
 
 // 100 ticks per quarter note: two at 120, then a change to 60, then to 240 at quarter 4, where the last of
@@ -155,18 +139,14 @@ midi::Song threeTempos ()
 TEST (TempoMap, TimeFollowsTheTempoFromEachChangeOn)
 {
     const TempoMap map (threeTempos ());
-    struct Case
+    using Row = std::tuple<unsigned, double, double>;
+    for (const auto& [tick, seconds, tempo] :
+         { Row{ 0, 0.0, 120.0 }, Row{ 100, 0.5, 120.0 }, Row{ 300, 2.0, 60.0 }, Row{ 402, 3.005, 240.0 },
+           Row{ 80000, 202.0, 240.0 } })
     {
-        std::uint64_t tick;
-        double seconds;
-        double tempo;
-    };
-    for (const Case& c : { Case{ 0, 0.0, 120.0 }, Case{ 100, 0.5, 120.0 }, Case{ 300, 2.0, 60.0 },
-                           Case{ 402, 3.005, 240.0 }, Case{ 80000, 202.0, 240.0 } })
-    {
-        EXPECT_NEAR (map.secondsAt (c.tick), c.seconds, 1e-9) << c.tick;
-        EXPECT_NEAR (map.at (c.seconds).quarters, static_cast<double> (c.tick) / 100.0, 1e-9) << c.tick;
-        EXPECT_DOUBLE_EQ (map.at (c.seconds).tempo, c.tempo) << c.tick;
+        EXPECT_NEAR (map.secondsAt (tick), seconds, 1e-9) << tick;
+        EXPECT_NEAR (map.at (seconds).quarters, tick / 100.0, 1e-9) << tick;
+        EXPECT_DOUBLE_EQ (map.at (seconds).tempo, tempo) << tick;
     }
     EXPECT_DOUBLE_EQ (map.at (-1.0).quarters, 0.0);
 
@@ -183,14 +163,15 @@ TEST (TempoMap, BarsStartAgainAtEachTimeSignature)
     song.ticksPerQuarter = 100;
     song.timeSignatures = { { 0, 3, 4 }, { 600, 6, 8 }, { 1200, 4, 4 } };
     // quarter note (two per second), start of its bar, beats, beat unit
-    const std::array<double, 4> cases[] = { { 2.9, 0.0, 3, 4 }, { 3.0, 3.0, 3, 4 },   { 6.5, 6.0, 6, 8 },
-                                            { 9.5, 9.0, 6, 8 }, { 12.0, 12.0, 4, 4 }, { 19.0, 16.0, 4, 4 } };
+    const std::tuple<double, double, int, int> cases[] = { { 2.9, 0.0, 3, 4 },   { 3.0, 3.0, 3, 4 },
+                                                           { 6.5, 6.0, 6, 8 },   { 9.5, 9.0, 6, 8 },
+                                                           { 12.0, 12.0, 4, 4 }, { 19.0, 16.0, 4, 4 } };
     for (const auto& [quarter, barStart, numerator, denominator] : cases)
     {
         const MusicalTime time = TempoMap (song).at (quarter / 2.0);
         EXPECT_NEAR (time.barStartQuarters, barStart, 1e-9) << quarter;
-        EXPECT_EQ (time.numerator, static_cast<int> (numerator)) << quarter;
-        EXPECT_EQ (time.denominator, static_cast<int> (denominator)) << quarter;
+        EXPECT_EQ (time.numerator, numerator) << quarter;
+        EXPECT_EQ (time.denominator, denominator) << quarter;
     }
 }
 
@@ -216,11 +197,8 @@ TEST (LevelMeter, MeasuresASineAsTheStandardSays)
     // EBU Tech 3341: a stereo sine of 1 kHz with peaks at -23 dBFS has a loudness of -23 LUFS.
     LevelMeter meter (48000);
     for (int i = 0; i < 48000 * 2; ++i)
-    {
-        const double sample =
-            std::pow (10.0, -23.0 / 20.0) * std::sin (2.0 * std::numbers::pi * 1000.0 * i / 48000.0);
-        meter.add (std::vector<float> (2, static_cast<float> (sample)));
-    }
+        meter.add (std::vector<float> (
+            2, 0.0707946f * std::sin (std::numbers::pi_v<float> * static_cast<float> (i % 48) / 24.0f)));
     EXPECT_NEAR (meter.loudness (), -23.0, 0.1);
     EXPECT_NEAR (meter.peakDecibels (), -23.0, 0.01);
     meter.add (std::vector<float>{ 0.5f, -1.5f, std::nanf (""), 1.0f });

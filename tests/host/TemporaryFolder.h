@@ -2,7 +2,9 @@
 #pragma once
 
 #include <filesystem>
+#include <fstream>
 #include <random>
+#include <set>
 
 class TemporaryFolder
 {
@@ -28,3 +30,18 @@ public:
 private:
     std::filesystem::path path;
 };
+
+// What is in a folder, by name.
+inline std::set<std::string> filesIn (const std::filesystem::path& folder)
+{
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator (folder))
+        names.insert (entry.path ().filename ().string ());
+    return names;
+}
+
+inline std::string contentOf (const std::filesystem::path& path)
+{
+    std::ifstream file (path, std::ios::binary);
+    return { std::istreambuf_iterator<char> (file), {} };
+}
