@@ -3,6 +3,7 @@
 
 #include "host/LevelMeter.h"
 
+#include <array>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
@@ -26,27 +27,22 @@ midi::Song clicks ()
     return song;
 }
 
-struct Rendering
-{
-    std::vector<float> left;
-    std::vector<float> right;
-};
-
-Rendering render (const midi::Song& song, int program, const RenderSettings& settings)
+// Left and right.
+std::array<std::vector<float>, 2> render (const midi::Song& song, int program, const RenderSettings& settings)
 {
     Plugin plugin (PROBE_LIBRARY);
     plugin.selectProgram (program);
     const TempoMap tempos (song);
     const Sequence sequence = makeSequence (song, tempos, settings.sampleRate, true);
-    Rendering result;
+    std::array<std::vector<float>, 2> result;
     const auto keep = [&] (std::span<const float> stereo)
     {
         for (std::size_t i = 0; i < stereo.size (); ++i)
-            (i % 2 == 0 ? result.left : result.right).push_back (stereo[i]);
+            result[i % 2].push_back (stereo[i]);
     };
     const auto report =
         Renderer ({ { plugin, sequence } }, tempos, settings).render (keep, [] (double, double) {});
-    EXPECT_EQ (report.frames, result.left.size ());
+    EXPECT_EQ (report.frames, result[0].size ());
     return result;
 }
 
@@ -111,7 +107,7 @@ TEST (Renderer, MixesTheChannelsOfASong)
     song.messages = { { 0, { 0xB2, 7, 0 }, 3 }, { 0, { 0xC5, 0, 0 }, 2 }, { 1000, { 0x92, 61, 64 }, 3 } };
     const Sequence single = makeSequence (song, tempos, rate, true);
     EXPECT_EQ (splitByChannel (single).front ().messages.size (), single.messages.size ());
-    EXPECT_EQ (render (song, 0, { rate, 64, 2.0, 1000000 }).left.at (4000), 0.5f);
+    EXPECT_EQ (render (song, 0, { rate, 64, 2.0, 1000000 })[0].at (4000), 0.5f);
 }
 
 TEST (Renderer, StopsHalfASecondAfterTheSoundOrAtALimit)
@@ -122,7 +118,7 @@ TEST (Renderer, StopsHalfASecondAfterTheSoundOrAtALimit)
          { Row{ 1, 2.0, 1000000, 8000 + 16000 },
            Row{ 1, 0.0, 1000000, 8100 },                                // for the note of the last tick
            Row{ 0, 30.0, 1000000, 12100 }, Row{ 1, 2.0, 1050, 1000 } }) // to the end of the block
-        EXPECT_EQ (render (clicks (), program, { rate, 100, tailLimit, maxFrames }).left.size (), frames);
+        EXPECT_EQ (render (clicks (), program, { rate, 100, tailLimit, maxFrames })[0].size (), frames);
 }
 
 // 100 ticks per quarter note: two at 120, then a change to 60, then to 240 at quarter 4, where the last of

@@ -15,8 +15,7 @@ case $library in
                 echo "it needs $file, which is no part of Windows"
                 exit 1
             }
-        done
-        echo "needs: $needed" ;;
+        done ;;
     *)
         exported=$(nm -D --defined-only "$library" | awk '{ print $NF }') ;;
 esac

@@ -10,24 +10,19 @@ TEST (MessageBox, EveryButtonAnswers)
 {
     using platform::Answer;
     using platform::Buttons;
-    const struct
+    using Row = std::tuple<Buttons, Press, Answer>;
+    for (const auto& [buttons, press, answer] : { Row{ Buttons::ok, Press::firstButton, Answer::ok },
+                                                  Row{ Buttons::okCancel, Press::firstButton, Answer::ok },
+                                                  Row{ Buttons::okCancel, Press::lastButton, Answer::cancel },
+                                                  Row{ Buttons::okCancel, Press::close, Answer::cancel },
+                                                  Row{ Buttons::yesNo, Press::firstButton, Answer::yes },
+                                                  Row{ Buttons::yesNo, Press::lastButton, Answer::no } })
     {
-        Buttons buttons;
-        Press press;
-        Answer answer;
-    } cases[] = {
-        { Buttons::ok, Press::firstButton, Answer::ok },
-        { Buttons::okCancel, Press::firstButton, Answer::ok },
-        { Buttons::okCancel, Press::lastButton, Answer::cancel },
-        { Buttons::okCancel, Press::close, Answer::cancel },
-        { Buttons::yesNo, Press::firstButton, Answer::yes },
-        { Buttons::yesNo, Press::lastButton, Answer::no },
-    };
-    for (const auto& [buttons, press, answer] : cases)
-    {
-        BoxWatcher watcher (press);
-        EXPECT_EQ (platform::showMessage ("Which one?", "Warning!", buttons), answer);
-        EXPECT_EQ (watcher.boxes (), (std::vector<Box>{ { "Warning!", "Which one?" } }));
+        Answer given = Answer::none;
+        const auto boxes = boxesDuring (press, [&, b = buttons]
+                                        { given = platform::showMessage ("Which one?", "Warning!", b); });
+        EXPECT_EQ (boxes, std::vector<std::string>{ "Warning! Which one?" });
+        EXPECT_EQ (given, answer);
     }
 }
 }

@@ -35,7 +35,6 @@ TEST (MessageBox, KeysAndMouseMoveTheMarkAndPress)
     const std::string beside = "mousemove 372 424 ";
     const std::tuple<Buttons, std::string, Answer> cases[] = {
         { Buttons::ok, "key Escape", Answer::ok },
-        { Buttons::okCancel, "key Return", Answer::ok },
         { Buttons::okCancel, "key KP_Enter", Answer::ok },
         { Buttons::okCancel, "key space", Answer::ok },
         { Buttons::okCancel, "key Escape", Answer::cancel },
@@ -47,7 +46,6 @@ TEST (MessageBox, KeysAndMouseMoveTheMarkAndPress)
         { Buttons::okCancel, first + "click 3 " + last + "click 1", Answer::cancel },
         { Buttons::okCancel, last + "mousedown 1 " + beside + "mouseup 1 key Return", Answer::cancel },
         { Buttons::okCancel, beside + "mousedown 1 " + last + "mouseup 1 key Return", Answer::ok },
-        { Buttons::yesNo, first + "click 1", Answer::yes },
         { Buttons::yesNo, "key Tab space", Answer::no },
         { Buttons::yesNo, "key Escape", Answer::no },
     };
@@ -58,20 +56,17 @@ TEST (MessageBox, KeysAndMouseMoveTheMarkAndPress)
 
 TEST (MessageBox, StandsInTheMiddleAndHasRoomForItsText)
 {
-    constexpr int textLeft = 72;
-    constexpr int textTop = 28;
-    constexpr int textHeight = 24;
-    const auto look = [&] (Screen& screen, xcb_window_t box)
+    const auto look = [] (Screen& screen, xcb_window_t box)
     {
-        const auto dark = [&] (int left, int width)
+        const auto dark = [&] (int left, int width) // in the text's line
         {
-            const auto picture = screen.picture (box, left, textTop, width, textHeight);
+            const auto picture = screen.picture (box, left, 28, width, 24);
             return std::ranges::count_if (picture, [] (auto pixel) { return (pixel & 0xFF) < 0x60; });
         };
         const auto area = screen.geometry (box);
         EXPECT_NEAR (2 * area.x + area.width, 1024, 2);
         EXPECT_NEAR (2 * area.y + area.height, 768, 2);
-        while (dark (textLeft, area.width - textLeft) < 50) // they come with the first drawing
+        while (dark (72, area.width - 72) < 50) // they come with the first drawing
             std::this_thread::yield ();
         EXPECT_EQ (dark (area.width - 12, 12), 0);
         userDoes ("key Return");
