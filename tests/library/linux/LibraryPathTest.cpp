@@ -1,5 +1,6 @@
 // Where the user default bank lies when the library was not loaded by its plain full path.
 #include "host/Plugin.h"
+#include "parameters/Parameters.h"
 #include "tests/host/TemporaryFolder.h"
 #include "tests/library/linux/Screen.h"
 
@@ -7,18 +8,14 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+using namespace parameters;
+
 namespace
 {
-void saveBank (host::Plugin& synth)
-{
-    const std::string display = environment ("DISPLAY");
-    ::unsetenv ("DISPLAY"); // the question answers itself
-    synth.setParameter (45, 0.0f);
-    ::setenv ("DISPLAY", display.c_str (), 1);
-}
-
 TEST (LibraryPath, IsTheLinkOrTheRelativePathAtLoading)
 {
+    const std::string display = environment ("DISPLAY");
+    ::unsetenv ("DISPLAY"); // the questions answer themselves
     const TemporaryFolder folder;
     const auto plain = folder / "plain";
     const auto linked = folder / "linked";
@@ -28,7 +25,7 @@ TEST (LibraryPath, IsTheLinkOrTheRelativePathAtLoading)
         std::filesystem::copy_file (BRIMVALE_LIBRARY, copy);
     std::filesystem::create_symlink (folder / "Other.so", linked / "Other.so");
     host::Plugin throughLink (linked / "Other.so");
-    saveBank (throughLink);
+    throughLink.setParameter (commandMainMenu, menuSaveDefaultBank);
     EXPECT_EQ (filesIn (linked), (std::set<std::string>{ "Other.bnk", "Other.so" }));
 
     // A host may load by a relative path and change its folder afterwards.
@@ -38,9 +35,10 @@ TEST (LibraryPath, IsTheLinkOrTheRelativePathAtLoading)
     std::filesystem::current_path (linked);
     ASSERT_NE (library, nullptr) << ::dlerror ();
     host::Plugin synth (plain / "Brimvale.so"); // the same, already loaded
-    saveBank (synth);
+    synth.setParameter (commandMainMenu, menuSaveDefaultBank);
     EXPECT_TRUE (std::filesystem::exists (plain / "Brimvale.bnk"));
     std::filesystem::current_path (workingFolder);
     ::dlclose (library);
+    ::setenv ("DISPLAY", display.c_str (), 1);
 }
 }
