@@ -59,8 +59,8 @@ protected:
     std::set<std::string> files () const { return filesIn (temporary.folder ()); }
     std::string content (const std::string& name) const { return contentOf (temporary / name); }
 
-    // One sentence that says this, a status other than 0, and every file as it was.
-    void expectRefusal (const std::string& command, const std::string& sentence)
+    // One sentence that says this, a status other than 0, which is answered, and every file as it was.
+    int expectRefusal (const std::string& command, const std::string& sentence)
     {
         const auto before = files ();
         const auto [status, output] = shell (command);
@@ -69,6 +69,7 @@ protected:
         EXPECT_NE (output.find (sentence), std::string::npos) << output << "expected: " << sentence;
         EXPECT_EQ (output.find ('\n'), output.size () - 1) << output;
         EXPECT_EQ (files (), before) << command;
+        return status;
     }
 
     TemporaryFolder temporary;
@@ -226,6 +227,6 @@ TEST_F (Command, RunRefusesAtOnce)
         { "--help > /dev/full", diskFull },
     };
     for (const auto& [arguments, sentence] : cases)
-        expectRefusal (SOURCE_FOLDER "/run " + arguments, "run: " + sentence + "\n");
+        EXPECT_EQ (expectRefusal (SOURCE_FOLDER "/run " + arguments, "run: " + sentence + "\n"), 1);
 }
 }
