@@ -236,11 +236,11 @@ Picture Bench::picture (int width, int height)
     return screen->grab (width, height);
 }
 
-Picture Bench::redrawnPicture ()
+Picture Bench::redrawnPicture (int width, int height)
 {
     if (isWine ())
         say ("redraw");
-    return picture ();
+    return picture (width, height);
 }
 
 bool Bench::eventually (const std::function<bool ()>& condition)

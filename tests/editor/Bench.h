@@ -69,7 +69,7 @@ public:
 
     // The same when no menu is open. Wine at times empties a Direct2D window that gets the focus and has only
     // what changes drawn again, so there it is asked to draw everything.
-    Picture redrawnPicture ();
+    Picture redrawnPicture (int width = 612, int height = 433);
 
     // Asks again and again until it is so; false when that takes more than ten seconds.
     static bool eventually (const std::function<bool ()>& condition);
