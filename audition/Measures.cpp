@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <memory>
 #include <numbers>
 #include <numeric>
@@ -21,22 +22,14 @@ struct MeterDeleter
 };
 using Meter = std::unique_ptr<ebur128_state, MeterDeleter>;
 
+// One channel that counts as two, as both outputs carry the same samples.
 Meter makeMeter (int modes)
 {
-    Meter meter (ebur128_init (2, sampleRate, modes));
+    Meter meter (ebur128_init (1, sampleRate, modes));
     if (!meter)
         throw std::bad_alloc ();
+    ebur128_set_channel (meter.get (), 0, EBUR128_DUAL_MONO);
     return meter;
-}
-
-// Both outputs carry the same samples.
-std::vector<float> asStereo (Samples audio)
-{
-    std::vector<float> stereo;
-    stereo.reserve (audio.size () * 2);
-    for (const float sample : audio)
-        stereo.insert (stereo.end (), { sample, sample });
-    return stereo;
 }
 
 double decibelsOfPower (double power)
@@ -88,17 +81,84 @@ double melOf (double hz)
 {
     return 2595.0 * std::log10 (1.0 + hz / 700.0);
 }
+
+constexpr std::size_t bandCount = 40;
+constexpr std::size_t bandHop = sampleRate / 20;
+constexpr auto heldFrames = static_cast<std::size_t> (heldSeconds * sampleRate / bandHop);
+
+// Power in bands spaced evenly in pitch, 40 for each 50 ms.
+std::vector<double> bandPowers (Samples audio)
+{
+    constexpr double lowestHz = 40.0;
+    constexpr double highestHz = 12000.0;
+    const double lowestMel = melOf (lowestHz);
+    const double bandWidth = (melOf (highestHz) - lowestMel) / static_cast<double> (bandCount);
+    std::vector<double> bands;
+    for (std::size_t start = 0; start + bandHop <= audio.size (); start += bandHop)
+    {
+        const std::vector<double> power = powerSpectrum (audio, start);
+        std::vector<double> frame (bandCount, 0.0);
+        for (std::size_t bin = 1; bin < power.size (); ++bin)
+        {
+            // Each bin is shared between the two bands whose centres it lies between.
+            const double place =
+                (melOf (static_cast<double> (bin) * sampleRate / spectrumSize) - lowestMel) / bandWidth - 0.5;
+            const double lower = std::floor (place);
+            for (const double band : { lower, lower + 1.0 })
+            {
+                if (band >= 0.0 && band < static_cast<double> (bandCount))
+                    frame[static_cast<std::size_t> (band)] += power[bin] * (1.0 - std::abs (place - band));
+            }
+        }
+        bands.insert (bands.end (), frame.begin (), frame.end ());
+    }
+    return bands;
+}
+
+void addTo (std::vector<double>& sum, const std::vector<double>& added)
+{
+    sum.resize (added.size ());
+    std::ranges::transform (sum, added, sum.begin (), std::plus<> ());
+}
+
+// Standard deviation of one band's values over the frames.
+double spreadOf (const std::vector<double>& frames, std::size_t band)
+{
+    double sum = 0.0;
+    double squares = 0.0;
+    for (std::size_t n = band; n < frames.size (); n += bandCount)
+    {
+        sum += frames[n];
+        squares += frames[n] * frames[n];
+    }
+    const double count = static_cast<double> (frames.size ()) / static_cast<double> (bandCount);
+    return std::sqrt (std::max (0.0, squares / count - sum * sum / (count * count)));
+}
+
+struct PlanDeleter
+{
+    void operator() (kiss_fftr_state* plan) const { std::free (plan); }
+};
+
+// Made once for each size; making one costs more than using it.
+kiss_fftr_state* planFor (int size)
+{
+    static thread_local std::map<int, std::unique_ptr<kiss_fftr_state, PlanDeleter>> plans;
+    auto& plan = plans[size];
+    if (!plan)
+        plan.reset (kiss_fftr_alloc (size, 0, nullptr, nullptr));
+    return plan.get ();
+}
 }
 
 double loudness (Samples audio)
 {
     const Meter meter = makeMeter (EBUR128_MODE_M);
-    const std::vector<float> stereo = asStereo (audio);
-    constexpr std::size_t hop = sampleRate / 100;
+    constexpr std::size_t hop = sampleRate / 20;
     double loudest = -std::numeric_limits<double>::infinity ();
     for (std::size_t frame = 0; frame + hop <= audio.size (); frame += hop)
     {
-        ebur128_add_frames_float (meter.get (), stereo.data () + 2 * frame, hop);
+        ebur128_add_frames_float (meter.get (), audio.data () + frame, hop);
         double now = 0.0;
         ebur128_loudness_momentary (meter.get (), &now);
         loudest = std::max (loudest, now);
@@ -106,11 +166,74 @@ double loudness (Samples audio)
     return loudest;
 }
 
+double integratedLoudness (Samples audio)
+{
+    const Meter meter = makeMeter (EBUR128_MODE_I);
+    ebur128_add_frames_float (meter.get (), audio.data (), audio.size ());
+    double level = 0.0;
+    ebur128_loudness_global (meter.get (), &level);
+    return level;
+}
+
+double longestSilence (Samples audio)
+{
+    constexpr std::size_t window = sampleRate / 100;
+    constexpr double silence = 1e-5; // -50 dBFS
+    int longest = 0;
+    int now = 0;
+    for (const double power : powers (audio, window))
+    {
+        now = power < silence ? now + 1 : 0;
+        longest = std::max (longest, now);
+    }
+    return longest * 0.01;
+}
+
+Levels levelsOf (const std::vector<Audio>& takes)
+{
+    double sum = 0.0;
+    double quietest = std::numeric_limits<double>::infinity ();
+    double loudest = -quietest;
+    for (const Audio& take : takes)
+    {
+        const double level = loudness (take);
+        sum += level;
+        quietest = std::min (quietest, level);
+        loudest = std::max (loudest, level);
+    }
+    return { sum / static_cast<double> (takes.size ()), loudest - quietest };
+}
+
+double tailBend (Samples audio)
+{
+    constexpr std::size_t window = sampleRate / 50;
+    const std::vector<double> levels = relativeDecibels (powers (audio, window), -60.0);
+    const auto loudest = std::ranges::max_element (levels);
+    const auto lastAbove = [&] (double decibels)
+    {
+        const auto found = std::find_if (levels.rbegin (), levels.rend (),
+                                         [decibels] (double level) { return level > decibels; });
+        return static_cast<double> (found.base () - loudest);
+    };
+    return lastAbove (-10.0) / lastAbove (-30.0);
+}
+
+double inharmonicShare (Samples audio, double hz)
+{
+    constexpr int size = 65536;
+    const std::vector<double> power = powerSpectrum (audio, 0, size);
+    const double total = std::accumulate (power.begin (), power.end (), 0.0);
+    double harmonic = 0.0;
+    const int partials = static_cast<int> (sampleRate / 2.0 / hz);
+    for (const double level : partialLevels (audio, hz, partials - 1))
+        harmonic += std::pow (10.0, level / 10.0);
+    return decibelsOfPower (std::max (0.0, 1.0 - harmonic / total));
+}
+
 double truePeak (Samples audio)
 {
     const Meter meter = makeMeter (EBUR128_MODE_TRUE_PEAK);
-    const std::vector<float> stereo = asStereo (audio);
-    ebur128_add_frames_float (meter.get (), stereo.data (), audio.size ());
+    ebur128_add_frames_float (meter.get (), audio.data (), audio.size ());
     double peak = 0.0;
     ebur128_true_peak (meter.get (), 0, &peak);
     return 20.0 * std::log10 (std::max (peak, 1e-9));
@@ -146,8 +269,6 @@ double secondsToReach (Samples audio, double decibels)
 
 std::vector<double> powerSpectrum (Samples audio, std::size_t start, int size)
 {
-    const std::unique_ptr<kiss_fftr_state, void (*) (void*)> plan (
-        kiss_fftr_alloc (size, 0, nullptr, nullptr), std::free);
     std::vector<float> windowed (static_cast<std::size_t> (size));
     double windowPower = 0.0;
     for (std::size_t n = 0; n < windowed.size (); ++n)
@@ -158,7 +279,7 @@ std::vector<double> powerSpectrum (Samples audio, std::size_t start, int size)
             windowed[n] = static_cast<float> (weight * static_cast<double> (audio[start + n]));
     }
     std::vector<kiss_fft_cpx> bins (windowed.size () / 2 + 1);
-    kiss_fftr (plan.get (), windowed.data (), bins.data ());
+    kiss_fftr (planFor (size), windowed.data (), bins.data ());
     std::vector<double> power;
     power.reserve (bins.size ());
     for (const kiss_fft_cpx& bin : bins)
@@ -222,42 +343,33 @@ double brightness (Samples audio)
     return total > 0.0 ? weighted / total : 0.0;
 }
 
-Fingerprint fingerprint (Samples audio)
+Fingerprint fingerprint (const std::vector<Audio>& takes)
 {
-    constexpr int bandCount = 40;
-    constexpr double lowestHz = 40.0;
-    constexpr double highestHz = 12000.0;
     constexpr double bandFloor = -60.0;
     constexpr double levelFloor = -40.0;
-    constexpr std::size_t hop = sampleRate / 20;
+    constexpr std::size_t onset = 4; // frames that the attack may take; movement counts from there on
 
-    const double lowestMel = melOf (lowestHz);
-    const double bandWidth = (melOf (highestHz) - lowestMel) / bandCount;
     std::vector<double> bands;
-    for (std::size_t start = 0; start + hop <= audio.size (); start += hop)
+    std::vector<double> levels;
+    std::vector<double> movement (bandCount, 0.0);
+    for (const Audio& take : takes)
     {
-        const std::vector<double> power = powerSpectrum (audio, start);
-        std::vector<double> frame (bandCount, 0.0);
-        for (std::size_t bin = 1; bin < power.size (); ++bin)
-        {
-            // Each bin is shared between the two bands whose centres it lies between.
-            const double place =
-                (melOf (static_cast<double> (bin) * sampleRate / spectrumSize) - lowestMel) / bandWidth - 0.5;
-            const double lower = std::floor (place);
-            for (const double band : { lower, lower + 1.0 })
-            {
-                if (band >= 0.0 && band < bandCount)
-                    frame[static_cast<std::size_t> (band)] += power[bin] * (1.0 - std::abs (place - band));
-            }
-        }
-        bands.insert (bands.end (), frame.begin (), frame.end ());
+        const std::vector<double> frames = bandPowers (take);
+        addTo (bands, frames);
+        addTo (levels, powers (take, sampleRate / 50));
+        const std::vector<double> held =
+            relativeDecibels (std::vector<double> (frames.begin () + onset * bandCount,
+                                                   frames.begin () + heldFrames * bandCount),
+                              bandFloor);
+        for (std::size_t band = 0; band < bandCount; ++band)
+            movement[band] += spreadOf (held, band) / static_cast<double> (takes.size ());
     }
-    return { relativeDecibels (bands, bandFloor),
-             relativeDecibels (powers (audio, sampleRate / 50), levelFloor) };
+    return { relativeDecibels (bands, bandFloor), relativeDecibels (levels, levelFloor), movement };
 }
 
 double distance (const Fingerprint& a, const Fingerprint& b)
 {
-    return rmsDifference (a.bands, b.bands) + rmsDifference (a.levels, b.levels);
+    return rmsDifference (a.bands, b.bands) + rmsDifference (a.levels, b.levels) +
+           rmsDifference (a.movement, b.movement);
 }
 }

@@ -1,7 +1,7 @@
 // Figures of a rendered sound. All take mono audio at the audition's sample rate.
 #pragma once
 
-#include "audition/Player.h"
+#include "audition/Takes.h"
 
 #include <span>
 #include <vector>
@@ -12,6 +12,27 @@ using Samples = std::span<const float>;
 
 // Loudest 400 ms in LUFS (momentary maximum, EBU R 128), heard from both outputs.
 double loudness (Samples audio);
+
+// Of all of it, gated (integrated loudness, EBU R 128), in LUFS.
+double integratedLoudness (Samples audio);
+
+// The longest stretch below -50 dBFS, in seconds.
+double longestSilence (Samples audio);
+
+// Mean of the takes' loudness() in LUFS, and how far the loudest lies above the quietest in LU.
+struct Levels
+{
+    double mean;
+    double spread;
+};
+Levels levelsOf (const std::vector<Audio>& takes);
+
+// How the end of a plucked sound is bent: the time until it has fallen by 10 dB for good, as a share of the
+// time until it has fallen by 30. A straight line to zero gives 0.7, an exponential decay 0.33.
+double tailBend (Samples audio);
+
+// Power between the partials of a steady tone, in dB below all of it: what aliasing leaves.
+double inharmonicShare (Samples audio, double hz);
 
 // Highest true peak in dBFS, four times oversampled.
 double truePeak (Samples audio);
@@ -37,16 +58,18 @@ std::vector<double> partialLevels (Samples audio, double hz, int count);
 // within 10 ms around it. Steps below 0.01 of full scale do not count. Music stays below 5.
 double sharpestClick (Samples audio);
 
-// How a sound looks: level in bands spaced evenly in pitch, by time, and its overall level by time. In dB
-// below its own loudest value, so that volume does not count.
+// How a sound looks, averaged over takes, so that chance counts little: level in bands spaced evenly in
+// pitch, by time; its overall level by time; how much each band moves within a take. In dB below its own
+// loudest value, so that volume does not count.
 struct Fingerprint
 {
-    std::vector<double> bands; // frame by frame
-    std::vector<double> levels;
+    std::vector<double> bands;    // frame by frame
+    std::vector<double> levels;   // frame by frame
+    std::vector<double> movement; // band by band, standard deviation
 };
-Fingerprint fingerprint (Samples audio);
+Fingerprint fingerprint (const std::vector<Audio>& takes);
 
-// How unlike two sounds are: root mean square difference of the bands plus that of the levels, in dB. 0 for
-// copies.
+// How unlike two sounds are: the root mean square differences of bands, of levels and of movement, added, in
+// dB. 0 for copies.
 double distance (const Fingerprint& a, const Fingerprint& b);
 }

@@ -7,29 +7,6 @@ namespace
 using bank::Kind;
 using examples::Piece;
 
-constexpr double beatsPerMinute = 120.0;
-constexpr double quartersPerSecond = beatsPerMinute / 60.0;
-constexpr double start = warmUpSeconds * quartersPerSecond;
-constexpr double heldQuarters = heldSeconds * quartersPerSecond;
-
-Piece warmedUp (const bank::SourceProgram& program)
-{
-    Piece piece (program.name (), beatsPerMinute);
-    piece.program (0.0, program.name ());
-    constexpr double chordQuarters =
-        9.0; // with less than 4 s of rest behind it, so that the engine stays awake
-    for (const int key : { 48, 55, 60, 64, 67 })
-        piece.note ({ 0.0, chordQuarters, key, 100 });
-    return piece;
-}
-
-void hold (Piece& piece, std::initializer_list<int> keys)
-{
-    constexpr int velocity = 100;
-    for (const int key : keys)
-        piece.note ({ start, heldQuarters, key, velocity });
-}
-
 struct PhraseRow
 {
     Kind kind;
@@ -49,30 +26,15 @@ constexpr PhraseRow phrases[] = {
 };
 }
 
-Piece heldNote (const bank::SourceProgram& program)
-{
-    Piece piece = warmedUp (program);
-    hold (piece, { program.kind == Kind::bass ? 48 : 60 });
-    return piece;
-}
-
-Piece heldChord (const bank::SourceProgram& program)
-{
-    Piece piece = warmedUp (program);
-    if (program.kind == Kind::bass)
-        hold (piece, { 48, 52, 55, 60 });
-    else
-        hold (piece, { 60, 64, 67, 72 });
-    return piece;
-}
-
 Piece phrase (const bank::SourceProgram& program)
 {
-    Piece piece = warmedUp (program);
+    constexpr double beatsPerMinute = 120.0;
+    Piece piece (program.name (), beatsPerMinute);
+    piece.program (0.0, program.name ());
     for (const PhraseRow& row : phrases)
     {
         if (row.kind == program.kind)
-            piece.line (start, row.step, row.words);
+            piece.line (0.0, row.step, row.words);
     }
     return piece;
 }

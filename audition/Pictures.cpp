@@ -104,6 +104,15 @@ void drawContactSheet (const std::filesystem::path& file, const std::vector<bank
     canvas.savePng (file);
 }
 
+void drawPiece (const std::filesystem::path& file, const Audio& audio)
+{
+    constexpr int width = 1200;
+    constexpr int height = 300;
+    Canvas canvas = sheet (width, height);
+    drawSpectrogram (canvas, 0.0, 0.0, width, height, audio);
+    canvas.savePng (file);
+}
+
 void drawTones (const std::filesystem::path& file, const std::vector<Tone>& tones)
 {
     constexpr double rowHeight = 150.0;

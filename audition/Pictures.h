@@ -12,6 +12,9 @@ namespace audition
 void drawContactSheet (const std::filesystem::path& file, const std::vector<bank::SourceProgram>& programs,
                        const std::vector<Audio>& phrases);
 
+// One wide spectrogram of a whole piece, as above.
+void drawPiece (const std::filesystem::path& file, const Audio& audio);
+
 // A steady sound: two cycles of its wave beside the levels of its partials.
 struct Tone
 {

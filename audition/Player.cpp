@@ -1,10 +1,11 @@
 #include "audition/Player.h"
 
 #include "examples/Score.h"
-#include "host/BlockEvents.h"
-#include "plugin/VstSynth.h"
+#include "host/ChannelStrip.h"
+#include "instrument/Instrument.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <stdexcept>
@@ -13,23 +14,7 @@ namespace audition
 {
 namespace
 {
-constexpr VstInt32 blockFrames = 256;
-
-// What the plug-in object sees of its host; one piece is played at a time.
-VstTimeInfo transport;
-
-VstIntPtr hostCallback (AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void*, float)
-{
-    switch (opcode)
-    {
-    case audioMasterVersion:
-        return kVstVersion;
-    case audioMasterGetTime:
-        return reinterpret_cast<VstIntPtr> (&transport);
-    default:
-        return 0;
-    }
-}
+constexpr std::int32_t blockFrames = 256;
 
 class NoSettings final : public platform::SettingsStore
 {
@@ -40,38 +25,86 @@ public:
 };
 
 // Nothing of this machine's user gets in: no settings, no default bank.
-instrument::Services isolatedServices ()
+Services isolatedServices ()
 {
     return { std::make_unique<NoSettings> (),
              [] (const char*, const char*, platform::Buttons) { return platform::Answer::none; },
              [] { return std::filesystem::path (); } };
 }
 
-void moveTransport (double sample, double beatsPerMinute)
+// A song that is playing.
+class Song final : public FormatHost
 {
-    transport = {};
-    transport.samplePos = sample;
-    transport.sampleRate = sampleRate;
-    transport.tempo = beatsPerMinute;
-    transport.ppqPos = sample / sampleRate * beatsPerMinute / 60.0;
-    transport.barStartPos = std::floor (transport.ppqPos / 4.0) * 4.0;
-    transport.timeSigNumerator = 4;
-    transport.timeSigDenominator = 4;
-    transport.flags =
-        kVstTransportPlaying | kVstTempoValid | kVstPpqPosValid | kVstBarsValid | kVstTimeSigValid;
+public:
+    explicit Song (double beatsPerMinute) : tempo (beatsPerMinute) {}
+    void moveTo (double newSample) { sample = newSample; }
+
+    std::optional<engine::Transport> transport () override
+    {
+        return engine::Transport{ sample, tempo, sample / sampleRate * tempo / 60.0 };
+    }
+
+private:
+    double tempo;
+    double sample = 0.0;
+};
+
+struct TimedMessage
+{
+    std::size_t sample;
+    std::array<std::uint8_t, 3> bytes;
+};
+
+engine::Event blockEvent (const TimedMessage& message, std::size_t blockStart)
+{
+    engine::Event event;
+    event.offset = static_cast<std::int32_t> (message.sample - blockStart);
+    event.kind = engine::Event::Kind::midi;
+    event.status = message.bytes[0];
+    event.data1 = message.bytes[1];
+    event.data2 = message.bytes[2];
+    return event;
 }
 
 // The bank as the host of a session would hand it over: a chunk with the instrument's own descriptors.
-void loadPrograms (VstSynth& synth, const std::vector<ProgramRecord>& records)
+void loadPrograms (Instrument& instrument, const std::vector<ProgramRecord>& records)
 {
-    void* chunk = nullptr;
-    const VstInt32 bytes = synth.getChunk (&chunk, false);
+    const std::span<const std::byte> chunk = instrument.getChunk (false);
     BankImage bank;
-    if (static_cast<std::size_t> (bytes) != sizeof bank)
+    if (chunk.size () != sizeof bank)
         throw std::logic_error ("the instrument's bank chunk has another size");
-    std::memcpy (&bank, chunk, sizeof bank);
+    std::memcpy (&bank, chunk.data (), sizeof bank);
     std::ranges::copy (records, bank.programs.begin ());
-    synth.setChunk (&bank, sizeof bank, false);
+    instrument.setChunk (&bank, sizeof bank, false);
+}
+
+// What one channel's instance plays, at the channel's volume.
+void addChannel (Audio& mix, const std::vector<ProgramRecord>& records,
+                 const std::vector<TimedMessage>& messages, double beatsPerMinute)
+{
+    Song song (beatsPerMinute);
+    Instrument instrument (isolatedServices (), song);
+    instrument.setSampleRate (sampleRate);
+    loadPrograms (instrument, records);
+
+    host::ChannelStrip strip;
+    std::array<float, blockFrames> left;
+    auto next = messages.begin ();
+    for (std::size_t start = 0; start < mix.size (); start += blockFrames)
+    {
+        song.moveTo (static_cast<double> (start));
+        std::vector<engine::Event> block;
+        for (; next != messages.end () && next->sample < start + blockFrames; ++next)
+        {
+            strip.follow (next->bytes);
+            block.push_back (blockEvent (*next, start));
+        }
+        const engine::EventSpan events (block);
+        instrument.processEvents (&events);
+        instrument.render (left.data (), nullptr, blockFrames);
+        for (std::size_t n = 0; n < blockFrames && start + n < mix.size (); ++n)
+            mix[start + n] += strip.left () * left[n];
+    }
 }
 }
 
@@ -91,28 +124,18 @@ Audio Player::play (const examples::Piece& piece, double tail) const
     const auto sampleAt = [samplesPerTick] (std::uint64_t tick)
     { return static_cast<std::size_t> (std::lround (static_cast<double> (tick) * samplesPerTick)); };
 
-    moveTransport (0.0, piece.beatsPerMinute ());
-    VstSynth synth (hostCallback, isolatedServices ());
-    synth.setSampleRate (sampleRate);
-    synth.setBlockSize (blockFrames);
-    loadPrograms (synth, records);
-    synth.resume ();
-
-    const std::size_t end = sampleAt (song.endTick) + static_cast<std::size_t> (tail * sampleRate);
-    Audio left (end + blockFrames);
-    Audio right (left.size ());
-    auto next = song.messages.begin ();
-    for (std::size_t start = 0; start < end; start += blockFrames)
+    Audio mix (sampleAt (song.endTick) + static_cast<std::size_t> (tail * sampleRate));
+    for (int channel = 0; channel < 16; ++channel)
     {
-        moveTransport (static_cast<double> (start), piece.beatsPerMinute ());
-        host::BlockEvents block;
-        for (; next != song.messages.end () && sampleAt (next->tick) < start + blockFrames; ++next)
-            block.add (static_cast<VstInt32> (sampleAt (next->tick) - start), next->bytes);
-        synth.processEvents (&block.record ());
-        float* outputs[] = { left.data () + start, right.data () + start };
-        synth.processReplacing (nullptr, outputs, blockFrames);
+        std::vector<TimedMessage> messages;
+        for (const midi::Message& message : song.messages)
+        {
+            if ((message.bytes[0] & 0x0F) == channel)
+                messages.push_back ({ sampleAt (message.tick), message.bytes });
+        }
+        if (!messages.empty ())
+            addChannel (mix, records, messages, piece.beatsPerMinute ());
     }
-    left.resize (end);
-    return left;
+    return mix;
 }
 }

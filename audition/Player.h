@@ -18,7 +18,8 @@ class Player
 public:
     explicit Player (const std::vector<bank::SourceProgram>& programs);
 
-    // The whole piece and `tail` seconds more, on a fresh instance.
+    // The whole piece and `tail` seconds more, on a fresh instance for each of its channels, mixed at their
+    // volumes (controller 7).
     Audio play (const examples::Piece& piece, double tail) const;
 
     const std::vector<std::string>& programNames () const { return names; }

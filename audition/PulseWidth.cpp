@@ -4,7 +4,23 @@
 
 namespace audition
 {
-Audio pulseTone (std::vector<bank::SourceProgram> programs, float pulseWidth)
+namespace
+{
+// A note of the program, once its filter has settled.
+Audio steady (const bank::SourceProgram& program, int key)
+{
+    constexpr double settling = 0.5; // seconds
+    constexpr double length = 2.0;
+    examples::Piece piece ("tone", 60.0);
+    piece.program (0.0, program.name ());
+    piece.note (0.0, settling + length + 1.0, key, 127);
+    const Audio audio = Player ({ program }).play (piece, 0.0);
+    const auto from = audio.begin () + static_cast<std::ptrdiff_t> (settling * sampleRate);
+    return { from, from + static_cast<std::ptrdiff_t> (length * sampleRate) };
+}
+}
+
+Audio pulseTone (float pulseWidth, int key)
 {
     struct Setting
     {
@@ -19,20 +35,24 @@ Audio pulseTone (std::vector<bank::SourceProgram> programs, float pulseWidth)
         { param2ToFilter, "+0%" },     { paramFilterRez, "30%" }, { paramFilterType, "lowpass" },
         { paramFilterFreq, "6560Hz" }, { paramLfoFilter, "+0%" },
     };
-    ProgramRecord& record = programs.front ().record;
-    record.values.fill (0.0f);
+    bank::SourceProgram program;
+    program.record.setName ("pulse");
+    program.record.values.fill (0.0f);
     for (const Setting& setting : settings)
-        record.values[static_cast<std::size_t> (setting.parameter)] =
+        program.record.values[static_cast<std::size_t> (setting.parameter)] =
             bank::knobPosition (setting.parameter, setting.written).value ();
-    record.values[paramOsc1PW] = pulseWidth;
+    program.record.values[paramOsc1PW] = pulseWidth;
+    return steady (program, key);
+}
 
-    constexpr double settling = 2.0; // seconds
-    constexpr double steady = 2.0;
-    examples::Piece piece ("pulse", 60.0);
-    piece.program (0.0, programs.front ().name ());
-    piece.note ({ 0.0, settling + steady + 1.0, 60, 127 });
-    const Audio audio = Player (programs).play (piece, 0.0);
-    const auto from = audio.begin () + static_cast<std::ptrdiff_t> (settling * sampleRate);
-    return { from, from + static_cast<std::ptrdiff_t> (steady * sampleRate) };
+Audio steadyPulse (bank::SourceProgram program, int key)
+{
+    constexpr std::pair<Param, float> stilled[] = { { paramOsc2Wave, 0.0f },  { paramNoise, 0.0f },
+                                                    { paramLfoPitch, 0.0f },  { paramLfoFilter, 0.5f },
+                                                    { param2ToFilter, 0.5f }, { param1Sustain, 1.0f },
+                                                    { paramGlideMono, 0.0f } };
+    for (const auto& [parameter, value] : stilled)
+        program.record.values[static_cast<std::size_t> (parameter)] = value;
+    return steady (program, key);
 }
 }

@@ -23,6 +23,7 @@ struct Options
     std::filesystem::path table;
     std::filesystem::path sheet;
     std::filesystem::path pulseWidth;
+    std::filesystem::path demo;
 };
 
 void writeWav (const std::filesystem::path& path, const Audio& audio)
@@ -50,14 +51,13 @@ std::string wavName (std::size_t number, const std::string& name)
     return digits + " " + name + ".wav";
 }
 
-void drawPulseWidths (const Options& options, const std::vector<bank::SourceProgram>& programs)
+void drawPulseWidths (const Options& options)
 {
     std::vector<audition::Tone> tones;
     for (const float width : { 1.0f, 0.75f, 0.5f, 0.25f, 0.0f })
     {
         const std::string position = std::to_string (width).substr (0, 4);
-        tones.push_back (
-            { "Osc1-PW " + position, audition::pulseTone (programs, width), audition::pulseToneHz });
+        tones.push_back ({ "Osc1-PW " + position, audition::pulseTone (width), audition::pulseToneHz (60) });
     }
     audition::drawTones (options.pulseWidth, tones);
 }
@@ -81,7 +81,9 @@ int run (const Options& options)
     std::ifstream source (options.source);
     const std::vector<bank::SourceProgram> programs = bank::readBankSource (source);
     if (!options.pulseWidth.empty ())
-        drawPulseWidths (options, programs);
+        drawPulseWidths (options);
+    if (!options.demo.empty ())
+        audition::drawPiece (options.demo, audition::Player (programs).play (examples::demo (), 3.0));
 
     if (!options.wavFolder.empty () || !options.sheet.empty ())
         playPhrases (options, programs);
@@ -98,7 +100,7 @@ int run (const Options& options)
         for (const std::string& complaint : audition::complaints (piece, measured))
             wrong.push_back (complaint);
     }
-    std::cout << programs.size () << " sounds, median " << audition::medianLoudness (figures) << " LUFS\n";
+    std::cout << programs.size () << " sounds\n";
     for (const std::string& complaint : wrong)
         std::cout << complaint << "\n";
     return wrong.empty () ? 0 : 1;
@@ -106,6 +108,7 @@ int run (const Options& options)
 }
 
 int main (int argc, char** argv)
+try
 {
     CLI::App app{ "Plays every sound of the bank, measures it, and says which break the limits" };
     Options options;
@@ -118,15 +121,13 @@ int main (int argc, char** argv)
     app.add_option ("--sheet", options.sheet, "File for the picture of all sounds, e.g. sounds.png");
     app.add_option ("--pulse-width", options.pulseWidth,
                     "File for the picture of the pulse width knob, a PNG");
+    app.add_option ("--demo", options.demo, "File for the picture of the demo, a PNG");
     CLI11_PARSE (app, argc, argv);
 
-    try
-    {
-        return run (options);
-    }
-    catch (const std::exception& error)
-    {
-        std::cerr << "audition: " << error.what () << "\n";
-        return 2;
-    }
+    return run (options);
+}
+catch (const std::exception& error)
+{
+    std::cerr << "audition: " << error.what () << "\n";
+    return 2;
 }

@@ -1,6 +1,7 @@
 #include "editor/Panel.h"
 
 #include <chrono>
+#include <utility>
 
 #include "editor/Colours.h"
 #include "editor/MenuTable.h"
@@ -88,7 +89,7 @@ bool Panel::open (void* parentWindow)
     mailbox.open (); // before anything is read, so that no change falls between
     frame = new CFrame (CRect (0, 0, panel::panelRect.width, panelHeight ()), this);
     frame->setBackgroundColor (toColour (panel::caseColour)); // for the rest of a pixel beside the panel
-    frame->setFocusColor (toColour (panel::plateColour)); // behind marked letters
+    frame->setFocusColor (toColour (panel::plateColour));     // behind marked letters
     knobMode = kLinearMode;
     buildPanel ();
     makeAboutPage ();
@@ -151,7 +152,8 @@ void Panel::idle ()
         popup->idle ();
     if (!platform::windowsKeepTheirPicture () && topView->drewPart ())
         frame->invalid ();
-    frame->idle ();
+    if (std::exchange (mayBeDirty, false))
+        frame->idle (); // looks at every view, which an idle panel does not pay for
 }
 
 bool Panel::onKeyDown (std::int32_t character)
@@ -253,6 +255,7 @@ void Panel::valueChanged (CControl* control)
         return;
     if (control != keyboard) // which has marked the keys that changed
         control->setDirty ();
+    mayBeDirty = true;
     applyNews ();
     if (!closed)
         hoverHelp->tellNow ();
@@ -279,10 +282,12 @@ void Panel::applyNews ()
     // What is applied can make news of its own (a program change moves every parameter).
     for (Mailbox::News news = mailbox.take (); news.any () && !closed; news = mailbox.take ())
     {
+        mayBeDirty = true;
         for (std::int32_t index = 0; index < Mailbox::indexCount && !closed; ++index)
         {
+            // What two threads set at once is told in any order; the instrument knows what holds.
             if (news.has (index))
-                applyValue (index, news.value (index));
+                applyValue (index, isParameter (index) ? synth.parameterValue (index) : news.value (index));
         }
         if (closed)
             break;

@@ -123,6 +123,7 @@ private:
     void startStep (std::int32_t index);
     void noteStep (std::int32_t index);
     void finishStep (std::int32_t index);
+    void replaceBank (const std::function<void ()>& load); // as one step
     History::Bank currentBank ();
     void openField (const VSTGUI::CRect& place, const std::string& text,
                     const std::function<void (const std::string&)>& typed);
@@ -158,7 +159,8 @@ private:
     std::int32_t knobMode = VSTGUI::kLinearMode;
     Size shownSize = {}; // pixels, zoomed
     bool closed = true;
-    bool applying = false; // news are being worked off; calls that come back in between wait
+    bool mayBeDirty = true; // values moved since the views were last looked at
+    bool applying = false;  // news are being worked off; calls that come back in between wait
     std::array<ControlSlot, slotCount> slots;
     VSTGUI::SharedPointer<VSTGUI::CBitmap> background;
     VSTGUI::SharedPointer<VSTGUI::CBitmap> aboutPicture;

@@ -50,6 +50,17 @@ void Panel::finishStep (std::int32_t index)
     edits.erase (edit);
 }
 
+void Panel::replaceBank (const std::function<void ()>& load)
+{
+    History::Step step;
+    step.program = synth.getProgram ();
+    step.before = currentBank ();
+    load ();
+    step.after = currentBank ();
+    step.programAfter = synth.getProgram ();
+    history.add (std::move (step));
+}
+
 History::Bank Panel::currentBank ()
 {
     const auto image = synth.getChunk (false);

@@ -5,6 +5,7 @@
 
 #include "editor/Colours.h"
 #include "editor/MenuTable.h"
+#include "editor/QuietMenu.h"
 #include "platform/EditorWindow.h"
 
 namespace editor
@@ -14,15 +15,6 @@ using namespace VSTGUI;
 namespace
 {
 constexpr double menuFontSize = 12.0; // pixels
-
-// What is chosen comes back through popUp; the toolkit shall not tell the host of it.
-class QuietMenu : public COptionMenu
-{
-public:
-    using COptionMenu::COptionMenu;
-    void beginEdit () override {}
-    void endEdit () override {}
-};
 
 // In the one style whose check marks, also on submenus, show on both systems.
 SharedPointer<COptionMenu> emptyMenu (std::int32_t tag)
@@ -184,25 +176,19 @@ void Panel::menuChosen (COptionMenu* menu, std::int32_t entry)
     if (tag == commandRandom)
         randomChoice = entry;
     const auto value = static_cast<float> (tag == commandProgram ? entryTag : entry);
-    const bool replacesBank = tag == commandMainMenu && entry == menuLoadFactoryBank;
-    History::Step step;
-    if (replacesBank)
+    if (tag == commandMainMenu && entry == menuLoadFactoryBank)
     {
-        step.program = synth.getProgram ();
-        step.before = currentBank ();
+        replaceBank ([this, tag, value] { forward (tag, value); });
     }
-    beginEdit (tag);
-    forward (tag, value);
-    if (closed) // a question was asked meanwhile, and the host closed us
-        return;
-    endEdit (tag);
-    if (replacesBank)
+    else
     {
-        step.after = currentBank ();
-        step.programAfter = synth.getProgram ();
-        history.add (std::move (step));
+        beginEdit (tag);
+        forward (tag, value);
+        if (!closed) // a question may have been asked meanwhile, and the host may have closed us
+            endEdit (tag);
     }
-    applyNews ();
+    if (!closed)
+        applyNews ();
 }
 
 bool Panel::isAvailable (std::int32_t command) const

@@ -2,6 +2,7 @@
 
 #include "editor/Colours.h"
 #include "editor/MenuTable.h"
+#include "editor/QuietMenu.h"
 
 namespace editor
 {
@@ -57,10 +58,13 @@ void CRightMenu::draw (CDrawContext* context)
 {
     if (learning)
     {
-        context->setDrawMode (kAliasing);
-        context->setFrameColor (toColour (panel::accentColour));
-        context->setLineWidth (1.0);
-        context->drawRect (getViewSize (), kDrawStroked);
+        const CRect& all = getViewSize ();
+        context->setFillColor (toColour (panel::accentColour));
+        for (const CRect& side : { CRect (all.left, all.top, all.right, all.top + 1.0),
+                                   CRect (all.left, all.bottom - 1.0, all.right, all.bottom),
+                                   CRect (all.left, all.top, all.left + 1.0, all.bottom),
+                                   CRect (all.right - 1.0, all.top, all.right, all.bottom) })
+            context->drawRect (side, kDrawFilled);
     }
     setDirty (false);
 }
@@ -127,7 +131,7 @@ void CRightMenu::openMenu (const CPoint& where)
         return;
     CRect spot (where.x, where.y, where.x + 1, where.y + 1);
     spot.normalize ();
-    const auto menu = makeOwned<COptionMenu> (spot, nullptr, 0);
+    const auto menu = makeOwned<QuietMenu> (spot, nullptr, 0);
     for (const auto& title : learnMenuEntries (controller))
         menu->addEntry (title.c_str ());
     const auto self = shared (this); // what is chosen may come after the panel was closed

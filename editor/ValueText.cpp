@@ -206,14 +206,23 @@ std::string lowered (const std::string& text)
     return result;
 }
 
-// The middle of a position's share; the ends stand at their very ends.
+// Words may be cut short, numbers may not.
+bool begins (const std::string& name, const std::string& wanted)
+{
+    if (!name.starts_with (wanted))
+        return false;
+    const bool isWhole = name.size () == wanted.size () || name[wanted.size ()] == ' ';
+    return isWhole || (wanted[0] >= 'a' && wanted[0] <= 'z');
+}
+
+// The start of a position's share.
 std::optional<float> positionNamed (const std::string& wanted, Names names)
 {
     const std::size_t last = names.size () - 1;
     for (std::size_t position = 0; position <= last; ++position)
     {
         const std::string name = names[position];
-        if (name.starts_with (wanted) || name.starts_with ("+" + wanted))
+        if (begins (name, wanted) || begins (name, "+" + wanted))
             return static_cast<float> (position) / static_cast<float> (last);
     }
     return std::nullopt;

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <span>
 
 namespace engine
 {
@@ -30,19 +28,12 @@ constexpr int highestNote = 127;
 constexpr std::uint32_t keyboardVelocity = 120;
 constexpr float keyboardRelease = -1.0f;
 constexpr float notesPerUnit = 128.0f; // the keyboard's value x 128 = note
-
-// The last guard: a host's mixer would carry one sample that is no number to everything that is playing.
-void silenceNonFinite (std::span<float> samples)
-{
-    for (float& sample : samples)
-    {
-        if (!std::isfinite (sample))
-            sample = 0.0f;
-    }
-}
 }
 
-Engine::Engine (WaveTables waveTables, EngineHost& owner) : host (owner), tables (std::move (waveTables))
+Engine::Engine (WaveTables waveTables, EngineHost& owner, const VoiceKernel& kernel)
+    : host (owner),
+      tables (std::move (waveTables)),
+      renderer (voices, lfo, kernel)
 {
     const float hz = host.sampleRate ();
     sampleRate = static_cast<double> (hz);
@@ -125,13 +116,12 @@ void Engine::renderBlock (float* left, float* right, std::int32_t frames)
 {
     if (!renderer.isAsleep ())
         beginBlock ();
-    std::array<float, Renderer::longestRun> mono;
+    std::array<float, longestRun> mono;
     for (std::int32_t done = 0; done < frames;)
     {
         applyEvents (std::min (done + 1, frames - 1)); // the block has no sample for offsets from `frames` on
-        const std::int32_t run = intake.samplesToNext (done, std::min (frames - done, Renderer::longestRun));
+        const std::int32_t run = intake.samplesToNext (done, std::min (frames - done, longestRun));
         renderer.renderRun (mono.data (), run);
-        silenceNonFinite ({ mono.data (), static_cast<std::size_t> (run) });
         if (left != nullptr)
             std::copy_n (mono.data (), run, left + done);
         if (right != nullptr)

@@ -22,7 +22,7 @@ class Engine
 {
 public:
     // Every voice at its start state, asleep. `owner` is asked for its sample rate at once and outlives this.
-    Engine (WaveTables waveTables, EngineHost& owner);
+    Engine (WaveTables waveTables, EngineHost& owner, const VoiceKernel& kernel = preferredKernel ());
     Engine (const Engine&) = delete;
     Engine& operator= (const Engine&) = delete;
 
@@ -67,7 +67,7 @@ private:
     ParameterMapping mapping{ voices, lfo, tables, host };
     LfoSync lfoSync{ lfo };
     EventIntake intake;
-    Renderer renderer{ voices, lfo };
+    Renderer renderer;
 
     double sampleRate = 44100.0; // Hz, as last taken over from the host
     float expression = 1.0f;     // controller 11, 0..1

@@ -179,4 +179,50 @@ int Envelope::render (float* out, int samples)
         n += renderSegment (current, now, out + n, samples - n);
     return n;
 }
+
+float Envelope::rampStep () const
+{
+    switch (current.state)
+    {
+    case State::attack:
+        return steps.attack;
+    case State::decay:
+        return -steps.decay;
+    case State::release:
+        return -steps.release;
+    case State::fadeOut:
+        return -fadeOutStep;
+    case State::sustain:
+    case State::idle:
+        break;
+    }
+    return 0.0f;
+}
+
+bool Envelope::staysOnRamp (float level, int samples) const
+{
+    // More than what the roundings of a run add up to.
+    constexpr float margin = 1e-4f;
+    const float reached = level + rampStep () * static_cast<float> (samples);
+    switch (current.state)
+    {
+    case State::attack:
+        return reached < steps.peak - margin;
+    case State::decay:
+        return reached > steps.sustainTarget + margin;
+    case State::release:
+    case State::fadeOut:
+        return reached > silent + margin;
+    case State::sustain:
+    case State::idle:
+        break;
+    }
+    return true;
+}
+
+void Envelope::enter (EnvelopeLanes& lanes, std::size_t lane) const
+{
+    lanes.level.of[lane] = current.level;
+    lanes.step.of[lane] = rampStep ();
+}
 }

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "engine/VoiceKernel.h"
+
 namespace engine
 {
 // Linear attack, decay, sustain and release for one voice. Every segment moves the level by a fixed step a
@@ -41,6 +43,14 @@ public:
     // idle. Answers how many samples it was not idle for.
     int render (float* out, int samples);
 
+    // Whether the next samples from that level on certainly are nothing but one step after the other, and so
+    // leave the state as it is.
+    bool staysOnRamp (float level, int samples) const;
+
+    // Moves level and step into a lane, and the level back.
+    void enter (EnvelopeLanes& lanes, std::size_t lane) const;
+    void leave (const EnvelopeLanes& lanes, std::size_t lane) { current.level = lanes.level.of[lane]; }
+
 private:
     struct Position
     {
@@ -61,6 +71,7 @@ private:
     static void advance (Position& position, const Steps& steps);
     static int renderSegment (Position& position, const Steps& steps, float* out, int samples);
     Steps stepsNow () const;
+    float rampStep () const;
     void recomputeSteps ();
     float stepFor (float seconds) const;
 

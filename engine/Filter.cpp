@@ -1,18 +1,14 @@
 #include "engine/Filter.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <limits>
 
 #include "engine/NoteTable.h"
 #include "parameters/KnobLaws.h"
 
 namespace engine
 {
-using filterCore::FourVoices;
-using filterCore::lanes;
-using filterCore::OneVoice;
-
 namespace
 {
 constexpr float twoPi = 6.28319f;
@@ -31,13 +27,13 @@ void Filter::setSampleRate (float hz)
     fixed.colour = std::min (colourHz * angularStep, largestColourCoefficient);
     if (mainCoefficient == 0.0f)
         mainCoefficient = angularStep;
-    mainCoefficient = std::min (mainCoefficient, highestStableCoefficient ());
+    mainCoefficient = std::min (mainCoefficient, highestCoefficient);
 }
 
 // The section's poles reach the unit circle where f^2 + 2 q f = 4; stay a little below. That holds for a
 // coefficient that stands still; one that jumps, as the LFO's noise makes it, pumps the section up from about
 // 1.3 on, which cutoffs reach only below a sample rate of 32.7 kHz.
-float Filter::highestStableCoefficient () const
+float Filter::highestStableCoefficient (float damping)
 {
     constexpr float highestWhileMoving = 1.25f;
     return std::min (0.98f * (std::sqrt (damping * damping + 4.0f) - damping), highestWhileMoving);
@@ -47,19 +43,23 @@ void Filter::setCutoff (float control)
 {
     cutoff = keyTrack ? parameters::trackedCutoffHz (control, keyTrackFactor[static_cast<std::size_t> (key)])
                       : parameters::cutoffHz (control);
-    mainCoefficient = std::min (cutoff * angularStep, highestStableCoefficient ());
+    mainCoefficient = std::min (cutoff * angularStep, highestCoefficient);
+}
+
+bool Filter::takeFirstBase (float target)
+{
+    if (hasBase)
+        return false;
+    base = target;
+    hasBase = true;
+    return true;
 }
 
 float Filter::keyTrackedBase (float target)
 {
-    if (!hasBase)
-    {
-        base = target;
-        hasBase = true;
-    }
+    takeFirstBase (target);
     const float distance = std::abs (target - base);
-    const float slew =
-        distance / ((sampleRate / 200.0f) * (1.0f / distance)); // distance^2 x 200 / sample rate
+    const float slew = distance / (slewDivisor () * (1.0f / distance)); // distance^2 x 200 / sample rate
     if (target != base)
     {
         base = std::clamp (base, 0.0f, 1.0f);
@@ -70,10 +70,10 @@ float Filter::keyTrackedBase (float target)
 
 void Filter::heal ()
 {
-    const float sum = std::abs (memory.drive[0]) + std::abs (memory.dc[0]) + std::abs (memory.colourBand[0]) +
-                      std::abs (memory.colourLow[0]) + std::abs (memory.band[0]) + std::abs (memory.low[0]) +
-                      std::abs (memory.selected[0]) + std::abs (memory.smoothCoefficient[0]) +
-                      std::abs (memory.smooth[0]);
+    const float sum = std::abs (memory.drive) + std::abs (memory.dc) + std::abs (memory.colourBand) +
+                      std::abs (memory.colourLow) + std::abs (memory.band) + std::abs (memory.low) +
+                      std::abs (memory.selected) + std::abs (memory.smoothCoefficient) +
+                      std::abs (memory.smooth);
     if (!std::isfinite (sum))
         memory = {};
 }
@@ -86,7 +86,8 @@ void Filter::setKey (int note)
 void Filter::setResonance (float r)
 {
     damping = parameters::filterDamping (r);
-    mainCoefficient = std::min (mainCoefficient, highestStableCoefficient ());
+    highestCoefficient = highestStableCoefficient (damping);
+    mainCoefficient = std::min (mainCoefficient, highestCoefficient);
 }
 
 void Filter::setType (std::int32_t t)
@@ -96,76 +97,69 @@ void Filter::setType (std::int32_t t)
         switches.type = t;
 }
 
-float Filter::process (float input)
-{
-    const OneVoice output =
-        filterCore::step<OneVoice> (memory, switches, fixed, damping, mainCoefficient, input);
-    return output[0];
-}
-
 namespace
 {
-// The fields of a memory, for moving them in and out of lanes.
-template <typename Value>
-std::array<Value*, 9> fieldsOf (filterCore::Memory<Value>& m)
+// Stores 0 for a denormal.
+struct Flushing
 {
-    return { &m.drive, &m.dc,       &m.colourBand,        &m.colourLow, &m.band,
-             &m.low,   &m.selected, &m.smoothCoefficient, &m.smooth };
+    static float magnitude (float x) { return std::abs (x); }
+    float operator() (float x) const { return magnitude (x) < std::numeric_limits<float>::min () ? 0.0f : x; }
+};
 }
 
-void gatherMemory (filterCore::Memory<FourVoices>& wide, int lane, filterCore::Memory<OneVoice>& narrow)
+float Filter::process (float input)
 {
-    const auto to = fieldsOf (wide);
-    const auto from = fieldsOf (narrow);
-    for (std::size_t field = 0; field < to.size (); ++field)
-        (*to[field])[static_cast<std::size_t> (lane)] = float ((*from[field])[0]);
+    Flushing keep;
+    const float x = switches.drives
+                        ? filterCore::coloured (memory, fixed, filterCore::driven (memory, input, keep), keep)
+                        : input;
+    const float y = filterCore::section (memory, switches.type, damping, mainCoefficient, x, keep);
+    return switches.smooths && switches.type == filterCore::lowPass
+               ? filterCore::smoothed (memory, mainCoefficient, y, keep)
+               : y;
 }
 
-void scatterMemory (filterCore::Memory<FourVoices>& wide, int lane, filterCore::Memory<OneVoice>& narrow)
+void Filter::describe (VoiceLanes& lanes) const
 {
-    const auto from = fieldsOf (wide);
-    const auto to = fieldsOf (narrow);
-    for (std::size_t field = 0; field < to.size (); ++field)
-        *to[field] = float ((*from[field])[static_cast<std::size_t> (lane)]);
-}
-}
-
-void Filter::processTogether (std::span<const Run> group, int begin, int end)
-{
-    const int used = static_cast<int> (group.size ());
-    std::array<Run, lanes> runs; // lanes without a voice read what the first one reads and write nothing
-    filterCore::Memory<FourVoices> m;
-    for (int lane = 0; lane < lanes; ++lane)
-    {
-        runs[static_cast<std::size_t> (lane)] = group[static_cast<std::size_t> (lane < used ? lane : 0)];
-        gatherMemory (m, lane, runs[static_cast<std::size_t> (lane)].filter->memory);
-    }
-    const Filter& first = *runs[0].filter;
-    const FourVoices damping ([&] (auto lane) { return runs[lane].filter->damping; });
-    for (int n = begin; n < end; ++n)
-    {
-        const FourVoices input ([&] (auto lane) { return runs[lane].samples[n]; });
-        const FourVoices coefficient ([&] (auto lane) { return runs[lane].coefficients[n]; });
-        const FourVoices output =
-            filterCore::step (m, first.switches, first.fixed, damping, coefficient, input);
-        for (int lane = 0; lane < used; ++lane)
-            runs[static_cast<std::size_t> (lane)].samples[n] = output[static_cast<std::size_t> (lane)];
-    }
-    for (int lane = 0; lane < used; ++lane)
-        scatterMemory (m, lane, runs[static_cast<std::size_t> (lane)].filter->memory);
+    lanes.filterSwitches = switches;
+    lanes.filterFixed = fixed;
+    lanes.keyTracks = keyTrack;
+    lanes.angularStep = angularStep;
+    lanes.slewDivisor = slewDivisor ();
 }
 
-void Filter::processGroup (std::span<Run> group)
+void Filter::enter (VoiceLanes& lanes, std::size_t lane) const
 {
-    // Stretch by stretch, each as long as the shortest run that is left.
-    std::sort (group.begin (), group.end (), [] (const Run& a, const Run& b) { return a.count < b.count; });
-    int done = 0;
-    for (; !group.empty (); group = group.subspan (1))
-    {
-        const int end = group[0].count;
-        if (end > done)
-            processTogether (group, done, end);
-        done = std::max (done, end);
-    }
+    lanes.damping.of[lane] = damping;
+    lanes.coefficient.of[lane] = mainCoefficient;
+    lanes.highestCoefficient.of[lane] = highestCoefficient;
+    lanes.cutoffHz.of[lane] = cutoff;
+    lanes.cutoffBase.of[lane] = base;
+    lanes.keyFactor.of[lane] = keyTrackFactor[static_cast<std::size_t> (key)];
+    lanes.filter.drive.of[lane] = memory.drive;
+    lanes.filter.dc.of[lane] = memory.dc;
+    lanes.filter.colourBand.of[lane] = memory.colourBand;
+    lanes.filter.colourLow.of[lane] = memory.colourLow;
+    lanes.filter.band.of[lane] = memory.band;
+    lanes.filter.low.of[lane] = memory.low;
+    lanes.filter.selected.of[lane] = memory.selected;
+    lanes.filter.smoothCoefficient.of[lane] = memory.smoothCoefficient;
+    lanes.filter.smooth.of[lane] = memory.smooth;
+}
+
+void Filter::leave (const VoiceLanes& lanes, std::size_t lane)
+{
+    mainCoefficient = lanes.coefficient.of[lane];
+    cutoff = lanes.cutoffHz.of[lane];
+    base = lanes.cutoffBase.of[lane];
+    memory.drive = lanes.filter.drive.of[lane];
+    memory.dc = lanes.filter.dc.of[lane];
+    memory.colourBand = lanes.filter.colourBand.of[lane];
+    memory.colourLow = lanes.filter.colourLow.of[lane];
+    memory.band = lanes.filter.band.of[lane];
+    memory.low = lanes.filter.low.of[lane];
+    memory.selected = lanes.filter.selected.of[lane];
+    memory.smoothCoefficient = lanes.filter.smoothCoefficient.of[lane];
+    memory.smooth = lanes.filter.smooth.of[lane];
 }
 }

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <span>
-
 #include "engine/FilterCore.h"
+#include "engine/VoiceKernel.h"
 
 namespace engine
 {
@@ -25,6 +24,8 @@ public:
     // at once, so that the first note after loading has its own filter.
     float keyTrackedBase (float target);
 
+    bool takeFirstBase (float target); // true when it is the first
+
     void setKey (int note);        // MIDI note; key tracking counts from note 48
     void setResonance (float r);   // limited to 0.3..0.968
     void setType (std::int32_t t); // filterCore::Type; once a foreign number is stored it no longer changes
@@ -38,33 +39,26 @@ public:
     // over.
     void heal ();
 
-    // A stretch of sound for one of the filters of a group.
-    struct Run
-    {
-        Filter* filter;
-        float* samples;            // replaced by the output
-        const float* coefficients; // main coefficient of each sample
-        int count;
-    };
-
-    // Processes 1 to filterCore::lanes filters side by side, reordering `group` on the way. All of them have
-    // the same switches (type, smoothing, drive) and sample rate, as the voices of one engine do.
-    static void processGroup (std::span<Run> group);
-
     float coefficient () const { return mainCoefficient; } // 2 pi x cutoff / sample rate
     float cutoffHz () const { return cutoff; }
 
-private:
-    using Memory = filterCore::Memory<filterCore::OneVoice>;
+    // What is the same in the filters of all voices.
+    void describe (VoiceLanes& lanes) const;
 
-    static void processTogether (std::span<const Run> group, int begin, int end);
-    float highestStableCoefficient () const;
+    // Moves what rendering needs and changes into a lane, and back.
+    void enter (VoiceLanes& lanes, std::size_t lane) const;
+    void leave (const VoiceLanes& lanes, std::size_t lane);
+
+private:
+    static float highestStableCoefficient (float damping);
+    float slewDivisor () const { return sampleRate / 200.0f; }
 
     filterCore::Switches switches;
     filterCore::FixedCoefficients fixed;
-    float damping = 1.0f;         // 2 x (1 - resonance)
+    float damping = 1.0f; // 2 x (1 - resonance)
+    float highestCoefficient = highestStableCoefficient (damping);
     float mainCoefficient = 0.0f; // angular step x cutoff
-    Memory memory;
+    filterCore::Memory<float> memory;
     float sampleRate = 44100.0f;
     float angularStep = 0.0f; // 2 pi / sample rate
     float base = 0.0f;        // slewed base of the cutoff control, 0..1

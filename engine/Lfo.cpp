@@ -223,4 +223,32 @@ float Lfo::tick ()
         return phase;
     }
 }
+
+void Lfo::render (float* out, int samples, std::uint64_t wanted)
+{
+    Lfo running = *this; // a copy that can live in registers
+    switch (shape)
+    {
+    case triangle:
+        for (int n = 0; n < samples; ++n)
+        {
+            running.bounce ();
+            out[n] = running.phase;
+        }
+        break;
+    case roundedTriangle:
+        for (int n = 0; n < samples; ++n)
+        {
+            running.bounce ();
+            if ((wanted >> n & 1u) != 0) // the sine takes long
+                out[n] = sineOfPhase (running.phase);
+        }
+        break;
+    default:
+        for (int n = 0; n < samples; ++n)
+            out[n] = running.tick ();
+        break;
+    }
+    *this = running;
+}
 }

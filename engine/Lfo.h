@@ -35,6 +35,10 @@ public:
 
     float tick (); // the next value, -1..+1
 
+    // The next values into out[0 .. samples-1], 64 at the most; those whose bit in `wanted` is clear may be
+    // left out.
+    void render (float* out, int samples, std::uint64_t wanted);
+
     // Leaves everything, the random generator too, as that many ticks would, in a time that grows with the
     // number of cycles and not with the ticks.
     void advance (std::int64_t ticks);

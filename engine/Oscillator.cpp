@@ -4,23 +4,17 @@
 #include <cmath>
 
 #include "engine/NoteTable.h"
+#include "engine/PitchLaw.h"
 #include "parameters/KnobLaws.h"
 
 namespace engine
 {
 namespace
 {
-// Table samples per second and Hz, times 12: note 60 reads 88200 table samples a second, two per output
-// sample at 44.1 kHz.
-constexpr float incrementConstant = 4045.476f;
-constexpr float incrementDivisor = 12.0f;
-
 using parameters::pitchUnitHz;
 static_assert (pitchUnitHz == noteFreq[12]);
 
 constexpr int octave = 12;
-constexpr float highestHz = noteFreq[127];
-constexpr float lowestHz = 1e-12f; // stands in for frequencies below 0
 constexpr float largestFine = 12.0f;
 
 double wrapped (double phase, double length)
@@ -91,16 +85,11 @@ void Oscillator::aimGlide (float targetHz)
     glideStep ();
 }
 
-// One step towards the target; what remains of one or less arrives exactly.
 float Oscillator::glideStep ()
 {
     if (glideTime == 0.0f)
         return glideTarget;
-    const float remaining = glideTarget - glideCurrent;
-    if (std::abs (remaining) <= glideDelta)
-        glideCurrent = glideTarget;
-    else
-        glideCurrent += remaining > 0.0f ? glideDelta : -glideDelta;
+    glideCurrent = pitchLaw::glided (glideCurrent, glideTarget, glideDelta);
     return glideCurrent;
 }
 
@@ -146,134 +135,116 @@ float Oscillator::offsetTowards (int otherNote, float amount) const
     return amount * (noteHz (otherNote) - noteHz (note + rangeOffset));
 }
 
-void Oscillator::updateIncrement ()
+float Oscillator::fineHz () const
 {
     const int key = note + rangeOffset;
-    float fineHz = 0.0f;
     if (fineAmount > 0.0f)
-        fineHz = offsetTowards (std::min (key + octave, 127), fineAmount);
-    else if (fineAmount < 0.0f)
-        fineHz = offsetTowards (std::max (key - octave, 0), -fineAmount);
-    float bendHz = 0.0f;
+        return offsetTowards (std::min (key + octave, 127), fineAmount);
+    if (fineAmount < 0.0f)
+        return offsetTowards (std::max (key - octave, 0), -fineAmount);
+    return 0.0f;
+}
+
+float Oscillator::bendHz () const
+{
+    const int key = note + rangeOffset;
     if (bendAmount > 0.0f)
-        bendHz = offsetTowards (key + bendRange, bendAmount);
-    else if (bendAmount < 0.0f)
-        bendHz = offsetTowards (key - bendRange, -bendAmount);
+        return offsetTowards (key + bendRange, bendAmount);
+    if (bendAmount < 0.0f)
+        return offsetTowards (key - bendRange, -bendAmount);
+    return 0.0f;
+}
 
-    const float baseHz = glideTime > 0.0f ? glideStep () : noteHz (key);
-    float hz = baseHz * tuneCorrection * lfoPitchFactor * masterPitchFactor + bendHz + fineHz;
-    if (hz < 0.0f)
-        hz = lowestHz;
-    hz = std::min (hz, highestHz);
-
-    increment = hz * (incrementConstant / sampleRate) / incrementDivisor;
+void Oscillator::updateIncrement ()
+{
+    const float baseHz = glideTime > 0.0f ? glideStep () : noteHz (note + rangeOffset);
+    increment = pitchLaw::incrementOf (baseHz, tuneCorrection, lfoPitchFactor, masterPitchFactor, bendHz (),
+                                       fineHz (), pitchLaw::incrementConstant / sampleRate);
     // A rewound cycle starts one increment in: the next read wraps this to `increment`.
     if (increment > 0.0f && phase == 0.0)
         phase = static_cast<double> (increment) + static_cast<double> (loopLength);
-}
-
-// A read's settings and its phase apart from the object, so that a run keeps them in registers.
-struct Oscillator::Reader
-{
-    const float* table;
-    double loopLength;
-    double increment;
-    float pulseOffset;
-    bool interpolates;
-    double phase;
-
-    float plain ()
-    {
-        phase = wrapped (phase, loopLength);
-        const auto i = static_cast<std::int32_t> (phase);
-        float out = table[i];
-        if (interpolates)
-        {
-            const double fraction = phase - i;
-            out = static_cast<float> (out + fraction * static_cast<double> (table[i + 1] - out));
-        }
-        phase += increment;
-        return out;
-    }
-
-    // Meant as it stands: the samples are those of the table's first cycle whatever cycle is selected. The
-    // selected one enters through the fraction alone, which it raises by its offset, so that the
-    // differences between neighbouring samples are scaled up; the filter's drive stage folds the result.
-    float full ()
-    {
-        phase = wrapped (phase, loopLength);
-        const auto i = static_cast<std::int32_t> (phase);
-        float out = table[i];
-        if (interpolates)
-            out += (readPosition () - static_cast<float> (i)) * (table[i + 1] - out);
-        phase += increment;
-        return out;
-    }
-
-    float readPosition () const
-    {
-        if (pulseOffset == 0.0f)
-            return static_cast<float> (phase);
-        // Rounding to 32 bits can land on the end; it wraps like the phase.
-        const float end = static_cast<float> (loopLength) + pulseOffset;
-        const auto position = static_cast<float> (phase + static_cast<double> (pulseOffset));
-        return position >= end ? position - end : position;
-    }
-};
-
-Oscillator::Reader Oscillator::reader () const
-{
-    return {
-        table, static_cast<double> (loopLength), static_cast<double> (increment), pulseOffset, highQuality,
-        phase
-    };
 }
 
 float Oscillator::tick ()
 {
     if (silent)
         return 0.0f;
-    Reader read = reader ();
-    const float out = read.plain ();
-    phase = read.phase;
+    phase = wrapped (phase, loopLength);
+    const auto i = static_cast<std::int32_t> (phase);
+    float out = table[i];
+    if (highQuality)
+    {
+        const double fraction = phase - i;
+        out = static_cast<float> (out + fraction * static_cast<double> (table[i + 1] - out));
+    }
+    phase += static_cast<double> (increment);
     return out;
 }
 
+// The samples are those of the table's first cycle whatever cycle is selected. The selected one enters
+// through the fraction alone, which it raises by its offset, so that the differences between neighbouring
+// samples are scaled up; the filter's drive stage folds the result. That is the sound of this instrument's
+// pulse width.
 float Oscillator::tickFull ()
 {
     if (silent)
         return 0.0f;
     if (glideTime > 0.0f)
         updateIncrement ();
-    Reader read = reader ();
-    const float out = read.full ();
-    phase = read.phase;
+    phase = wrapped (phase, loopLength);
+    const auto i = static_cast<std::int32_t> (phase);
+    float out = table[i];
+    if (highQuality)
+        out += (readPosition () - static_cast<float> (i)) * (table[i + 1] - out);
+    phase += static_cast<double> (increment);
     return out;
 }
 
-void Oscillator::addRun (float* out, int samples, float level)
+float Oscillator::readPosition () const
 {
-    if (silent)
-        return;
-    Reader read = reader ();
-    for (int n = 0; n < samples; ++n)
-        out[n] += read.plain () * level;
-    phase = read.phase;
+    if (pulseOffset == 0.0f)
+        return static_cast<float> (phase);
+    // Rounding to 32 bits can land on the end; it wraps like the phase.
+    const float end = static_cast<float> (loopLength) + pulseOffset;
+    const auto position = static_cast<float> (phase + static_cast<double> (pulseOffset));
+    return position >= end ? position - end : position;
 }
 
-void Oscillator::addRunFull (float* out, int samples, float level)
+void Oscillator::describe (OscillatorLanes& lanes) const
 {
-    if (silent)
-        return;
-    if (glideTime > 0.0f)
-    {
-        for (int n = 0; n < samples; ++n)
-            out[n] += tickFull () * level;
-        return;
-    }
-    Reader read = reader ();
-    for (int n = 0; n < samples; ++n)
-        out[n] += read.full () * level;
-    phase = read.phase;
+    lanes.table = silent ? nullptr : table;
+    lanes.length = static_cast<double> (loopLength);
+    lanes.pulseOffset = pulseOffset;
+    lanes.interpolates = highQuality;
+    lanes.glides = glideTime > 0.0f;
+    lanes.tuneCorrection = tuneCorrection;
+    lanes.masterPitchFactor = masterPitchFactor;
+    lanes.incrementPerHz = pitchLaw::incrementConstant / sampleRate;
+}
+
+void Oscillator::enter (OscillatorLanes& lanes, std::size_t lane) const
+{
+    // A lane passes as many ends of the cycle in a sample as the sample rate asks for. A phase that stems
+    // from a lower rate may be further ahead; the last end is left to the read.
+    double start = phase;
+    while (start >= 2.0 * lanes.length && !silent)
+        start -= lanes.length;
+    lanes.phase.of[lane] = start;
+    lanes.increment.of[lane] = increment;
+    lanes.noteHz.of[lane] = noteHz (note + rangeOffset);
+    lanes.bendHz.of[lane] = bendHz ();
+    lanes.fineHz.of[lane] = fineHz ();
+    lanes.lfoPitchFactor.of[lane] = lfoPitchFactor;
+    lanes.glideCurrent.of[lane] = glideCurrent;
+    lanes.glideTarget.of[lane] = glideTarget;
+    lanes.glideDelta.of[lane] = glideDelta;
+}
+
+void Oscillator::leave (const OscillatorLanes& lanes, std::size_t lane)
+{
+    phase = lanes.phase.of[lane];
+    increment = lanes.increment.of[lane];
+    lfoPitchFactor = lanes.lfoPitchFactor.of[lane];
+    glideCurrent = lanes.glideCurrent.of[lane];
 }
 }

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "engine/VoiceKernel.h"
+
 namespace engine
 {
 // One sound source of a voice: reads a float table at the pitch of a note. Ticked on the audio thread. It
@@ -43,17 +45,20 @@ public:
     float tick ();     // plain read
     float tickFull (); // read with glide and pulse offset
 
-    // The same reads for a run of samples, each times `level` added to out[0 .. samples-1].
-    void addRun (float* out, int samples, float level);
-    void addRunFull (float* out, int samples, float level);
+    // What is the same in all oscillators of a kind, whichever voice's this is.
+    void describe (OscillatorLanes& lanes) const;
+
+    // Moves what rendering needs and changes into a lane, and back.
+    void enter (OscillatorLanes& lanes, std::size_t lane) const;
+    void leave (const OscillatorLanes& lanes, std::size_t lane);
 
 private:
-    struct Reader; // what a read needs, and its phase
-
-    Reader reader () const;
+    float readPosition () const;
     void aimGlide (float targetHz);
     float glideStep ();
     float offsetTowards (int otherNote, float amount) const;
+    float fineHz () const;
+    float bendHz () const;
 
     const float* table = nullptr;
     std::int32_t loopLength = 0; // samples in one cycle, the read limit

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <array>
-#include <span>
-
 #include "engine/Lfo.h"
 #include "engine/ParameterMapping.h"
+#include "engine/SoundingVoices.h"
+#include "engine/VoiceKernel.h"
 #include "engine/Voices.h"
 
 namespace engine
@@ -14,9 +13,12 @@ namespace engine
 class Renderer
 {
 public:
-    static constexpr int longestRun = 64; // samples
-
-    Renderer (Voices& allVoices, Lfo& sharedLfo) : voices (allVoices), lfo (sharedLfo) {}
+    Renderer (Voices& allVoices, Lfo& sharedLfo, const VoiceKernel& voiceKernel)
+        : voices (allVoices),
+          lfo (sharedLfo),
+          kernel (voiceKernel)
+    {
+    }
 
     // Copies what the sample loop reads. `expression` 0..1, `sampleRate` in Hz.
     void takeParameters (const ParameterMapping& mapping, float expression, double sampleRate);
@@ -31,50 +33,19 @@ public:
 private:
     friend class EngineProbe; // the tests' sample-by-sample renderer works on the same state
 
-    struct BlockParameters
+    struct BlockParameters : SoundingVoices::Settings
     {
         float outputGain = 0.0f;
-        float osc1Level = 0.0f;
-        float osc2Level = 0.0f;
-        float noiseLevel = 0.0f;
-        float env2DelayParam = 0.0f;
-        float env2DelaySamples = 0.0f;
-        bool fastFilterUpdate = false;
-        float lfoPitchDepth = 0.0f;
-        float env2ToFilter = 0.0f;
-        float lfoFilterDepth = 0.0f;
-        float filterFreqParam = 0.0f;
         float samplesToSleep = 0.0f;
     };
 
-    using RunBuffer = std::array<float, longestRun>;
-
-    // One sounding voice in the run being rendered.
-    struct VoiceRun
-    {
-        int voice = 0;
-        int samples = 0;             // that the voice sounds for
-        RunBuffer amplitude;         // envelope 1
-        RunBuffer signal;            // sources, then filtered
-        RunBuffer filterCoefficient; // per sample
-    };
-
     int countSilence (int samples);
-    std::span<VoiceRun> renderAmplitudes (int samples);
-    void renderOscillators (Voice& voice, float* out, int samples);
-    void bendByLfo (Voice& voice, float shift) const;
-    void renderEnvelope2 (Voice& voice, float* out, int samples) const;
-    void renderCutoff (Voice& voice, float* out, int samples);
-    void renderFilters (std::span<VoiceRun> runs);
 
     Voices& voices;
     Lfo& lfo;
+    const VoiceKernel& kernel;
     bool asleep = true;
     float silenceCounter = 0.0f; // samples without a sounding voice
     BlockParameters block;
-
-    // Scratch of one run
-    RunBuffer lfoRun = {};                                       // LFO values, shared by all voices
-    std::array<VoiceRun, parameters::mostVoices> voiceRuns = {}; // the sounding voices, in ascending order
 };
 }

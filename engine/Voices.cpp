@@ -13,7 +13,7 @@ void Voices::initialise (const WaveTable& saw, const WaveTable& noise, float hz)
 {
     allocator.setVoiceLimit (voiceCount);
     setSampleRate (hz);
-    for (Voice& voice : voices)
+    for (Voice& voice : all ())
     {
         for (Oscillator* oscillator : { &voice.osc1, &voice.osc2 })
         {
@@ -37,7 +37,7 @@ void Voices::initialise (const WaveTable& saw, const WaveTable& noise, float hz)
 
 void Voices::setSampleRate (float hz)
 {
-    for (Voice& voice : voices)
+    for (Voice& voice : all ())
     {
         voice.osc1.setSampleRate (hz);
         voice.osc2.setSampleRate (hz);
@@ -49,8 +49,14 @@ void Voices::setSampleRate (float hz)
     }
 }
 
+SoundingVoices* Voices::enterLanes ()
+{
+    return inLanes.enter ({ voices.data (), static_cast<std::size_t> (voiceCount) }) ? &inLanes : nullptr;
+}
+
 void Voices::setCount (std::int32_t count)
 {
+    inLanes.leave ();
     voiceCount = count;
     allocator.setVoiceLimit (count);
 }
@@ -92,16 +98,16 @@ bool Voices::endNote (int note)
     if (isMono ())
     {
         const int held = static_cast<int> (allocator.currentNote ());
-        voices[0].osc1.setNote (held, true);
-        voices[0].osc2.setNote (held, true);
-        voices[0].filter.setKey (held);
+        (*this)[0].osc1.setNote (held, true);
+        (*this)[0].osc2.setNote (held, true);
+        (*this)[0].filter.setKey (held);
     }
     return true;
 }
 
 void Voices::releaseAll ()
 {
-    for (Voice& voice : voices)
+    for (Voice& voice : all ())
     {
         voice.ampEnv.release ();
         voice.filterEnv.release ();
@@ -115,7 +121,7 @@ void Voices::forgetKeys ()
 
 void Voices::silence (bool clearsGlides)
 {
-    for (Voice& voice : voices)
+    for (Voice& voice : all ())
     {
         if (clearsGlides)
         {
@@ -129,7 +135,7 @@ void Voices::silence (bool clearsGlides)
 
 void Voices::setPitchBend (float bend)
 {
-    for (Voice& voice : voices)
+    for (Voice& voice : all ())
     {
         for (Oscillator* oscillator : { &voice.osc1, &voice.osc2 })
         {

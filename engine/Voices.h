@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "engine/SoundingVoices.h"
 #include "engine/Voice.h"
 #include "engine/VoiceAllocator.h"
 #include "engine/WaveTable.h"
@@ -43,11 +44,19 @@ public:
 
     void setPitchBend (float bend); // -1..1
 
-    std::array<Voice, voiceSlots>& all () { return voices; }
-    Voice& operator[] (int slot) { return voices[static_cast<std::size_t> (slot)]; }
+    std::array<Voice, voiceSlots>& all ()
+    {
+        inLanes.leave ();
+        return voices;
+    }
+    Voice& operator[] (int slot) { return all ()[static_cast<std::size_t> (slot)]; }
+
+    // The voices that sound, in lanes until one of them is asked for again; null when none does.
+    SoundingVoices* enterLanes ();
 
 private:
-    std::array<Voice, voiceSlots> voices;
+    std::array<Voice, voiceSlots> voices; // use all (): what sounds may be in lanes
+    SoundingVoices inLanes;
     VoiceAllocator allocator;
     std::int32_t voiceCount = parameters::mostVoices;
     bool glidesOnlyLegato = false;

@@ -15,6 +15,7 @@ constexpr std::uint8_t noteOff = 0x80;
 constexpr std::uint8_t noteOn = 0x90;
 constexpr std::uint8_t controlChange = 0xB0;
 constexpr std::uint8_t programChange = 0xC0;
+constexpr std::uint8_t pitchBend = 0xE0;
 
 std::uint64_t tickOf (double quarters)
 {
@@ -37,26 +38,35 @@ int programNumber (const std::vector<std::string>& names, const std::string& nam
 // Place of a message among those of one tick.
 int rank (const midi::Message& message)
 {
-    return message.bytes[0] == noteOff ? 0 : message.bytes[0] == noteOn ? 2 : 1;
+    const int kind = message.bytes[0] & 0xF0;
+    return kind == noteOff ? 0 : kind == noteOn ? 2 : 1;
 }
 
 std::vector<midi::Message> messagesOf (const Piece& piece, const std::vector<std::string>& programNames)
 {
     std::vector<midi::Message> messages;
+    const auto add = [&] (double quarters, int channel, std::uint8_t kind, int first, int second)
+    {
+        messages.push_back ({ tickOf (piece.swung (quarters)),
+                              { byteOf (kind | channel), byteOf (first), byteOf (second) },
+                              kind == programChange ? 2 : 3 });
+    };
     for (const Note& note : piece.notes ())
     {
-        const std::uint8_t key = byteOf (note.key);
-        messages.push_back ({ tickOf (note.start), { noteOn, key, byteOf (note.velocity) }, 3 });
-        messages.push_back ({ tickOf (note.start + note.length), { noteOff, key, 0 }, 3 });
+        add (note.start, note.channel, noteOn, note.key, note.velocity);
+        add (note.start + note.length, note.channel, noteOff, note.key, 0);
     }
     for (const ProgramChange& change : piece.programChanges ())
-    {
-        const int number = programNumber (programNames, change.name);
-        messages.push_back ({ tickOf (change.start), { programChange, byteOf (number), 0 }, 2 });
-    }
+        add (change.start, change.channel, programChange, programNumber (programNames, change.name), 0);
     for (const Controller& change : piece.controllerChanges ())
-        messages.push_back (
-            { tickOf (change.start), { controlChange, byteOf (change.number), byteOf (change.value) }, 3 });
+        add (change.start, change.channel, controlChange, change.number, change.value);
+    for (const Bend& bend : piece.bends ())
+    {
+        constexpr int centre = 8192; // of 14 bits
+        const int wheel =
+            std::clamp (static_cast<int> (std::lround (centre * (1.0 + bend.value))), 0, 2 * centre - 1);
+        add (bend.start, bend.channel, pitchBend, wheel & 0x7F, wheel >> 7);
+    }
     std::ranges::stable_sort (messages, [] (const midi::Message& a, const midi::Message& b)
                               { return a.tick != b.tick ? a.tick < b.tick : rank (a) < rank (b); });
     return messages;

@@ -6,7 +6,7 @@
 
 namespace examples
 {
-// Within one tick notes end first, then programs and controllers change, then notes begin. `programNames` are
-// the bank's, in order; a piece that asks for another name throws std::invalid_argument.
+// Within one tick notes end first, then programs, controllers and the wheel move, then notes begin.
+// `programNames` are the bank's, in order; a piece that asks for another name throws std::invalid_argument.
 midi::Song songOf (const Piece& piece, const std::vector<std::string>& programNames);
 }

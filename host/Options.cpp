@@ -58,6 +58,9 @@ std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, b
     app.add_option ("--tail", options.tailLimit, "seconds that the sound may ring on after the song")
         ->check (CLI::Range (0.0, 600.0))
         ->capture_default_str ();
+    app.add_flag (
+        "--stems", options.stems,
+        "write each MIDI channel of the song to a file of its own, too: OUTPUT with the channel's number");
     app.add_option ("--progress", progress, "when to show a progress bar")
         ->check (CLI::IsMember ({ "auto", "always", "never" }))
         ->capture_default_str ();

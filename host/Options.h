@@ -20,6 +20,7 @@ struct Options
     int blockSize = 512;          // frames
     double tailLimit = 30.0;      // seconds
     SampleFormat format = SampleFormat::int24;
+    bool stems = false; // a file for each channel, too
     bool listPrograms = false;
     bool progress = false;
 };

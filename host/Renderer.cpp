@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <functional>
 
 namespace host
 {
@@ -17,26 +18,32 @@ std::uint64_t framesIn (double seconds, int sampleRate)
 }
 }
 
-Renderer::Renderer (Plugin& newPlugin, const Sequence& newSequence, const TempoMap& newTempos,
+Renderer::Renderer (const std::vector<Part>& parts, const TempoMap& newTempos,
                     const RenderSettings& newSettings)
-    : plugin (newPlugin),
-      sequence (newSequence),
-      tempos (newTempos),
+    : tempos (newTempos),
       settings (newSettings),
-      songFrames (framesIn (newSequence.seconds, newSettings.sampleRate)),
-      stereo (2 * static_cast<std::size_t> (newSettings.blockSize))
+      mix (2 * static_cast<std::size_t> (newSettings.blockSize))
 {
+    for (const Part& part : parts)
+    {
+        players.push_back ({ part.plugin, part.sequence });
+        players.back ().stereo.resize (mix.size ());
+        songSeconds = std::max (songSeconds, part.sequence.seconds);
+    }
+    songFrames = framesIn (songSeconds, settings.sampleRate);
 }
 
-RenderReport Renderer::render (const Sink& sink, const Progress& progress)
+RenderReport Renderer::render (const Sink& sink, const Progress& progress, const PartSink& partSink)
 {
-    plugin.start (settings.sampleRate, settings.blockSize);
+    for (Player& player : players)
+        player.plugin.start (settings.sampleRate, settings.blockSize);
     while (!finished ())
     {
-        renderBlock (sink);
-        progress (static_cast<double> (position) / settings.sampleRate, sequence.seconds);
+        renderBlock (sink, partSink);
+        progress (static_cast<double> (position) / settings.sampleRate, songSeconds);
     }
-    plugin.stop ();
+    for (Player& player : players)
+        player.plugin.stop ();
     return { position, processSeconds };
 }
 
@@ -44,47 +51,71 @@ bool Renderer::finished () const
 {
     if (position + static_cast<std::uint64_t> (settings.blockSize) > settings.maxFrames)
         return true;
-    if (position < songFrames || nextMessage < sequence.messages.size ())
+    const auto hasMore = [] (const Player& player)
+    { return player.nextMessage < player.sequence.messages.size (); };
+    if (position < songFrames || std::ranges::any_of (players, hasMore))
         return false;
     return silentFrames >= framesIn (silentSeconds, settings.sampleRate) ||
            position >= songFrames + framesIn (settings.tailLimit, settings.sampleRate);
 }
 
+void Renderer::renderBlock (const Sink& sink, const PartSink& partSink)
+{
+    const VstTimeInfo now = timeNow ();
+    std::ranges::fill (mix, 0.0f);
+    for (std::size_t part = 0; part < players.size (); ++part)
+    {
+        renderPart (players[part], now);
+        std::ranges::transform (mix, players[part].stereo, mix.begin (), std::plus<> ());
+        if (partSink)
+            partSink (part, players[part].stereo);
+    }
+    for (std::size_t n = 0; n < mix.size (); n += 2)
+    {
+        const bool silent = std::abs (mix[n]) < silence && std::abs (mix[n + 1]) < silence;
+        silentFrames = silent ? silentFrames + 1 : 0;
+    }
+    sink (mix);
+    position += static_cast<std::uint64_t> (settings.blockSize);
+}
+
 // A block without events gets an empty list, as from most hosts: instruments may take a list as the start of
 // a block.
-void Renderer::renderBlock (const Sink& sink)
+void Renderer::renderPart (Player& player, const VstTimeInfo& now)
 {
-    plugin.setTime (timeNow ());
-    collectEvents ();
-    plugin.sendEvents (events);
+    player.plugin.setTime (now);
+    collectEvents (player);
+    player.plugin.sendEvents (player.events);
 
     const auto start = std::chrono::steady_clock::now ();
-    plugin.process (settings.blockSize);
+    player.plugin.process (settings.blockSize);
     processSeconds += std::chrono::duration<double> (std::chrono::steady_clock::now () - start).count ();
 
+    auto move = player.moves.begin ();
     const auto frames = static_cast<std::size_t> (settings.blockSize);
     for (std::size_t frame = 0; frame < frames; ++frame)
     {
-        const float left = plugin.left ()[frame];
-        const float right = plugin.right ()[frame];
-        stereo[2 * frame] = left;
-        stereo[2 * frame + 1] = right;
-        const bool silent = std::abs (left) < silence && std::abs (right) < silence;
-        silentFrames = silent ? silentFrames + 1 : 0;
+        for (; move != player.moves.end () && move->frame == frame; ++move)
+            player.strip.follow (move->message);
+        player.stereo[2 * frame] = player.strip.left () * player.plugin.left ()[frame];
+        player.stereo[2 * frame + 1] = player.strip.right () * player.plugin.right ()[frame];
     }
-    sink (stereo);
-    position += frames;
 }
 
-void Renderer::collectEvents ()
+void Renderer::collectEvents (Player& player) const
 {
     const std::uint64_t blockEnd = position + static_cast<std::uint64_t> (settings.blockSize);
-    events.clear ();
-    for (; nextMessage < sequence.messages.size () && sequence.messages[nextMessage].sample < blockEnd;
-         ++nextMessage)
+    const bool mixed = players.size () > 1;
+    const std::vector<TimedMessage>& messages = player.sequence.messages;
+    player.events.clear ();
+    player.moves.clear ();
+    for (std::size_t& next = player.nextMessage; next < messages.size () && messages[next].sample < blockEnd;
+         ++next)
     {
-        const TimedMessage& message = sequence.messages[nextMessage];
-        events.add (static_cast<VstInt32> (message.sample - position), message.bytes);
+        const std::uint64_t offset = messages[next].sample - position;
+        player.events.add (static_cast<VstInt32> (offset), messages[next].bytes);
+        if (mixed)
+            player.moves.push_back ({ static_cast<std::size_t> (offset), messages[next].bytes });
     }
 }
 

@@ -1,6 +1,8 @@
 #include "host/Sequence.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <set>
 
 namespace host
@@ -60,5 +62,27 @@ Sequence makeSequence (const midi::Song& song, const TempoMap& tempos, double sa
     const auto releases = keys.releasesAt (sampleAt (song.endTick));
     sequence.messages.insert (sequence.messages.end (), releases.begin (), releases.end ());
     return sequence;
+}
+
+std::vector<Sequence> splitByChannel (const Sequence& sequence)
+{
+    std::set<int> playing;
+    for (const TimedMessage& message : sequence.messages)
+    {
+        if ((message.bytes[0] & 0xF0) == noteOn && message.bytes[2] > 0)
+            playing.insert (message.bytes[0] & 0x0F);
+    }
+    if (playing.size () <= 1)
+        return { sequence };
+    std::vector<Sequence> channels;
+    for (const int channel : playing)
+    {
+        Sequence& part = channels.emplace_back ();
+        part.seconds = sequence.seconds;
+        std::ranges::copy_if (sequence.messages, std::back_inserter (part.messages),
+                              [channel] (const TimedMessage& message)
+                              { return (message.bytes[0] & 0x0F) == channel; });
+    }
+    return channels;
 }
 }

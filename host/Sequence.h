@@ -26,4 +26,8 @@ struct Sequence
 // Without withProgramChanges the song's program changes are left out.
 Sequence makeSequence (const midi::Song& song, const TempoMap& tempos, double sampleRate,
                        bool withProgramChanges);
+
+// The same song as one sequence for each channel that plays notes, in the order of the channels. A song that
+// keeps to one channel stays whole, with whatever it says on the others.
+std::vector<Sequence> splitByChannel (const Sequence& sequence);
 }

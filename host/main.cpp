@@ -27,6 +27,7 @@ namespace
 using namespace host;
 
 constexpr int failedStatus = 1;
+constexpr int noteOn = 0x90;
 constexpr int programChange = 0xC0;
 
 // Set by Ctrl-C and its like, looked at between blocks: a render that is broken off leaves no file behind.
@@ -77,24 +78,53 @@ void selectProgram (Plugin& plugin, const ProgramList& programs, const std::stri
                               std::to_string (programs.size ()));
 }
 
-// The programs that are heard, in the order of their first appearance.
-std::vector<std::string> programsHeard (const Sequence& sequence, int first, const ProgramList& programs)
+// An instrument for each channel that plays.
+struct Ensemble
+{
+    std::vector<std::unique_ptr<Plugin>> plugins;
+    std::vector<Sequence> sequences;
+
+    std::vector<Part> parts () const
+    {
+        std::vector<Part> result;
+        for (std::size_t n = 0; n < plugins.size (); ++n)
+            result.push_back ({ *plugins[n], sequences[n] });
+        return result;
+    }
+};
+
+// The programs that are heard, in the order of their first appearance, channel by channel.
+std::vector<std::string> programsHeard (const Ensemble& ensemble, const ProgramList& programs)
 {
     std::vector<std::string> heard;
-    int program = first;
-    for (const TimedMessage& message : sequence.messages)
+    for (std::size_t part = 0; part < ensemble.plugins.size (); ++part)
     {
-        const int kind = message.bytes[0] & 0xF0;
-        if (kind == programChange)
-            program = message.bytes[1];
-        const bool noteOn = kind == 0x90 && message.bytes[2] > 0;
-        if (!noteOn || program >= programs.size ())
-            continue;
-        const std::string title = programs.title (program);
-        if (std::find (heard.begin (), heard.end (), title) == heard.end ())
-            heard.push_back (title);
+        int program = ensemble.plugins[part]->currentProgram ();
+        for (const TimedMessage& message : ensemble.sequences[part].messages)
+        {
+            const int kind = message.bytes[0] & 0xF0;
+            if (kind == programChange)
+                program = message.bytes[1];
+            if (kind != noteOn || message.bytes[2] == 0 || program >= programs.size ())
+                continue;
+            const std::string title = programs.title (program);
+            if (std::find (heard.begin (), heard.end (), title) == heard.end ())
+                heard.push_back (title);
+        }
     }
     return heard;
+}
+
+// "song 03.wav" for the third channel of "song.wav".
+std::filesystem::path stemPath (const std::filesystem::path& output, const Sequence& sequence)
+{
+    const int channel = sequence.messages.empty () ? 1 : (sequence.messages.front ().bytes[0] & 0x0F) + 1;
+    std::string number = std::to_string (channel);
+    number.insert (0, number.size () < 2 ? " 0" : " ");
+    std::filesystem::path name = output.stem ();
+    name += number;
+    name += output.extension ();
+    return output.parent_path () / name;
 }
 
 void print (const Sequence& sequence, const LevelMeter& meter, const RenderReport& report, int sampleRate)
@@ -119,12 +149,12 @@ void print (const Sequence& sequence, const LevelMeter& meter, const RenderRepor
 }
 
 // Compares what the names lead to, links included.
-void checkOutput (const Options& options)
+void checkOutput (const Options& options, const std::filesystem::path& output)
 {
     std::error_code none;
     for (const auto& [file, what] : { std::pair{ options.song, "song" }, { options.library, "library" } })
     {
-        if (std::filesystem::equivalent (file, options.output, none))
+        if (std::filesystem::equivalent (file, output, none))
             throw std::runtime_error (std::string ("the output would overwrite the ") + what +
                                       "; give it another name with -o");
     }
@@ -139,51 +169,89 @@ void checkLength (const Sequence& sequence, const Options& options)
                                   " hours, which is more than a WAV file can hold at this rate");
 }
 
+// The song's own program changes are left out when the user has named a program.
+Ensemble ensembleFor (const Options& options, const midi::Song& song, const TempoMap& tempos)
+{
+    Ensemble ensemble;
+    ensemble.sequences =
+        splitByChannel (makeSequence (song, tempos, options.sampleRate, options.program.empty ()));
+    for (std::size_t n = 0; n < ensemble.sequences.size (); ++n)
+        ensemble.plugins.push_back (during ("load the library", options.library,
+                                            [&] { return std::make_unique<Plugin> (options.library); }));
+    return ensemble;
+}
+
+RenderReport renderToFiles (const Options& options, const Ensemble& ensemble, const TempoMap& tempos,
+                            LevelMeter& meter)
+{
+    std::vector<std::unique_ptr<WavWriter>> stems;
+    if (options.stems)
+    {
+        for (const Sequence& sequence : ensemble.sequences)
+            stems.push_back (std::make_unique<WavWriter> (stemPath (options.output, sequence),
+                                                          options.sampleRate, options.format));
+    }
+    WavWriter wav (options.output, options.sampleRate, options.format);
+    ProgressBar bar (options.progress);
+    const auto keep = [&] (std::span<const float> stereo)
+    {
+        wav.add (stereo);
+        meter.add (stereo);
+    };
+    const auto keepPart = [&] (std::size_t part, std::span<const float> stereo)
+    {
+        if (options.stems)
+            stems[part]->add (stereo);
+    };
+    const auto progress = [&] (double done, double all)
+    {
+        if (interrupted != 0)
+            throw std::runtime_error ("it was interrupted");
+        bar.show (done, all);
+    };
+    Renderer renderer (
+        ensemble.parts (), tempos,
+        { options.sampleRate, options.blockSize, options.tailLimit, WavWriter::maxFrames (options.format) });
+    const RenderReport result = renderer.render (keep, progress, keepPart);
+    wav.finish ();
+    for (const auto& stem : stems)
+        stem->finish ();
+    return result;
+}
+
 void renderSong (const Options& options)
 {
     const midi::Song song =
         during ("read the MIDI file", options.song, [&] { return midi::read (options.song); });
-    checkOutput (options);
-    const auto plugin = during ("load the library", options.library,
-                                [&] { return std::make_unique<Plugin> (options.library); });
-    const ProgramList programs = programsOf (*plugin);
-    if (!options.program.empty ())
-        selectProgram (*plugin, programs, options.program);
-
+    checkOutput (options, options.output);
     const TempoMap tempos (song);
-    const Sequence sequence = makeSequence (song, tempos, options.sampleRate, options.program.empty ());
-    checkLength (sequence, options);
-    const std::vector<std::string> heard = programsHeard (sequence, plugin->currentProgram (), programs);
+    const Ensemble ensemble = ensembleFor (options, song, tempos);
+    for (const Sequence& sequence : ensemble.sequences)
+    {
+        if (options.stems)
+            checkOutput (options, stemPath (options.output, sequence));
+    }
+    const ProgramList programs = programsOf (*ensemble.plugins.front ());
+    if (!options.program.empty ())
+    {
+        for (const auto& plugin : ensemble.plugins)
+            selectProgram (*plugin, programs, options.program);
+    }
+    checkLength (ensemble.sequences.front (), options);
+    const std::vector<std::string> heard = programsHeard (ensemble, programs);
 
     LevelMeter meter (options.sampleRate);
     const RenderReport report =
-        during ("write", options.output,
-                [&]
-                {
-                    WavWriter wav (options.output, options.sampleRate, options.format);
-                    ProgressBar bar (options.progress);
-                    const RenderSettings settings{ options.sampleRate, options.blockSize, options.tailLimit,
-                                                   WavWriter::maxFrames (options.format) };
-                    Renderer renderer (*plugin, sequence, tempos, settings);
-                    const auto keep = [&] (std::span<const float> stereo)
-                    {
-                        wav.add (stereo);
-                        meter.add (stereo);
-                    };
-                    const auto progress = [&] (double done, double all)
-                    {
-                        if (interrupted != 0)
-                            throw std::runtime_error ("it was interrupted");
-                        bar.show (done, all);
-                    };
-                    const RenderReport result = renderer.render (keep, progress);
-                    wav.finish ();
-                    return result;
-                });
+        during ("write", options.output, [&] { return renderToFiles (options, ensemble, tempos, meter); });
     for (const std::string& title : heard)
         std::printf ("Program:   %s\n", title.c_str ());
-    print (sequence, meter, report, options.sampleRate);
+    print (ensemble.sequences.front (), meter, report, options.sampleRate);
     std::printf ("Written:   %s\n", utf8 (options.output).c_str ());
+    if (options.stems)
+    {
+        for (const Sequence& sequence : ensemble.sequences)
+            std::printf ("Written:   %s\n", utf8 (stemPath (options.output, sequence)).c_str ());
+    }
 }
 
 void listPrograms (const Options& options)

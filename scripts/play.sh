@@ -28,9 +28,15 @@ links=$(mktemp -d)
 ln -s "$(readlink -f -- "$song")" "$links/song.mid"
 ln -s "$beside" "$links/folder"
 
+# The channels' files are named like the output, with a number before its ending.
+channelFile () { # file, number with its ending
+    local name=${1##*/}
+    printf '%s' "${1%"$name"}${name%.*} $2"
+}
 withNames () { # text: with the user's names in place of ours
     local text=${1//"$links/song.mid"/"$song"}
-    put "${text//"$links/folder/song.wav"/"$output"}"
+    text=${text//"$links/folder/song.wav"/"$output"}
+    put "${text//"$links/folder/song "/"$(channelFile "$output" "")"}"
 }
 
 # Every picture of the progress bar starts with a carriage return, so that is where a part ends.
@@ -48,4 +54,8 @@ host () {
 report=$({ host "$@" 2>&1 >&3 3>&- | copyWithNames >&2; } 3>&1)
 [ ! -f "$target" ] || chmod --reference="$target" -- "$beside/song.wav" || true
 reason=$(mv -fT -- "$beside/song.wav" "$target" 2>&1) || fail "cannot write $output: ${reason##*: }."
+for channel in "$beside"/song\ ??.wav; do
+    [ -f "$channel" ] || continue
+    reason=$(mv -fT -- "$channel" "$(channelFile "$target" "${channel##*song }")" 2>&1) || fail "cannot write $output: ${reason##*: }."
+done
 withNames "$report"$'\n'

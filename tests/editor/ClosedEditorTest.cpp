@@ -79,13 +79,6 @@ TEST_F (ClosedEditor, IgnoresWhatHappens)
     EXPECT_TRUE (host.calls.empty ());
 }
 
-TEST_F (ClosedEditor, TakesKeysWithoutActing)
-{
-    const float before = synth->getParameter (paramOsc2Fine);
-    EXPECT_EQ (call (effEditKeyDown, nullptr, '1'), 1);
-    EXPECT_EQ (synth->getParameter (paramOsc2Fine), before);
-}
-
 TEST_F (ClosedEditor, ClosingAndIdlingAreHarmless)
 {
     call (effEditClose);

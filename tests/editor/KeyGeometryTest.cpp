@@ -62,14 +62,4 @@ TEST (KeyGeometry, ZonesAreTiledWithoutGaps)
     }
 }
 
-// Where a key is drawn, there it is hit.
-TEST (KeyGeometry, PicturesLieUnderTheirHits)
-{
-    for (int note = 48; note <= 72; ++note)
-    {
-        const bool white = KeyGeometry::isWhite (note);
-        const double middle = keys.left (note) + (white ? 35.0 : 21.0) / 2.0;
-        EXPECT_EQ (keys.hitTest (middle, white ? 80.0 : 20.0), note);
-    }
-}
 }

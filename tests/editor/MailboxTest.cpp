@@ -77,28 +77,6 @@ TEST (Mailbox, NotesAreHeldUntilTheyEnd)
     EXPECT_FALSE (Mailbox::contains (news.notesDown (), 127));
 }
 
-TEST (Mailbox, NotesOutsideTheRangeAreDropped)
-{
-    Mailbox box;
-    box.open ();
-    for (const float value : { -1.0f, 1.0f, 1e9f })
-        box.post (commandKeyOn, value);
-    const auto news = box.take ();
-    EXPECT_EQ (news.notesDown (), Mailbox::NoteSet{});
-}
-
-TEST (Mailbox, OpeningForgetsWhatWasLeft)
-{
-    Mailbox box;
-    box.open ();
-    box.post (commandKeyOn, noteValue (60));
-    box.shut ();
-    box.open ();
-    const auto news = box.take ();
-    EXPECT_FALSE (news.any ());
-    EXPECT_EQ (news.notesDown (), Mailbox::NoteSet{});
-}
-
 // The last value posted is always seen in the end, however posts and takes fall.
 TEST (Mailbox, NothingIsLostBetweenThreads)
 {

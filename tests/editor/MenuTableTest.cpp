@@ -70,12 +70,6 @@ TEST (MenuTable, ALargeScreenHasAZoomThatFitsIt)
     EXPECT_EQ (zoomEntryFitting (8.0), 6);
 }
 
-TEST (MenuTable, ProgramEntries)
-{
-    EXPECT_EQ (programEntry (0, "Init"), "001 Init");
-    EXPECT_EQ (programEntry (127, "A name of 24 characters."), "128 A name of 24 characters.");
-}
-
 TEST (MenuTable, LearnMenus)
 {
     EXPECT_EQ (learnMenuEntries (0), std::vector<std::string>{ "MidiLearn" });

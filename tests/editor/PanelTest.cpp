@@ -9,7 +9,7 @@
 #include "editor/Panel.h"
 #include "platform/HostWindow.h"
 #include "tests/editor/Bench.h"
-#include "tests/support/TestSynth.h"
+#include "tests/support/FakeSystem.h"
 
 using namespace editor;
 using namespace instrument;
@@ -55,7 +55,7 @@ public:
 // One instrument with its panel, still closed.
 struct TestPanel
 {
-    explicit TestPanel (FakeHost& host) : synth (host.services (), format), panel (synth, format)
+    explicit TestPanel (FakeSystem& system) : synth (system.services (), format), panel (synth, format)
     {
         format.instrument = &synth;
         synth.attachEditor (&panel);
@@ -83,7 +83,9 @@ engine::Event midi (int status, int data1, int data2)
 // The same with the panel open, and hands on it.
 struct OpenPanel : TestPanel
 {
-    explicit OpenPanel (FakeHost& host) : TestPanel (host), window (platform::HostWindow::make (612, 433))
+    explicit OpenPanel (FakeSystem& system)
+        : TestPanel (system),
+          window (platform::HostWindow::make (612, 433))
     {
         panel.open (window->handle ());
     }
@@ -155,12 +157,12 @@ protected:
     }
 
     VirtualDisplay display;
-    FakeHost host;
+    FakeSystem system;
 };
 
 TEST_F (PanelInProcess, IdlesWithoutDrawing)
 {
-    OpenPanel open (host);
+    OpenPanel open (system);
     auto* recorder = new DrawRecorder; // the frame's
     open.panel.getFrame ()->addView (recorder);
     ASSERT_TRUE (settle (open, *recorder));
@@ -176,7 +178,7 @@ TEST_F (PanelInProcess, IdlesWithoutDrawing)
 
 TEST_F (PanelInProcess, DrawsOnlyWhatChanged)
 {
-    OpenPanel open (host);
+    OpenPanel open (system);
     auto* recorder = new DrawRecorder;
     open.panel.getFrame ()->addView (recorder);
     ASSERT_TRUE (settle (open, *recorder));
@@ -209,8 +211,8 @@ TEST_F (PanelInProcess, DrawsOnlyWhatChanged)
 
 TEST_F (PanelInProcess, SeveralPanelsLiveSideBySide)
 {
-    auto first = std::make_unique<OpenPanel> (host);
-    OpenPanel second (host);
+    auto first = std::make_unique<OpenPanel> (system);
+    OpenPanel second (system);
     const auto shown = [] (OpenPanel& open)
     { return open.panel.slot (paramFilterFreq).control->getValue (); };
     first->synth.setParameter (paramFilterFreq, 0.1f);
@@ -224,13 +226,13 @@ TEST_F (PanelInProcess, SeveralPanelsLiveSideBySide)
     for (int i = 0; i < 10; ++i)
         second.idle ();
     EXPECT_FLOAT_EQ (shown (second), 0.4f);
-    first = std::make_unique<OpenPanel> (host);
+    first = std::make_unique<OpenPanel> (system);
     EXPECT_NE (first->panel.getFrame (), nullptr);
 }
 
 TEST_F (PanelInProcess, EveryParameterControlHasItsMenu)
 {
-    OpenPanel open (host);
+    OpenPanel open (system);
     int menus = 0;
     for (std::int32_t tag = 0; tag < Panel::slotCount; ++tag)
     {
@@ -249,24 +251,10 @@ TEST_F (PanelInProcess, EveryParameterControlHasItsMenu)
     EXPECT_EQ (menus, 32); // 38 parameters, six of them in menus or nowhere
 }
 
-TEST_F (PanelInProcess, LearnedControllersReachTheMenus)
-{
-    OpenPanel open (host);
-    const auto& menu = *open.panel.slot (18).rightMenu;
-    open.synth.setParameter (commandLearn, 18.0f);
-    open.play ({ midi (0xB0, 74, 100) });
-    EXPECT_EQ (menu.boundController (), 0u) << "waits for the idle call";
-    open.idle ();
-    EXPECT_EQ (menu.boundController (), 74u);
-    open.synth.setParameter (commandLearn, 1018.0f);
-    open.idle ();
-    EXPECT_EQ (menu.boundController (), 0u);
-}
-
 // What the engine tells: notes that start and end, and that all have ended.
 TEST_F (PanelInProcess, EngineNoticesReachTheKeyboard)
 {
-    OpenPanel open (host);
+    OpenPanel open (system);
     const Keyboard& keyboard = *open.panel.onScreenKeyboard ();
     const auto shows = [&] (int note)
     {
@@ -287,7 +275,7 @@ TEST_F (PanelInProcess, EngineNoticesReachTheKeyboard)
 // A key that the mouse holds stays down whatever ends its note.
 TEST_F (PanelInProcess, KeyUnderTheMouseIgnoresNoteOffs)
 {
-    OpenPanel open (host);
+    OpenPanel open (system);
     const Keyboard& keyboard = *open.panel.onScreenKeyboard ();
     const CPoint lowC (39 + 5, 316 + 90);
     open.press (lowC);
@@ -301,7 +289,7 @@ TEST_F (PanelInProcess, KeyUnderTheMouseIgnoresNoteOffs)
 
 TEST_F (PanelInProcess, DragsAreTakenBackAsOneStep)
 {
-    OpenPanel open (host);
+    OpenPanel open (system);
     open.synth.setParameter (paramFilterFreq, 0.5f);
     open.idle ();
     open.dragUp (paramFilterFreq, 4);
@@ -327,7 +315,7 @@ TEST_F (PanelInProcess, DragsAreTakenBackAsOneStep)
 
 TEST_F (PanelInProcess, UndoGoesBackToTheProgramOfTheStep)
 {
-    OpenPanel open (host);
+    OpenPanel open (system);
     open.synth.setProgram (3);
     const float before = open.value (paramFilterRez);
     open.dragUp (paramFilterRez, 2);
@@ -342,7 +330,7 @@ TEST_F (PanelInProcess, UndoGoesBackToTheProgramOfTheStep)
 
 TEST_F (PanelInProcess, RandomSoundsAndLoadedBanksAreTakenBack)
 {
-    OpenPanel open (host);
+    OpenPanel open (system);
     const auto values = [&]
     {
         std::vector<float> all;
@@ -365,7 +353,7 @@ TEST_F (PanelInProcess, RandomSoundsAndLoadedBanksAreTakenBack)
     open.key (VirtualKey::Down);
     open.key (VirtualKey::Down);
     open.key (VirtualKey::Return);
-    ASSERT_EQ (host.messages.size (), 1u);
+    ASSERT_EQ (system.messages.size (), 1u);
     EXPECT_EQ (values (), before);
     open.undo ();
     EXPECT_EQ (values (), random) << "the bank as it was, with the random sound in it";
@@ -375,7 +363,7 @@ TEST_F (PanelInProcess, RandomSoundsAndLoadedBanksAreTakenBack)
 
 TEST_F (PanelInProcess, HostsAndControllersMakeNoSteps)
 {
-    OpenPanel open (host);
+    OpenPanel open (system);
     open.synth.setParameter (commandLearn, 18.0f);
     open.play ({ midi (0xB0, 74, 32), midi (0xB0, 74, 64) });
     open.synth.setParameter (paramFilterRez, 0.123f);
@@ -402,7 +390,7 @@ bool hasScrollbar (CViewContainer& container)
 
 TEST_F (PanelInProcess, MenusScrollWithoutTheToolkit)
 {
-    OpenPanel open (host);
+    OpenPanel open (system);
     open.press (toRect (panel::programDisplayRect).getCenter ());
     open.key (VirtualKey::Down);
     open.key (VirtualKey::Right); // the basses, more than fit
@@ -412,39 +400,9 @@ TEST_F (PanelInProcess, MenusScrollWithoutTheToolkit)
     EXPECT_EQ (open.synth.getProgram (), 23);
 }
 
-// The audio thread plays and learns while the interface idles, opens and closes.
-TEST_F (PanelInProcess, AudioThreadAndInterfaceThread)
-{
-    TestPanel test (host);
-    std::atomic<bool> stop = false;
-    EditorLink& link = test.panel;
-    std::thread audio (
-        [&]
-        {
-            for (int i = 0; !stop; ++i)
-            {
-                link.setParameter (i % Panel::slotCount, static_cast<float> (i % 100) / 100.0f);
-                link.setParameter (i % 2 == 0 ? commandKeyOn : commandKeyOff,
-                                   static_cast<float> (i % 128) / 128.0f);
-                link.refreshLearnMenus ();
-                link.markCurrentProgram ();
-            }
-        });
-    for (int opening = 0; opening < 5; ++opening)
-    {
-        const auto window = platform::HostWindow::make (612, 433);
-        EXPECT_TRUE (test.panel.open (window->handle ()));
-        for (int i = 0; i < 20; ++i)
-            test.panel.idle ();
-        test.panel.close ();
-    }
-    stop = true;
-    audio.join ();
-}
-
 TEST_F (PanelInProcess, WithoutADisplayItDoesNotOpen)
 {
-    TestPanel test (host);
+    TestPanel test (system);
     display.leave ();
     int anything = 0;
     EXPECT_FALSE (test.panel.open (&anything));

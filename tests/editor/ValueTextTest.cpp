@@ -121,6 +121,7 @@ TEST (ValueText, TypedTextIsUnderstood)
     for (const char* nonsense : { "", "  ", "loud", "dB", "nan", "1e999" })
         EXPECT_FALSE (valueFromText (paramVolume, nonsense, plain).has_value ()) << nonsense;
     EXPECT_FALSE (valueFromText (paramLfoRate, "1/7", synced).has_value ());
+    EXPECT_FALSE (valueFromText (paramVoices, "1", plain).has_value ()) << "ten is not one";
 }
 
 // What a field shows when it opens is taken back as the value that it came from.

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <complex>
 #include <random>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -13,9 +14,6 @@ namespace
 using Complex = std::complex<double>;
 
 constexpr double twoPi = 6.28318530717958648;
-constexpr float rates[] = { 1000.0f,  2000.0f,  4000.0f,  8000.0f,   11025.0f,  22050.0f,
-                            44100.0f, 48000.0f, 96000.0f, 192000.0f, 1000000.0f };
-
 Filter filter (float rate, std::int32_t type, float resonance, bool drives = false, bool smooths = false)
 {
     Filter f;
@@ -65,107 +63,65 @@ Complex measure (Filter f, double w)
 
 TEST (FilterTest, ResponseIsThatOfItsStages)
 {
-    struct Row
-    {
-        std::int32_t type;
-        float resonance;
-        double damping; // 2 (1 - r), r within 0.3 .. 0.968
-        float control;
-        float rate;
-        bool drives;
-        bool smooths;
-    };
     using namespace filterCore;
-    for (const Row& row : { Row{ lowPass, 0.5f, 1.0, 0.4f, 44100, false, false },
-                            Row{ lowPass, 0.0f, 1.4, 0.1f, 96000, true, false },
-                            Row{ bandPass, 1.0f, 0.064, 0.5f, 44100, false, false },
-                            Row{ bandPass, -3.0f, 1.4, 0.8f, 48000, true, true },
-                            Row{ highPass, 0.9f, 0.2, 0.8f, 44100, true, true },
-                            Row{ highPass, 0.5f, 1.0, 0.1f, 96000, false, true },
-                            Row{ lowPass, 0.5f, 1.0, 0.5f, 44100, false, true },
-                            Row{ lowPass, 0.8f, 0.4, 0.3f, 44100, true, true } })
+    // type, resonance and its damping 2 (1 - r) with r within 0.3 .. 0.968, control, rate, drive, smoothing
+    using Row = std::tuple<std::int32_t, float, double, float, float, bool, bool>;
+    for (const auto& [type, resonance, damping, control, rate, drives, smooths] :
+         { Row{ lowPass, 0.5f, 1.0, 0.4f, 44100, false, false },
+           Row{ lowPass, 0.0f, 1.4, 0.1f, 96000, true, false },
+           Row{ bandPass, 1.0f, 0.064, 0.5f, 44100, false, false },
+           Row{ bandPass, -3.0f, 1.4, 0.8f, 48000, true, true },
+           Row{ highPass, 0.9f, 0.2, 0.8f, 44100, true, true },
+           Row{ highPass, 0.5f, 1.0, 0.1f, 96000, false, true },
+           Row{ lowPass, 0.5f, 1.0, 0.5f, 44100, false, true },
+           Row{ lowPass, 0.8f, 0.4, 0.3f, 44100, true, true } })
     {
-        Filter f = filter (row.rate, row.type, row.resonance, row.drives, row.smooths);
-        f.setCutoff (row.control);
+        Filter f = filter (rate, type, resonance, drives, smooths);
+        f.setCutoff (control);
         for (int n = 0; n < 200; ++n) // the extra pole trails the cutoff by 0.01 a sample
             f.process (0.0f);
-        const auto rate = static_cast<double> (row.rate);
-        const double hz = static_cast<double> (row.control * row.control) * 6460.0 + 100.0;
+        const double hz = static_cast<double> (control * control) * 6460.0 + 100.0;
+        const double coefficient = twoPi * hz / static_cast<double> (rate);
         for (const double probe : { 5.0, 0.5 * hz, hz, 2.0 * hz, 15000.0 })
         {
-            const double w = twoPi * probe / rate;
-            Complex expected = section (row.type, twoPi * hz / rate, row.damping, w);
-            if (row.drives)
-                expected *= smallDrive (rate, w);
+            const double w = twoPi * probe / static_cast<double> (rate);
+            Complex expected = section (type, coefficient, damping, w);
+            if (drives)
+                expected *= smallDrive (static_cast<double> (rate), w);
             double tolerance = 1e-3 * std::abs (expected) + 1e-3;
-            if (row.smooths && row.type == lowPass) // on the others it has no effect
+            if (smooths && type == lowPass) // on the others it has no effect
             {
-                expected *= pole (twoPi * hz / rate, w);
+                expected *= pole (coefficient, w);
                 tolerance += 0.03 * std::abs (expected); // its coefficient sways about the cutoff by a step
             }
             EXPECT_LT (std::abs (measure (f, w) - expected), tolerance)
-                << "type " << row.type << ", cutoff " << hz << ", drive " << row.drives << ", at " << probe;
+                << "type " << type << ", cutoff " << hz << ", drive " << drives << ", at " << probe;
         }
     }
 }
 
-TEST (FilterTest, CutoffByControlAndKey)
-{
-    struct Row
-    {
-        float control;
-        bool tracks;
-        int note;
-        double hz;
-    };
-    const auto tracked = [] (double control, int key)
-    { return (control * control + 0.02) * 0.06 * 440.0 * std::exp2 ((key - 69) / 12.0) * 6460.0; };
-    for (const Row& row :
-         { Row{ 0.0f, false, 60, 100.0 }, Row{ 1.0f, false, 60, 6500.0 }, Row{ -0.5f, false, 60, 1715.0 },
-           Row{ 3.0f, false, 60, 6500.0 }, Row{ 0.3f, true, 60, tracked (0.3, 12) },
-           Row{ 0.3f, true, 84, tracked (0.3, 36) }, Row{ 0.2f, true, 20, tracked (0.2, 0) },
-           Row{ 0.0f, true, 48, 100.0 }, Row{ 1.0f, true, 127, 6500.0 } })
-    {
-        Filter f = filter (44100.0f, 0, 0.5f);
-        f.setKeyTrack (row.tracks);
-        f.setKey (row.note);
-        f.setCutoff (row.control);
-        EXPECT_NEAR (f.cutoffHz (), row.hz, 0.001 * row.hz) << row.control << " " << row.note;
-    }
-}
-
-// The first sample of a fresh high-pass is the drive stage's own: its clip, and what the band adds to it.
+// The first sample of a fresh high-pass is the drive stage's own: its clip, and what the band adds to it. The
+// lower ceiling is the smaller one.
 TEST (FilterTest, DriveStageCeilings)
 {
+    using Row = std::tuple<float, double>;
     for (const auto& [in, out] :
-         { std::pair{ 1.0f, 0.875 }, std::pair{ -1.0f, -0.875 }, std::pair{ 2.0f, 1.5 },
-           std::pair{ 4.0f, 2.0 }, std::pair{ -4.0f, -2.0 }, std::pair{ 4.01f, 2.0 },
-           std::pair{ -4.01f, -1.0 }, std::pair{ 1e6f, 2.0 }, std::pair{ -1e6f, -1.0 } })
+         { Row{ 1.0f, 0.875 }, Row{ -1.0f, -0.875 }, Row{ 2.0f, 1.5 }, Row{ 4.0f, 2.0 }, Row{ -4.0f, -2.0 },
+           Row{ 4.01f, 2.0 }, Row{ -4.01f, -1.0 }, Row{ 1e6f, 2.0 }, Row{ -1e6f, -1.0 } })
     {
         Filter f = filter (44100.0f, filterCore::highPass, 0.5f, true);
         EXPECT_NEAR (f.process (in), out * (1.0 + 0.4 * twoPi * 1000.0 / 44100.0), 1e-5) << in;
     }
 }
 
-// The check looks at the type that there is, so a foreign number gets in, and stays.
-TEST (FilterTest, AForeignTypeRepeatsTheLastSampleForGood)
+// The first target is taken at once. From then on the base moves by the square of its distance: fast first.
+TEST (FilterTest, BaseOfTheCutoffMovesFastFirstAndSettles)
 {
-    Filter f = filter (44100.0f, filterCore::lowPass, 0.5f);
-    f.setCutoff (0.5f);
-    const float last = f.process (1.0f);
-    f.setType (7);
-    EXPECT_EQ (f.process (0.5f), last);
-    f.setType (filterCore::lowPass);
-    EXPECT_EQ (f.process (-0.5f), last);
-}
-
-// The base of the cutoff moves by the square of its distance, so fast first, and settles.
-TEST (FilterTest, BaseMovesFastFirstAndSettles)
-{
-    for (const float rate : rates)
+    for (const float rate : { 1000.0f, 44100.0f, 192000.0f })
     {
         Filter f = filter (rate, 0, 0.5f);
-        double expected = 0.0;
+        double expected = 0.3;
+        EXPECT_EQ (f.keyTrackedBase (0.3f), 0.3f);
         for (int n = 0; n < 20000; ++n)
         {
             const double target = n < 10000 ? 0.8 : 0.1;
@@ -179,45 +135,59 @@ TEST (FilterTest, BaseMovesFastFirstAndSettles)
         EXPECT_NEAR (f.keyTrackedBase (target), 0.0f, 1e-6f);
 }
 
-TEST (FilterTest, StableAtEveryRateWhateverIsSetLast)
+// Whatever is set last, and with a cutoff that jumps all the time, which pumps the section up at low rates.
+TEST (FilterTest, StableAtEveryRate)
 {
     std::mt19937 random (9);
-    for (const float rate : rates)
+    using Row = std::tuple<float, float>;
+    for (const auto& [rate, limit] :
+         { Row{ 1000, 500 }, Row{ 2000, 500 }, Row{ 4000, 500 }, Row{ 8000, 30 }, Row{ 11025, 30 },
+           Row{ 16000, 30 }, Row{ 22050, 30 }, Row{ 32000, 30 }, Row{ 44100, 500 }, Row{ 1000000, 500 } })
     {
-        for (int variant = 0; variant < 96; ++variant)
+        for (int variant = 0; variant < 48; ++variant)
         {
-            const float resonance = std::vector{ 0.0f, 0.5f, 0.8f, 0.968f }[random () % 4u];
             Filter f = filter (1000000.0f, variant % 3, 0.968f, variant % 2 == 0, variant % 4 < 2);
             f.setCutoff (1.0f);
             f.setSampleRate (rate);
-            if (variant % 8 < 4)
-                f.setCutoff (static_cast<float> (random () % 4u) / 3.0f);
+            const float resonance = static_cast<float> (random () % 4u) / 3.0f;
             f.setResonance (resonance);
             float largest = 0.0f;
-            for (int n = 0; n < 4000; ++n)
-                largest = std::max (
-                    largest, std::abs (f.process (static_cast<float> (random () % 2001u) / 250.0f - 4.0f)));
-            EXPECT_LT (largest, 500.0f) << rate << " " << resonance << " variant " << variant; // also not NaN
+            for (int n = 0; n < 8000; ++n)
+            {
+                if (variant % 8 < 4 && n % 3 == 0)
+                    f.setCutoff (static_cast<float> (random () % 101u) / 100.0f);
+                const float in = static_cast<float> (random () % 2001u) / 1000.0f - 1.0f;
+                largest = std::max (largest, std::abs (f.process (in)));
+            }
+            EXPECT_LT (largest, limit) << rate << " " << resonance << " variant " << variant; // also not NaN
         }
     }
 }
 
-TEST (FilterTest, DiesAwayToExactZero)
+TEST (FilterTest, DiesAwayToExactZeroAndHeals)
 {
     for (int variant = 0; variant < 6; ++variant)
     {
         Filter f = filter (44100.0f, variant % 3, 0.5f, variant < 3, true);
         f.setCutoff (0.3f);
-        for (int n = 0; n < 1000; ++n)
-            f.process (n % 50 < 25 ? 1.0f : -1.0f);
-        int denormals = 0;
+        Filter carrying = f;
         float last = 1.0f;
+        int denormals = 0;
         for (int n = 0; n < 44100 * 4; ++n)
         {
-            last = f.process (0.0f);
+            last = f.process (n < 1000 ? 1.0f : 0.0f);
             denormals += std::fpclassify (last) == FP_SUBNORMAL ? 1 : 0;
         }
         EXPECT_EQ (last, 0.0f) << variant;
         EXPECT_LT (denormals, 44100 / 5) << variant; // the output is no memory and may pass through them
+
+        carrying.process (1.0f);
+        Filter healed = carrying;
+        healed.heal ();
+        EXPECT_EQ (healed.process (0.5f), carrying.process (0.5f)) << "what is a number carries over";
+        carrying.process (std::numeric_limits<float>::quiet_NaN ());
+        EXPECT_FALSE (std::isfinite (carrying.process (0.0f)) && std::isfinite (carrying.process (0.0f)));
+        carrying.heal ();
+        EXPECT_TRUE (std::isfinite (carrying.process (1.0f))) << variant;
     }
 }

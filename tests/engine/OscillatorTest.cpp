@@ -18,66 +18,38 @@ Oscillator rampOscillator (float rate = 44100.0f)
 }
 
 constexpr double c0 = 16.351598; // Hz, the unit of the pitch factors
-
-struct Pitch
-{
-    const char* what;
-    int note;
-    float rate;
-    int range;
-    float correction;
-    float fine;
-    float bend;
-    float master;
-    float lfo;
-    double hz; // expected
-};
-
-const Pitch pitches[] = {
-    { "concert a", 69, 44100, 0, 0, 0, 0, 0, 0, 440.0 },
-    { "concert a, 8 kHz", 69, 8000, 0, 0, 0, 0, 0, 0, 440.0 },
-    { "concert a, 192 kHz", 69, 192000, 0, 0, 0, 0, 0, 0, 440.0 },
-    { "concert a, 1 MHz", 69, 1000000, 0, 0, 0, 0, 0, 0, 440.0 },
-    { "lowest", 0, 44100, 0, 0, 0, 0, 0, 0, 8.1758 },
-    { "highest", 127, 48000, 0, 0, 0, 0, 0, 0, 12543.854 },
-    { "range up", 60, 44100, 13, 0, 0, 0, 0, 0, keyHz (73) },
-    { "range down", 60, 44100, -23, 0, 0, 0, 0, 0, keyHz (37) },
-    { "past the top of the table it begins anew", 120, 48000, 13, 0, 0, 0, 0, 0, keyHz (5) },
-    { "past its bottom it ends", 2, 48000, -11, 0, 0, 0, 0, 0, keyHz (119) },
-    { "saw's correction", 60, 44100, 0, 0.441f, 0, 0, 0, 0, keyHz (60) * (1.0 + 0.441 / c0) },
-    { "pulse's correction", 60, 44100, 0, 0.396f, 0, 0, 0, 0, keyHz (60) * (1.0 + 0.396 / c0) },
-    { "fine at its end", 57, 44100, 0, 0, 1, 0, 0, 0, 440.0 },
-    { "fine is linear in Hz", 57, 44100, 0, 0, 0.25f, 0, 0, 0, 275.0 },
-    { "fine stops at note 127", 120, 96000, 0, 0, 1, 0, 0, 0, 12543.854 },
-    { "negative fine", 69, 44100, 0, 0, -0.5f, 0, 0, 0, 330.0 },
-    { "below zero it all but stands", 69, 44100, 0, 0, -12, 0, 0, 0, 0.0 },
-    { "full bend up", 69, 44100, 0, 0, 0, 1, 0, 0, keyHz (71) },
-    { "full bend down", 69, 44100, 0, 0, 0, -1, 0, 0, keyHz (67) },
-    { "half a bend, in Hz", 69, 44100, 0, 0, 0, 0.5f, 0, 0, (440.0 + keyHz (71)) / 2.0 },
-    { "bend and fine add", 57, 44100, 0, 0, 1, 1, 0, 0, 440.0 + keyHz (59) - 220.0 },
-    { "bend is not scaled by the factors", 69, 44100, 0, 0, 0, 1, 1, 0,
-      440.0 * (1.0 + 1.0 / c0) + keyHz (71) - 440.0 },
-    { "master up", 69, 44100, 0, 0, 0, 0, 1, 0, 440.0 * (1.0 + 1.0 / c0) },
-    { "master down", 69, 44100, 0, 0, 0, 0, -1, 0, 440.0 * (1.0 - 1.0 / c0) },
-    { "lfo up", 69, 44100, 0, 0, 0, 0, 0, 2, 440.0 * (1.0 + 2.0 / c0) },
-    { "factors multiply", 69, 44100, 0, 0.441f, 0, 0, 1, -2,
-      440.0 * (1.0 + 0.441 / c0) * (1.0 + 1.0 / c0) * (1.0 - 2.0 / c0) },
-    { "held at the highest note", 127, 96000, 0, 0, 0, 0, 1, 0, 12543.854 },
-};
 }
 
+// note, rate, range, correction, fine, bend, master, lfo; Hz
 TEST (OscillatorTest, PitchFollowsItsSettings)
 {
-    for (const Pitch& row : pitches)
+    constexpr double up = 1.0 + 1.0 / c0;
+    using Row = std::tuple<int, float, int, float, float, float, float, float, double>;
+    for (const auto& [note, rate, range, correction, fine, bend, master, lfo, hz] :
+         { Row{ 69, 44100, 0, 0, 0, 0, 0, 0, 440.0 }, Row{ 0, 8000, 0, 0, 0, 0, 0, 0, 8.1758 },
+           Row{ 127, 48000, 0, 0, 0, 0, 0, 0, 12543.854 },
+           Row{ 120, 48000, 13, 0, 0, 0, 0, 0, keyHz (5) }, // the table begins anew past its ends
+           Row{ 2, 48000, -11, 0, 0, 0, 0, 0, keyHz (119) },
+           Row{ 57, 44100, 0, 0, 0.25f, 0, 0, 0, 275.0 },  // linear in Hz
+           Row{ 120, 96000, 0, 0, 1, 0, 0, 0, 12543.854 }, // stops at note 127
+           Row{ 69, 44100, 0, 0, -0.5f, 0, 0, 0, 330.0 },
+           Row{ 69, 44100, 0, 0, -12, 0, 0, 0, 0.0 }, // all but stands
+           Row{ 69, 44100, 0, 0, 0, 0.5f, 0, 0, (440.0 + keyHz (71)) / 2.0 },
+           Row{ 57, 44100, 0, 0, 1, 1, 0, 0,
+                440.0 + keyHz (59) - 220.0 }, // bend and fine add, and are not scaled:
+           Row{ 69, 44100, 0, 0, 0, 1, 1, 0, 440.0 * up + keyHz (71) - 440.0 },
+           Row{ 69, 44100, 0, 0.441f, 0, 0, 1, -2, 440.0 * (1.0 + 0.441 / c0) * up * (1.0 - 2.0 / c0) },
+           Row{ 127, 96000, 0, 0, 0, 0, 1, 0, 12543.854 } }) // the highest there is
     {
-        Oscillator oscillator = rampOscillator (row.rate);
-        oscillator.setRange (row.range, row.correction);
-        oscillator.setFine (row.fine);
-        oscillator.setPitchBend (row.bend, 2);
-        oscillator.setMasterPitch (row.master);
-        oscillator.setLfoPitch (row.lfo);
-        oscillator.setNote (row.note, true);
-        EXPECT_NEAR (hzOf (oscillator, row.rate), row.hz, row.hz * 3e-5 + 1e-3) << row.what;
+        Oscillator oscillator = rampOscillator (rate);
+        oscillator.setRange (range, correction);
+        oscillator.setFine (fine);
+        oscillator.setPitchBend (bend, 2);
+        oscillator.setMasterPitch (master);
+        oscillator.setLfoPitch (lfo);
+        oscillator.setNote (note, true);
+        EXPECT_NEAR (hzOf (oscillator, rate), hz, hz * 3e-5 + 1e-3)
+            << note << " " << range << " " << fine << " " << bend;
     }
 }
 
@@ -136,11 +108,6 @@ TEST (OscillatorTest, WithoutATableItIsSilentAndStandsStill)
     oscillator.setNote (60, true);
     oscillator.setTable (nullptr, 0, Oscillator::Mode::cycleSelect, 0); // a missing recording
     EXPECT_EQ (oscillator.mode (), Oscillator::Mode::singleCycle);
-    float run[4] = { 1.0f, 1.0f, 1.0f, 1.0f };
-    oscillator.addRun (run, 2, 1.0f);
-    oscillator.addRunFull (run + 2, 2, 1.0f);
-    for (const float sample : run)
-        EXPECT_EQ (sample, 1.0f);
     EXPECT_EQ (oscillator.tick () + oscillator.tickFull (), 0.0f);
     oscillator.setPulseWidth (100.0f); // ignored
     oscillator.setTable (ramp ().samples.data (), rampLength, Oscillator::Mode::singleCycle, 0);
@@ -166,50 +133,34 @@ TEST (OscillatorTest, NotesDoNotRestartTheCycle)
     EXPECT_NEAR (oscillator.tickFull (), 2.0f, 1e-3f);
 }
 
-TEST (OscillatorTest, GlideTakesItsTime)
+// Also a glide of a few samples, or of less than one.
+TEST (OscillatorTest, GlideTakesItsTimeAndArrivesExactly)
 {
-    struct Row
+    using Row = std::tuple<int, int, float, float>;
+    for (const auto& [from, to, glide, rate] :
+         { Row{ 57, 69, 0.3f, 44100 }, Row{ 69, 57, 0.3f, 44100 }, Row{ 60, 61, 0.1f, 8000 },
+           Row{ 30, 100, 1.0f, 22050 }, Row{ 36, 96, 0.005f, 44100 }, Row{ 96, 36, 0.005f, 44100 },
+           Row{ 36, 96, 0.02f, 44100 }, Row{ 96, 36, 0.02f, 44100 }, Row{ 40, 69, 0.001f, 44100 } })
     {
-        int from;
-        int to;
-        float glide;
-        float rate;
-    };
-    for (const Row& row : { Row{ 57, 69, 0.3f, 44100.0f }, Row{ 69, 57, 0.3f, 44100.0f },
-                            Row{ 60, 61, 0.1f, 8000.0f }, Row{ 30, 100, 1.0f, 22050.0f } })
-    {
-        Oscillator oscillator = rampOscillator (row.rate);
-        oscillator.setGlide (row.glide);
-        oscillator.setNote (row.from, true); // the first note jumps
-        const double start = keyHz (row.from);
-        const double target = keyHz (row.to);
-        EXPECT_NEAR (hzOf (oscillator, row.rate), start, start * 1e-4);
-        const double samples = static_cast<double> (row.glide * row.glide * row.rate); // time is the square
-        const double step = std::abs (target - start) / samples;
-        oscillator.setNote (row.to, true);
-        for (int n = 0; n < static_cast<int> (samples / 2.0); ++n)
+        Oscillator oscillator = rampOscillator (rate);
+        oscillator.setGlide (glide);
+        oscillator.setNote (from, true); // the first note jumps
+        EXPECT_NEAR (hzOf (oscillator, rate), keyHz (from), keyHz (from) * 1e-4);
+        const double samples = static_cast<double> (glide * glide * rate); // time is the square
+        const double step = std::abs (keyHz (to) - keyHz (from)) / samples;
+        oscillator.setNote (to, true);
+        if (samples > 100.0)
+        {
+            for (int n = 0; n < static_cast<int> (samples / 2.0); ++n)
+                oscillator.tickFull ();
+            EXPECT_NEAR (hzOf (oscillator, rate), (keyHz (from) + keyHz (to)) / 2.0, 4.0 * step);
+        }
+        for (int n = 0; n < static_cast<int> (samples) + 20; ++n)
             oscillator.tickFull ();
-        EXPECT_NEAR (hzOf (oscillator, row.rate), (start + target) / 2.0, 4.0 * step);
-        for (int n = 0; n < static_cast<int> (samples / 2.0) + 10; ++n)
-            oscillator.tickFull ();
-        EXPECT_NEAR (hzOf (oscillator, row.rate), target, target * 1e-4 + step)
-            << row.from << " to " << row.to;
+        EXPECT_NEAR (hzOf (oscillator, rate), keyHz (to), keyHz (to) * 1e-5)
+            << from << " to " << to << " in " << glide;
         oscillator.clearGlide ();
-        oscillator.setNote (row.from, true);
-        EXPECT_NEAR (hzOf (oscillator, row.rate), start, start * 1e-4) << "cleared, it jumps";
-    }
-}
-
-TEST (OscillatorTest, VeryFastReadsStayInTheTable)
-{
-    const std::vector<float> table = { 1.0f, 2.0f, 3.0f, 1.0f };
-    Oscillator oscillator;
-    oscillator.setTable (table.data (), 3, Oscillator::Mode::singleCycle, 0);
-    oscillator.setSampleRate (1000.0f);
-    oscillator.setNote (127, true);
-    for (int n = 0; n < 1000; ++n)
-    {
-        const float sample = oscillator.tickFull ();
-        ASSERT_TRUE (sample >= 1.0f && sample <= 3.0f);
+        oscillator.setNote (from, true);
+        EXPECT_NEAR (hzOf (oscillator, rate), keyHz (from), keyHz (from) * 1e-4) << "cleared, it jumps";
     }
 }

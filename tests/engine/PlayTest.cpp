@@ -37,10 +37,10 @@ protected:
             voices += state (v) != State::idle ? 1 : 0;
         return voices;
     }
-    void expectPitch (double hz, int voice = 0, double tolerance = 0.01)
+    void expectPitch (double hz, int voice = 0)
     {
-        EXPECT_NEAR (hzOf (synth.voice (voice).osc1, synth.rate), hz, tolerance);
-        EXPECT_NEAR (hzOf (synth.voice (voice).osc2, synth.rate), hz, tolerance);
+        EXPECT_NEAR (hzOf (synth.voice (voice).osc1, synth.rate), hz, 0.01);
+        EXPECT_NEAR (hzOf (synth.voice (voice).osc2, synth.rate), hz, 0.01);
     }
 
     TestEngine synth;
@@ -59,8 +59,9 @@ TEST_F (PlayTest, EachKeyTakesAVoiceAndAStruckKeyItsOwn)
     letGo (64);
     press (67, 0); // velocity 0 lets go
     letGo (99);    // was never down
+    using Row = std::tuple<int, State>;
     for (const auto& [voice, expected] :
-         { std::pair{ 0, State::sustain }, std::pair{ 1, State::release }, std::pair{ 2, State::release } })
+         { Row{ 0, State::sustain }, Row{ 1, State::release }, Row{ 2, State::release } })
         EXPECT_EQ (state (voice), expected) << voice;
     EXPECT_EQ (synth.voice (0).filterEnv.state (), State::attack);
     EXPECT_EQ (synth.voice (1).filterEnv.state (), State::release) << "envelope 2 is released with the key";
@@ -71,29 +72,16 @@ TEST_F (PlayTest, EachKeyTakesAVoiceAndAStruckKeyItsOwn)
         (Keys{ { '+', 60 }, { '+', 64 }, { '+', 67 }, { '+', 64 }, { '-', 64 }, { '-', 67 }, { '+', 62 } }));
 }
 
-TEST_F (PlayTest, MoreKeysThanVoicesStealAndNothingHangs)
-{
-    synth.set (paramVoices, 0.3f); // 6
-    for (int key = 40; key < 80; ++key)
-    {
-        press (key);
-        EXPECT_LE (sounding (), 6);
-    }
-    for (int key = 40; key < 80; ++key)
-        letGo (key, 500);
-    EXPECT_EQ (sounding (), 0);
-}
-
 TEST_F (PlayTest, MonoLegatoReturnsToTheKeyStillHeld)
 {
-    synth.set (paramGlideMono, 0.3f); // 0.09 s
+    synth.set (paramGlideMono, 0.01f); // four samples
     synth.set (param1Decay, 0.3f);
     synth.set (paramFilterKeyTrak, 1.0f);
     synth.set (paramFilterFreq, 0.0f);
     const auto expectKey = [this] (int key)
     {
         synth.block (200000); // until the base of the cutoff has come to rest
-        expectPitch (keyHz (key + 1) * saw, 0, 0.3);
+        expectPitch (keyHz (key + 1) * saw);
         const double tracked = 0.02 * 0.06 * keyHz (key - 48) * 6460.0;
         EXPECT_NEAR (synth.voice (0).filter.cutoffHz (), tracked, 0.1 * tracked) << key;
         EXPECT_EQ (state (0), State::sustain);
@@ -140,10 +128,10 @@ TEST_F (PlayTest, GlideAutoGlidesBetweenOverlappingNotesOnly)
 TEST_F (PlayTest, PitchBendReachesTwoKeysAndEveryVoice)
 {
     press (60);
-    for (const auto& [data, share] :
-         { std::pair{ 127, 1.0 }, std::pair{ 64, 1.0 / 127.0 }, std::pair{ 0, -1.0 } })
+    using Row = std::tuple<int, double>;
+    for (const auto& [data, share] : { Row{ 127, 1.0 }, Row{ 64, 1.0 / 127.0 }, Row{ 0, -1.0 } })
     {
-        synth.block (1, { midi (1, 0xE3, 127 - data, data) });
+        synth.block (1, { midi (0, 0xE3, 127 - data, data) });
         const double other = keyHz (share > 0 ? 63 : 59);
         expectPitch (keyHz (61) * saw + std::abs (share) * (other - keyHz (61)));
     }
@@ -180,41 +168,29 @@ TEST_F (PlayTest, LevelsMultiply)
     real.load (plainProgram ());
     real.block (2000, { noteOn (1, 48) });
     const double full = levelOf (real.block (44100));
-    std::vector<float> table = recordedWaves ().saw.samples;
-    EXPECT_NEAR (full, levelOf (table) * 0.16 * 0.999, 0.002);
-    struct Row
+    EXPECT_NEAR (full, levelOf (recordedWaves ().saw.samples) * 0.16 * 0.999, 0.002);
+    using Row = std::tuple<int, float, double>;
+    for (const auto& [index, value, factor] :
+         { Row{ paramVolume, 0.5f, 0.5 }, Row{ paramVolume, 1.0f, 1.0 }, Row{ paramVolType, 0.0f, 1.6 },
+           Row{ paramVolType, 0.5f, 1.6 }, Row{ paramVolType, 2.0f, 0.52 }, Row{ paramVolType, 1.5f, 0.52 },
+           Row{ paramVolType, 1.0f, 1.0 }, Row{ paramOsc1Vol, 0.25f, 0.25 }, Row{ paramOsc1Vol, 1.0f, 1.0 },
+           Row{ paramOsc1Wave, 0.4999f, 0.0 }, Row{ paramOsc1Wave, 0.5f, 1.0 }, Row{ -11, 64, 64.0 / 127.0 },
+           Row{ -11, 0, 0.0 }, Row{ -11, 127, 1.0 } }) // expression
     {
-        int index;
-        float value;
-        double factor;
-    };
-    const double noise = levelOf (recordedWaves ().noise.samples) / levelOf (table);
-    for (const Row& row :
-         { Row{ paramVolume, 0.5f, 0.5 }, Row{ paramVolType, 0.0f, 1.6 }, Row{ paramVolType, 0.5f, 1.6 },
-           Row{ paramVolType, 2.0f, 0.52 }, Row{ paramVolType, 1.5f, 0.52 }, Row{ paramVolType, 1.0f, 1.0 },
-           Row{ paramOsc1Vol, 0.25f, 0.25 }, Row{ paramOsc1Wave, 0.4999f, 0.0 },
-           Row{ paramOsc1Wave, 0.5f, 1.0 } })
-    {
-        const float before = real.value (row.index);
-        real.set (row.index, row.value);
+        if (index < 0)
+            real.block (1, { midi (0, 0xB0, 11, static_cast<int> (value)) });
+        else
+            real.set (index, value);
         real.block (500);
-        EXPECT_NEAR (levelOf (real.block (22050)), full * row.factor, full * 0.01)
-            << row.index << " " << row.value;
-        if (row.index != paramVolType)
-            real.set (row.index, before);
-    }
-    for (const auto& [data, factor] :
-         { std::pair{ 64, 64.0 / 127.0 }, std::pair{ 0, 0.0 }, std::pair{ 127, 1.0 } })
-    {
-        real.block (1000, { midi (1, 0xB0, 11, data) });
-        EXPECT_NEAR (levelOf (real.block (22050)), full * factor, full * 0.01) << data;
+        EXPECT_NEAR (levelOf (real.block (22050)), full * factor, full * 0.01) << index << " " << value;
     }
     real.set (paramOsc1Vol, 0.0f);
     real.set (paramNoise, 0.5f);
     real.block (500);
-    EXPECT_NEAR (levelOf (real.block (44100)), full * noise * 0.5,
-                 full * noise * 0.2); // the filter takes some
-    for (const auto& [wave, factor] : { std::pair{ 0.5f, 0.5 }, std::pair{ 0.4f, 0.0 } })
+    const double noise = levelOf (recordedWaves ().noise.samples) * 0.16;
+    EXPECT_NEAR (levelOf (real.block (44100)), noise * 0.5, noise * 0.2); // the filter takes some
+    using Row2 = std::tuple<float, double>;
+    for (const auto& [wave, factor] : { Row2{ 0.5f, 0.5 }, Row2{ 0.4f, 0.0 } })
     {
         real.set (paramNoise, 0.0f);
         real.set (paramOsc2Wave, wave);
@@ -230,8 +206,8 @@ TEST_F (PlayTest, VibratoDepthIsCubed)
     synth.set (paramLfoWave, 0.6f);
     synth.set (paramLfoRate, 0.0f);
     press (60, 100, 2000);
-    for (const auto& [knob, depth] :
-         { std::pair{ 1.0f, 2.0 }, std::pair{ 0.5f, 0.25 }, std::pair{ 0.0f, 0.0 } })
+    using Row = std::tuple<float, double>;
+    for (const auto& [knob, depth] : { Row{ 1.0f, 2.0 }, Row{ 0.5f, 0.25 }, Row{ 0.0f, 0.0 } })
     {
         synth.set (paramLfoPitch, knob);
         synth.block (100);

@@ -11,8 +11,9 @@ using namespace parameters;
 
 namespace
 {
-constexpr float quarterNote = 10.5f / 17.0f; // LfoRate of "1/4"
-constexpr double quarter = 22050.0;          // samples, at 120 beats a minute
+constexpr double infinity = std::numeric_limits<double>::infinity ();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN ();
+constexpr double quarter = 22050.0; // samples, at 120 beats a minute
 
 class TempoSyncTest : public testing::Test
 {
@@ -20,31 +21,32 @@ protected:
     TempoSyncTest ()
     {
         synth.load (plainProgram ());
-        synth.set (paramLfoWave, 0.2f); // rising saw
-        synth.set (paramLfoRate, quarterNote);
+        synth.set (paramLfoWave, 0.2f);          // rising saw
+        synth.set (paramLfoRate, 10.5f / 17.0f); // "1/4"
         synth.set (paramLfoBmpSync, 1.0f);
         synth.hasTime = true;
         synth.time.tempo = 120.0;
+        synth.set (param1Sustain, 1.0f);
+        synth.block (1, { noteOn (0) }); // awake from here on
     }
 
-    void seek (double quarters)
+    // A block at that place; `sendsList` as most hosts do, also with nothing in it.
+    void play (double samplePosition, int frames, bool sendsList = true)
     {
-        synth.time.quarterPosition = quarters;
-        synth.time.samplePosition = quarters * quarter;
+        synth.time.samplePosition = samplePosition;
+        synth.time.quarterPosition = samplePosition / quarter;
+        if (sendsList)
+            synth.engine.processEvents (nullptr);
+        synth.engine.renderBlock (nullptr, nullptr, frames);
     }
 
-    // A block in a playing song; any event keeps the engine awake.
-    void play (int frames)
+    // Where the LFO's next tick stands in its cycle, in samples, at 0 .. cycle.
+    void expectPhase (double samples, const char* what, double at)
     {
-        synth.block (frames, { midi (0, 0xB0, 1, 1) });
-        seek (synth.time.quarterPosition + frames / quarter);
-    }
-
-    // Samples into the cycle that the next tick of the LFO stands for.
-    double phase () const
-    {
-        Lfo copy = EngineProbe::lfo (const_cast<Engine&> (synth.engine));
-        return (static_cast<double> (copy.tick ()) + 1.0) / 2.0 * static_cast<double> (copy.cycleSamples ());
+        Lfo copy = synth.lfo ();
+        const double apart = std::fmod (
+            std::abs ((static_cast<double> (copy.tick ()) + 1.0) / 2.0 * quarter - samples), quarter);
+        EXPECT_LT (std::min (apart, quarter - apart), 3.0) << what << " " << at;
     }
 
     TestEngine synth;
@@ -58,76 +60,97 @@ TEST_F (TempoSyncTest, TempoAndDivisionGiveTheRate)
                                 2,  1,  0.5, 0.4, 1.0 / 3, 0.25, 1.0 / 6, 0.125, 1.0 / 9 };
     for (int k = 0; k < 18; ++k)
     {
-        synth.time.tempo = 60.0 + 10.0 * k;
+        const double tempo = 60.0 + 10.0 * k;
+        synth.time.tempo = tempo;
         synth.set (paramLfoRate, k == 17 ? 1.0f : (static_cast<float> (k) + 0.5f) / 17.0f);
-        play (64);
-        const double samples = quarters[k] * 60.0 / synth.time.tempo * 44100.0;
+        play (k, 64);
+        const double samples = quarters[k] * 60.0 / tempo * 44100.0;
         EXPECT_NEAR (synth.lfo ().cycleSamples (), samples, samples * 1e-5) << k;
     }
+    const float before = synth.lfo ().cycleSamples ();
+    for (const std::optional<double> tempo : { 0.0, -120.0, notANumber, infinity }) // no tempo at all
+    {
+        synth.time.tempo = tempo;
+        play (1000.0, 64);
+        EXPECT_EQ (synth.lfo ().cycleSamples (), before) << *tempo;
+    }
+    synth.time.tempo.reset ();
+    play (2000.0, 64);
+    synth.time.tempo = 60.0;
+    synth.hasTime = false;
+    play (3000.0, 64);
+    EXPECT_EQ (synth.lfo ().cycleSamples (), before) << "without a tempo, or any place";
 }
 
+// Also before the start of the song, far behind it, and while the host tells no tempo.
 TEST_F (TempoSyncTest, ABlockThatBeginsOnADivisionRestartsTheCycle)
 {
-    struct Row
+    double phase = 1.0;
+    using Row = std::tuple<double, double, bool>;
+    for (const auto& [quarters, tempo, restarts] :
+         { Row{ 0.3, 120, false }, Row{ 4.0, 120, true }, Row{ 4.00005, 120, true }, // just behind it
+           Row{ 5.001, 120, false }, Row{ 5.9999, 120, false }, // nor one inside the block
+           Row{ -4.0, 120, true }, Row{ -3.9, 120, false }, Row{ -0.5, 120, false }, Row{ 8.0, 0, true },
+           Row{ 1e5, 120, true }, Row{ 1e5 + 0.5, 120, false } })
     {
-        double at;
-        double phase;
-    };
-    seek (1.3);
-    play (100);
-    for (const Row& row :
-         { Row{ 4.0, 101 }, Row{ 4.00005, 101 },    // just behind it still counts
-           Row{ 5.001, 201 }, Row{ 5.9999, 301 } }) // this does not, nor does one inside a block
-    {
-        seek (row.at);
-        play (100);
-        EXPECT_NEAR (phase (), row.phase, 2.0) << row.at;
-    }
-}
-
-TEST_F (TempoSyncTest, FollowsASongAndStandsWithIt)
-{
-    seek (0.01);
-    play (441);
-    seek (1.0);
-    for (int block = 1; block < 499; ++block)
-    {
-        play (441);
-        const double apart = std::abs (phase () - std::fmod (441.0 * block + 1.0, quarter));
-        ASSERT_LT (std::min (apart, quarter - apart), 45.0) << block;
-    }
-    seek (8.0);
-    play (100);
-    seek (8.0); // the same position: stopped, and nothing restarts
-    synth.engine.renderBlock (nullptr, nullptr, 100);
-    EXPECT_NEAR (phase (), 201.0, 2.0);
-}
-
-TEST_F (TempoSyncTest, WithoutAUsableTempoTheRateStays)
-{
-    play (64);
-    const float before = synth.lfo ().cycleSamples ();
-    for (const double tempo : { 0.0, -120.0, std::numeric_limits<double>::quiet_NaN (), 60.0 })
-    {
-        synth.hasTime = tempo != 60.0; // or without any position
         synth.time.tempo = tempo;
-        play (64);
-        EXPECT_EQ (synth.lfo ().cycleSamples (), before) << tempo;
+        play (quarters * quarter, 100);
+        phase = restarts ? 100.0 : phase + 100.0;
+        expectPhase (phase + 1.0, "at", quarters);
+    }
+    synth.time = { 1e6, 120.0, std::nullopt }; // without a musical position it runs on
+    synth.engine.renderBlock (nullptr, nullptr, 100);
+    expectPhase (phase + 101.0, "nowhere", 0.0);
+}
+
+TEST_F (TempoSyncTest, FollowsASongAndMovesWhileItStands)
+{
+    for (int block = 0; block < 499; ++block)
+        play (441.0 * block, 441);
+    expectPhase (std::fmod (441.0 * 499, quarter), "song", 0.0);
+    // It moves to a division and stands there, with a list in every block. The first of them still finds it
+    // moving, the second lines the LFO up, once. The other place is beyond what 24 bits hold: there it was
+    // lined up when it began to move, and restarted by the division.
+    using Row = std::tuple<double, double>;
+    for (const auto& [place, phase] : { Row{ 8.0 * quarter, 402.0 }, Row{ 33554433.0, 601.0 } })
+    {
+        synth.time.quarterPosition = 8.0;
+        synth.time.samplePosition = place;
+        synth.engine.renderBlock (nullptr, nullptr, 100);
+        for (int block = 0; block < 5; ++block)
+        {
+            synth.engine.processEvents (nullptr);
+            synth.engine.renderBlock (nullptr, nullptr, 100);
+        }
+        expectPhase (phase, "standing at", place);
+    }
+}
+
+TEST_F (TempoSyncTest, IsLinedUpWithThePlaceWhereTheSongStarts)
+{
+    for (const bool sendsList : { true, false })
+    {
+        for (const double place : { 3.0, 5000.0, 22050.0 * 7.0 + 3000.0, 1e9, -500.0 })
+        {
+            play (place, 64, false);
+            play (place, 64, false);             // stands
+            play (place + 100.0, 64, sendsList); // starts
+            const double from = place < 0.0 ? 0.0 : std::floor (std::fmod (place + 100.0, quarter)) + 1.0;
+            expectPhase (from + 64.0 + 1.0, sendsList ? "with a list at" : "without at", place);
+        }
     }
 }
 
 TEST_F (TempoSyncTest, AbsurdTransportsNeitherHangNorBreakTheSound)
 {
-    constexpr double infinity = std::numeric_limits<double>::infinity ();
-    constexpr double nan = std::numeric_limits<double>::quiet_NaN ();
     synth.set (paramLfoFilter, 1.0f);
     synth.set (paramLfoPitch, 1.0f);
-    for (const double tempo : { 120.0, 1e-300, 1e-6, 1e300, infinity, nan, -5.0 })
+    for (const double tempo : { 120.0, 1e-300, 1e-6, 1e300, infinity, notANumber, -5.0 })
     {
-        for (const double position : { 0.0, -1e6, 1e18, 1e300, infinity, -infinity, nan })
+        for (const double position : { 0.0, -1e6, 1e18, 1e300, infinity, -infinity, notANumber })
         {
             synth.time = { position, tempo, position };
-            for (const float lfoWave : { 0.0f, 0.2f, 1.0f })
+            for (const float lfoWave : { 0.0f, 0.2f, 0.8f, 1.0f })
             {
                 synth.set (paramLfoWave, lfoWave);
                 ASSERT_TRUE (isFinite (synth.block (50, { noteOn (0) }))) << tempo << " " << position;

@@ -39,7 +39,9 @@ const WaveTables& recordedWaves ()
     return tables;
 }
 
-TestEngine::TestEngine (float rateHz, WaveTables waves) : rate (rateHz), engine (std::move (waves), *this)
+TestEngine::TestEngine (float rateHz, WaveTables waves, const VoiceKernel& kernel)
+    : rate (rateHz),
+      engine (std::move (waves), *this, kernel)
 {
     load (initialProgram ());
 }

@@ -16,7 +16,8 @@ class TestEngine final : private engine::EngineHost
 public:
     using Program = engine::ParameterValues;
 
-    explicit TestEngine (float rateHz = 44100.0f, engine::WaveTables waves = recordedWaves ());
+    explicit TestEngine (float rateHz = 44100.0f, engine::WaveTables waves = recordedWaves (),
+                         const engine::VoiceKernel& kernel = engine::preferredKernel ());
 
     void set (int index, float value);
     void load (const Program& program); // every parameter in ascending order

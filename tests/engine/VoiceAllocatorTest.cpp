@@ -1,6 +1,6 @@
 #include "engine/VoiceAllocator.h"
 
-#include <array>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -28,60 +28,28 @@ VoiceAllocator allocatorOf (int voices)
 }
 }
 
-TEST (VoiceAllocatorTest, TakesTheFirstIdleSlotAndReusesAHeldKey)
-{
-    VoiceAllocator a = allocatorOf (4);
-    std::array<bool, 4> idle = { true, true, true, true };
-    const auto isIdle = [&idle] (int slot) { return idle[static_cast<std::size_t> (slot)]; };
-    EXPECT_EQ (a.allocate (60, 100, isIdle), 0);
-    idle[0] = false;
-    EXPECT_EQ (a.allocate (64, 90, isIdle), 1);
-    idle[1] = false;
-    EXPECT_EQ (a.allocate (60, 20, isIdle), 0);
-    EXPECT_EQ (a.velocityOf (0), 100u); // keeps what it was first struck with
-    EXPECT_EQ (a.release (60), 0);
-    EXPECT_FALSE (a.contains (60));
-    EXPECT_TRUE (a.contains (64));
-    EXPECT_EQ (a.allocate (67, 80, isIdle), 2); // slot 0 still rings
-    idle[0] = true;
-    EXPECT_EQ (a.allocate (60, 30, isIdle), 0);
-    EXPECT_EQ (a.velocityOf (0), 30u);
-}
-
 // The candidate is a stamp at first and a slot number later, and both are compared with stamps. The expected
 // slots are worked out by hand.
 TEST (VoiceAllocatorTest, StealsByItsRule)
 {
-    struct Row
+    // voices; keys of the full chord 60, 61, ... that are let go again; slots that the next notes get. Stamps
+    // after the chord are 2^32-1, 0, 1, 2: slot 1 is the first below slot 0's, and from then on stamps are
+    // compared with its number, 1. With keys up the last free slot wins, but the new note counts as active
+    // already, so that the last one that is free is not found any more.
+    using Row = std::tuple<int, std::vector<int>, std::vector<int>>;
+    for (const auto& [voices, released, stolen] :
+         { Row{ 2, {}, { 1, 1, 1 } }, Row{ 4, {}, { 1, 1, 1 } }, Row{ 4, { 60 }, { 1 } },
+           Row{ 4, { 60, 62 }, { 2, 1 } }, Row{ 4, { 60, 61, 63 }, { 3, 1, 1 } },
+           Row{ 4, { 60, 61, 62, 63 }, { 3, 2, 1, 1 } } })
     {
-        const char* what;
-        int voices;
-        std::vector<int> released; // keys of the full chord (60, 61, ...) let go again before the next notes
-        std::vector<int> stolen;   // slots that the next notes get
-    };
-    const Row rows[] = {
-        // Stamps after the chord: 2^32-1, 0, 1, 2. Slot 1 is the first one below slot 0's, and from then on
-        // stamps are compared with its number, 1. Its own next stamps never reach 2^32-1.
-        { "two voices, full chord", 2, {}, { 1, 1, 1 } },
-        { "four voices, full chord", 4, {}, { 1, 1, 1 } },
-        // With keys up the last free slot wins, but the new note counts as active already: the last slot
-        // that is free is not found any more.
-        { "one released", 4, { 60 }, { 1 } },
-        { "two released", 4, { 60, 62 }, { 2, 1 } },
-        { "three released", 4, { 60, 61, 63 }, { 3, 1, 1 } },
-        { "all released", 4, { 60, 61, 62, 63 }, { 3, 2, 1, 1 } },
-    };
-    for (const Row& row : rows)
-    {
-        VoiceAllocator a = allocatorOf (row.voices);
-        for (int key = 0; key < row.voices; ++key)
+        VoiceAllocator a = allocatorOf (voices);
+        for (int key = 0; key < voices; ++key)
             a.allocate (static_cast<std::uint32_t> (60 + key), 100, [key] (int slot) { return slot >= key; });
-        for (const int key : row.released)
+        for (const int key : released)
             a.release (static_cast<std::uint32_t> (key));
-        std::vector<int> stolen;
-        for (std::size_t n = 0; n < row.stolen.size (); ++n)
-            stolen.push_back (a.allocate (static_cast<std::uint32_t> (80 + n), 100, never));
-        EXPECT_EQ (stolen, row.stolen) << row.what;
+        for (std::size_t n = 0; n < stolen.size (); ++n)
+            EXPECT_EQ (a.allocate (static_cast<std::uint32_t> (80 + n), 100, never), stolen[n])
+                << voices << " voices, " << released.size () << " released, note " << n;
     }
 }
 
@@ -127,20 +95,4 @@ TEST (VoiceAllocatorTest, MonoIsAStackOfHeldKeys)
     while (released < 1000 && full.release (static_cast<std::uint32_t> (released) % 128u) == noSlot)
         ++released;
     EXPECT_EQ (released, 127);
-}
-
-TEST (VoiceAllocatorTest, ForgetsOnResetAndOnANewLimit)
-{
-    VoiceAllocator a = allocatorOf (4);
-    a.allocate (60, 100, always);
-    a.setVoiceLimit (4);
-    EXPECT_TRUE (a.contains (60));
-    a.setVoiceLimit (6);
-    EXPECT_FALSE (a.contains (60));
-    a.allocate (60, 100, always);
-    a.reset ();
-    EXPECT_FALSE (a.contains (60));
-    EXPECT_EQ (a.voiceLimit (), 6);
-    a.setVoiceLimit (-3);
-    EXPECT_EQ (a.voiceLimit (), 1);
 }

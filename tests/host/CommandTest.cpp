@@ -123,6 +123,28 @@ TEST_F (Command, AProgramOfTheUsersReplacesThoseOfTheSong)
                        std::string ("there is no program \"") + none + "\"; --list-programs shows all 3.");
 }
 
+TEST_F (Command, WritesAFileForEachChannelWhenAsked)
+{
+    midi::Song song;
+    song.ticksPerQuarter = 96;
+    song.messages = { { 0, { 0xC9, 1, 0 }, 2 },
+                      { 0, { 0x90, 60, 64 }, 3 },
+                      { 0, { 0x99, 60, 64 }, 3 },
+                      { 0, { 0xB4, 7, 64 }, 3 } }; // a channel without notes has no instrument
+    song.endTick = 96;
+    write ("two.mid", song);
+    const Outcome outcome = host ("probe.so two.mid --tail 0.5 --stems");
+    EXPECT_TRUE (outcome.output.starts_with ("Program:   001 Clicks\nProgram:   002 Drone\n"))
+        << outcome.output;
+    EXPECT_TRUE (
+        outcome.output.ends_with ("Written:   two.wav\nWritten:   two 01.wav\nWritten:   two 10.wav\n"))
+        << outcome.output;
+    EXPECT_EQ (files (), (std::set<std::string>{ "probe.so", "song.mid", "text.so", "two 01.wav",
+                                                 "two 10.wav", "two.mid", "two.wav" }));
+    EXPECT_EQ (content ("two.wav").size (), content ("two 10.wav").size ());
+    EXPECT_NE (content ("two 01.wav"), content ("two 10.wav"));
+}
+
 TEST_F (Command, RefusesWhatCannotBeDone)
 {
     std::ofstream (temporary / "damaged.mid") << "MThd";

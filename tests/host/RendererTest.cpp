@@ -47,7 +47,8 @@ Rendering render (const midi::Song& song, int program, const RenderSettings& set
             result.right.push_back (stereo[i + 1]);
         }
     };
-    const auto report = Renderer (plugin, sequence, tempos, settings).render (keep, [] (double, double) {});
+    const auto report =
+        Renderer ({ { plugin, sequence } }, tempos, settings).render (keep, [] (double, double) {});
     EXPECT_EQ (report.frames, result.left.size ());
     return result;
 }
@@ -66,6 +67,51 @@ TEST (Renderer, EventsArriveAtTheirSamplesInBlocksOfEverySize)
         EXPECT_EQ (result.left, expected) << block;
         EXPECT_EQ (result.left.size () % static_cast<std::size_t> (block), 0u) << block;
     }
+}
+
+// Each channel on an instrument of its own, with volume and balance from the sample on at which they come.
+TEST (Renderer, MixesTheChannelsOfASong)
+{
+    midi::Song song = clicks ();
+    song.messages = { { 0, { 0xB2, 7, 50 }, 3 },     { 200, { 0x90, 60, 32 }, 3 },
+                      { 200, { 0x92, 60, 64 }, 3 },  { 600, { 0xB2, 10, 127 }, 3 },
+                      { 600, { 0x92, 62, 64 }, 3 },  { 1000, { 0xB2, 10, 0 }, 3 },
+                      { 1000, { 0xB2, 7, 100 }, 3 }, { 1000, { 0x92, 61, 64 }, 3 },
+                      { 1000, { 0x90, 64, 32 }, 3 } };
+    const TempoMap tempos (song);
+    const Sequence all = makeSequence (song, tempos, rate, true);
+    const std::vector<Sequence> channels = splitByChannel (all);
+    ASSERT_EQ (channels.size (), 2u);
+    for (const int block : { 1, 7, 512 })
+    {
+        Plugin first (PROBE_LIBRARY);
+        Plugin second (PROBE_LIBRARY);
+        std::vector<float> mix;
+        std::vector<float> part;
+        Renderer ({ { first, channels[0] }, { second, channels[1] } }, tempos, { rate, block, 2.0, 1000000 })
+            .render ([&] (std::span<const float> stereo)
+                     { mix.insert (mix.end (), stereo.begin (), stereo.end ()); },
+                     [] (double, double) {},
+                     [&] (std::size_t number, std::span<const float> stereo)
+                     {
+                         if (number == 1)
+                             part.insert (part.end (), stereo.begin (), stereo.end ());
+                     });
+        std::vector<float> expectedPart (mix.size (), 0.0f);
+        expectedPart[2 * 800] = 0.125f; // the left side; the probe leaves the right one silent
+        expectedPart[2 * 4000] = 0.5f;
+        EXPECT_EQ (part, expectedPart) << block;
+        std::vector<float> expected = expectedPart;
+        expected[2 * 800] += 0.25f;
+        expected[2 * 4000] += 0.25f;
+        EXPECT_EQ (mix, expected) << block;
+    }
+
+    // A song that plays on one channel is handed on as it is.
+    song.messages = { { 0, { 0xB2, 7, 0 }, 3 }, { 0, { 0xC5, 0, 0 }, 2 }, { 1000, { 0x92, 61, 64 }, 3 } };
+    const Sequence single = makeSequence (song, tempos, rate, true);
+    EXPECT_EQ (splitByChannel (single).front ().messages.size (), single.messages.size ());
+    EXPECT_EQ (render (song, 0, { rate, 64, 2.0, 1000000 }).left.at (4000), 0.5f);
 }
 
 TEST (Renderer, TellsTheInstrumentTheTempoOfEachBlock)

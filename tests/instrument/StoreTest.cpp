@@ -43,18 +43,12 @@ TEST_F (StoreTest, NamesOfParameters)
 // What is stored is what the editor hears.
 TEST_F (StoreTest, StoreRule)
 {
-    struct Row
-    {
-        std::int32_t index;
-        float set;
-        float stored;
-    };
-    for (const Row& row :
+    using Row = std::tuple<std::int32_t, float, float>;
+    for (const auto& [index, value, stored] :
          { Row{ paramVolume, 0.3f, 0.3f }, Row{ paramVolume, 3.0f, 1.0f }, Row{ paramVolume, -0.1f, 0.0f },
            Row{ paramVolume, infinity, 1.0f }, Row{ paramVolume, -infinity, 0.0f },
            Row{ paramVoices, 3.0f, 3.0f }, Row{ paramVolType, 2.0f, 2.0f },
-           Row{ paramGlideAuto, -4.0f, -4.0f },
-           Row{ paramShowKeys, 7.5f, 7.5f }, // and these two are plug-in-wide, but limited:
+           Row{ paramGlideAuto, -4.0f, -4.0f }, Row{ paramShowKeys, 7.5f, 7.5f },
            Row{ paramPitchBend, 2.0f, 1.0f }, Row{ paramHighQuality, 2.0f, 1.0f },
            Row{ param2ToFilter, 0.48f, 0.48f }, Row{ param2ToFilter, std::nextafter (0.48f, 1.0f), 0.5f },
            Row{ param2ToFilter, 0.52f, 0.52f }, Row{ param2ToFilter, std::nextafter (0.52f, 0.0f), 0.5f },
@@ -62,9 +56,9 @@ TEST_F (StoreTest, StoreRule)
            Row{ paramFilterFreq, 0.49f, 0.49f }, Row{ paramNonUsed, 0.7f, 0.7f } })
     {
         synth.told.clear ();
-        synth.set (row.index, row.set);
-        EXPECT_EQ (synth.get (row.index), row.stored) << row.index << " to " << row.set;
-        EXPECT_EQ (synth.told, (TestInstrument::News{ { row.index, row.stored } }));
+        synth.set (index, value);
+        EXPECT_EQ (synth.get (index), stored) << index << " to " << value;
+        EXPECT_EQ (synth.told, (TestInstrument::News{ { index, stored } }));
     }
 }
 
@@ -160,11 +154,30 @@ TEST_F (StoreTest, ABankComesBackAsItWasAndAProgramReplacesTheCurrentOneAlone)
     synth.core.setProgram (3);
     synth.core.setChunk (preset.data (), 176, true);
     image.programs[3] = image.programs[60];
+    image.slots[0].spare = 3; // the selected program
     EXPECT_TRUE (equal (bank (), image));
     EXPECT_GT (peakOf (play ()), 0.0f);
     image.programs[3].values[paramVolume] = 0.0f;
     synth.core.setChunk (&image.programs[3], 176, true);
     EXPECT_EQ (peakOf (play ()), 0.0f) << "and the engine has it, too";
+}
+
+// Hosts that restore the chunk alone would write the values that they saved over program 0.
+TEST_F (StoreTest, AWholeBankTellsTheSelectedProgram)
+{
+    synth.core.setProgram (77);
+    BankImage image = bank ();
+    EXPECT_EQ (image.slots[0].spare, 77);
+    using Row = std::tuple<int, int, int>;
+    for (const auto& [told, missing, selected] : { Row{ 77, 0, 77 }, Row{ 0, 0, 5 }, Row{ 127, 0, 127 },
+                                                   Row{ 128, 0, 5 }, Row{ 255, 0, 5 }, Row{ 9, 1, 5 } })
+    {
+        synth.core.setProgram (5);
+        image.slots[0].spare = static_cast<std::uint8_t> (told);
+        synth.core.setChunk (&image, static_cast<std::int64_t> (sizeof image) - missing, false);
+        EXPECT_EQ (synth.core.getProgram (), selected) << told;
+        EXPECT_EQ (bank ().slots[0].spare, selected) << "and nothing of it is kept";
+    }
 }
 
 TEST_F (StoreTest, AChunkIsACopyThatLastsUntilTheNextCall)
@@ -180,34 +193,30 @@ TEST_F (StoreTest, AChunkIsACopyThatLastsUntilTheNextCall)
 
 TEST_F (StoreTest, TooLongAChunkIsAnErrorAndTooShortAOneIsNot)
 {
-    struct Row
-    {
-        std::int64_t size;
-        bool isPreset;
-        const char* message;
-    };
     const char* noBank = "Can't load bank, wrong file size!";
     const char* noPreset = "Can't load preset, wrong file size!";
-    for (const Row& row : { Row{ 23897, false, noBank }, Row{ -1, false, noBank }, Row{ 177, true, noPreset },
-                            Row{ 1000000, true, noPreset }, Row{ 1371, false, nullptr },
-                            Row{ 30, true, nullptr }, Row{ 1, true, nullptr }, Row{ 0, false, nullptr } })
+    using Row = std::tuple<std::int64_t, bool, const char*>;
+    for (const auto& [size, isPreset, message] :
+         { Row{ 23897, false, noBank }, Row{ -1, false, noBank }, Row{ 177, true, noPreset },
+           Row{ 1000000, true, noPreset }, Row{ 1371, false, nullptr }, Row{ 30, true, nullptr },
+           Row{ 1, true, nullptr }, Row{ 0, false, nullptr } })
     {
         BankImage expected = bank ();
         std::vector<char> chunk (1000001, 'Q');
         std::memcpy (chunk.data (), &expected, 1368);
         auto* record = reinterpret_cast<char*> (&expected.programs[0]);
-        if (row.message == nullptr && row.isPreset)
-            std::copy_n (chunk.data (), row.size, record);
-        else if (row.message == nullptr && row.size > 1368)
-            std::copy_n ("QQQ", row.size - 1368, record);
+        if (message == nullptr && isPreset)
+            std::copy_n (chunk.data (), size, record);
+        else if (message == nullptr && size > 1368)
+            std::copy_n ("QQQ", size - 1368, record);
         system.messages.clear ();
-        synth.core.setChunk (chunk.data (), row.size, row.isPreset);
+        synth.core.setChunk (chunk.data (), size, isPreset);
         std::vector<FakeSystem::Message> messages;
-        if (row.message != nullptr)
-            messages.push_back ({ row.message, "Error!", platform::Buttons::ok });
-        EXPECT_EQ (system.messages, messages) << row.size;
-        EXPECT_EQ (std::memcmp (bank ().programs[0].name, expected.programs[0].name, 24), 0) << row.size;
-        EXPECT_EQ (std::memcmp (bank ().slots.data (), expected.slots.data (), 1368), 0) << row.size;
+        if (message != nullptr)
+            messages.push_back ({ message, "Error!", platform::Buttons::ok });
+        EXPECT_EQ (system.messages, messages) << size;
+        EXPECT_EQ (std::memcmp (bank ().programs[0].name, expected.programs[0].name, 24), 0) << size;
+        EXPECT_EQ (std::memcmp (bank ().slots.data (), expected.slots.data (), 1368), 0) << size;
     }
 }
 
@@ -228,6 +237,7 @@ TEST_F (StoreTest, SelectingNormalisesTheSelectedRecordAlone)
     image.programs[3].values[paramVolume] = 1.0f;
     image.programs[3].values[paramOsc1Vol] = 0.0f;
     image.programs[3].values[param2ToFilter] = 0.5f;
+    image.slots[0].spare = 3; // the selected program
     EXPECT_TRUE (equal (bank (), image));
     synth.core.setSampleRate (96000.0f);
     play ();

@@ -82,32 +82,22 @@ TEST (DispatcherTest, NumbersAndTexts)
     HostedSynth synth;
     synth.set (paramVolume, 0.12345f);
     synth.set (paramVoices, 3e38f);
-    struct Number
-    {
-        VstInt32 opcode;
-        VstInt32 index;
-        VstIntPtr answer;
-    };
-    for (const Number& row : { Number{ effGetVstVersion, 0, 2400 }, Number{ effGetVendorVersion, 0, 1 },
-                               Number{ effCanBeAutomated, 3, 1 }, Number{ effVendorSpecific, 0, 0 },
-                               Number{ effIdentify, 0, 0x4E764566 }, Number{ effOpen, 0, 0 } })
-        EXPECT_EQ (synth.call (row.opcode, row.index), row.answer) << row.opcode;
-    struct Text
-    {
-        VstInt32 opcode;
-        VstInt32 index;
-        const char* text;
-    };
-    for (const Text& row :
-         { Text{ effGetEffectName, 0, "Brimvale" }, Text{ effGetProductString, 0, "Brimvale" },
-           Text{ effGetVendorString, 0, "corvanex.com" }, Text{ effGetParamName, 0, "Volume    " },
-           Text{ effGetParamName, 32, "VelocityFilter" }, Text{ effGetParamLabel, 0, "" },
-           Text{ effGetParamDisplay, 0, "0.123" }, Text{ effGetParamDisplay, 34, "0.000" },
-           Text{ effGetProgramName, 0, "Bass One" }, Text{ effGetProgramNameIndexed, 127, "Retro Pad 64" },
-           Text{ effGetParamName, -1, "" }, Text{ effGetParamName, 38, "" },
-           Text{ effGetParamDisplay, 38, "" }, Text{ effGetParamDisplay, -2147483647 - 1, "" },
-           Text{ effGetParamLabel, 2147483647, "" } })
-        EXPECT_EQ (synth.text (row.opcode, row.index, -1), row.text) << row.opcode << " " << row.index;
+    using Row = std::tuple<VstInt32, VstInt32, VstIntPtr>;
+    for (const auto& [opcode, index, answer] :
+         { Row{ effGetVstVersion, 0, 2400 }, Row{ effGetVendorVersion, 0, 1 }, Row{ effCanBeAutomated, 3, 1 },
+           Row{ effVendorSpecific, 0, 0 }, Row{ effIdentify, 0, 0x4E764566 }, Row{ effOpen, 0, 0 } })
+        EXPECT_EQ (synth.call (opcode, index), answer) << opcode;
+    using Row2 = std::tuple<VstInt32, VstInt32, const char*>;
+    for (const auto& [opcode, index, text] :
+         { Row2{ effGetEffectName, 0, "Brimvale" }, Row2{ effGetProductString, 0, "Brimvale" },
+           Row2{ effGetVendorString, 0, "corvanex.com" }, Row2{ effGetParamName, 0, "Volume    " },
+           Row2{ effGetParamName, 32, "VelocityFilter" }, Row2{ effGetParamLabel, 0, "" },
+           Row2{ effGetParamDisplay, 0, "0.123" }, Row2{ effGetParamDisplay, 34, "0.000" },
+           Row2{ effGetProgramName, 0, "Bass One" }, Row2{ effGetProgramNameIndexed, 127, "Retro Pad 64" },
+           Row2{ effGetParamName, -1, "" }, Row2{ effGetParamName, 38, "" },
+           Row2{ effGetParamDisplay, 38, "" }, Row2{ effGetParamDisplay, -2147483647 - 1, "" },
+           Row2{ effGetParamLabel, 2147483647, "" } })
+        EXPECT_EQ (synth.text (opcode, index, -1), text) << opcode << " " << index;
     EXPECT_LT (synth.text (effGetParamDisplay, paramVoices).size (), 24u);
     for (const auto& [question, answer] :
          { std::pair{ "receiveVstEvents", 1 }, std::pair{ "receiveVstMidiEvent", 1 },
@@ -134,8 +124,10 @@ TEST (DispatcherTest, ProgramsAndChunks)
          { VstIntPtr (-1), VstIntPtr (128), std::numeric_limits<VstIntPtr>::max () })
         synth.call (effSetProgram, 0, program);
     EXPECT_EQ (synth.call (effGetProgram), 5);
-    char unterminated[] = "123456789012345678901234"; // its terminator is not part of the name
-    synth.call (effSetProgramName, 0, 0, unterminated);
+    const std::string unterminated = "123456789012345678901234"; // fills its field
+    auto field = std::make_unique<char[]> (24);
+    unterminated.copy (field.get (), 24);
+    synth.call (effSetProgramName, 0, 0, field.get ());
     EXPECT_EQ (synth.text (effGetProgramName), unterminated);
     char kept[] = "kept";
     for (const VstInt32 program : { -1, 128, 1000000 })
@@ -150,7 +142,7 @@ TEST (DispatcherTest, ProgramsAndChunks)
     void* data = nullptr;
     for (const auto& [isPreset, size] : { std::pair{ 0, 23896 }, std::pair{ 1, 176 } })
         ASSERT_EQ (synth.call (effGetChunk, isPreset, 0, &data), size);
-    EXPECT_EQ (std::memcmp (data, unterminated, 24), 0);
+    EXPECT_EQ (std::memcmp (data, unterminated.data (), 24), 0);
     std::vector<char> preset (static_cast<char*> (data), static_cast<char*> (data) + 176);
     HostedSynth other;
     EXPECT_EQ (other.call (effSetChunk, 1, 176, preset.data ()), 1);
@@ -194,13 +186,46 @@ TEST (DispatcherTest, CallsTheHostWhereItShould)
     EXPECT_EQ (synth.host.calls.back ().index, paramVolume);
     EXPECT_EQ (synth.host.calls.back ().opt, 0.25f);
     EXPECT_EQ (synth.get (paramVolume), 0.25f);
+    for (const VstInt32 index : { 38, 45, 46, 49, 54, -1 }) // the panel's own: no host has them in its table
+        synth.object ().setParameterAutomated (index, 0.5f);
+    EXPECT_EQ (synth.host.countCalls (audioMasterAutomate), 1);
+    EXPECT_GT (levelOf (render (synth.object (), 5000, 500)), 0.0)
+        << "the panel's key was played all the same";
 
-    play (synth);
     EXPECT_EQ (synth.host.countCalls (audioMasterGetTime), 0) << "only where a tempo is wanted";
     synth.set (paramLfoBmpSync, 1.0f);
     play (synth);
     ASSERT_GT (synth.host.countCalls (audioMasterGetTime), 0);
     EXPECT_EQ (synth.host.callsOf (audioMasterGetTime)[0].value, 0xE00); // tempo, musical and bar position
+}
+
+// Tempo and musical position count where the flags say that they are valid. A position of 0 would hold the
+// LFO.
+TEST (DispatcherTest, TimeIsTakenAsItsFlagsSay)
+{
+    std::vector<std::vector<float>> sounds;
+    for (const VstInt32 flags : { 0, kVstTempoValid + 0, kVstTempoValid | kVstPpqPosValid })
+    {
+        HostedSynth synth;
+        for (const auto& [index, value] :
+             { std::pair{ paramLfoBmpSync, 1.0f }, std::pair{ paramLfoFilter, 1.0f },
+               std::pair{ paramLfoRate, 0.9f }, std::pair{ paramFilterFreq, 0.1f } })
+            synth.set (index, value);
+        synth.host.hasTime = true;
+        synth.host.time.flags = flags;
+        synth.host.time.tempo = 200.0;
+        std::vector<float> sound;
+        for (int block = 0; block < 20; ++block)
+        {
+            synth.host.time.samplePos = 1000.0 + block * 500.0;
+            const auto more = block == 0 ? play (synth, 500) : render (synth.object (), 500, 500);
+            sound.insert (sound.end (), more.begin (), more.end ());
+        }
+        sounds.push_back (sound);
+    }
+    EXPECT_NE (sounds[0], sounds[1]);
+    EXPECT_NE (sounds[1], sounds[2]);
+    EXPECT_NE (sounds[2], sounds[0]);
 }
 
 TEST (DispatcherTest, TheEditorIsReached)
@@ -250,7 +275,17 @@ TEST (DispatcherTest, UnknownAndEmptyCallsAnswerNothing)
                          opcode <= effGetNumMidiOutputChannels)
                 << opcode;
     }
-    EXPECT_EQ (synth.effect->dispatcher (nullptr, effGetVstVersion, 0, 0, nullptr, 0.0f), 0);
+    AEffect never = *synth.effect; // a record that belongs to nobody, and none at all
+    never.object = nullptr;
+    for (AEffect* record : { &never, static_cast<AEffect*> (nullptr) })
+    {
+        EXPECT_EQ (never.dispatcher (record, effGetVstVersion, 0, 0, nullptr, 0.0f), 0);
+        never.process (record, nullptr, nullptr, 1);
+        never.processReplacing (record, nullptr, nullptr, 1);
+        never.processDoubleReplacing (record, nullptr, nullptr, 1);
+        never.setParameter (record, 0, 0.5f);
+        EXPECT_EQ (never.getParameter (record, 0), 0.0f);
+    }
     synth.effect->processReplacing (synth.effect, nullptr, nullptr, 100);
     float* none[] = { nullptr, nullptr };
     synth.effect->process (synth.effect, nullptr, none, -100);

@@ -57,34 +57,6 @@ TEST (SamenessTest, BlocksOfAnySizeGiveTheSameSamples)
     }
 }
 
-TEST (SamenessTest, InstancesDoNotDisturbEachOther)
-{
-    FakeHost host;
-    struct Part
-    {
-        float rate;
-        int program;
-        std::unique_ptr<VstSynth> synth;
-        std::vector<float> sound;
-    };
-    Part parts[] = { { 44100.0f, 3, nullptr, {} },
-                     { 96000.0f, 60, nullptr, {} },
-                     { 22050.0f, 90, nullptr, {} } };
-    const std::vector<TimedMidi> chord = { { 1, 0x90, 48, 100 }, { 1, 0x90, 55, 90 }, { 1, 0x90, 64, 80 } };
-    for (int block = 0; block < 40; ++block)
-    {
-        for (Part& part : parts)
-        {
-            part.synth = block == 0 ? synthAt (host, part.rate, part.program) : std::move (part.synth);
-            const auto more = render (*part.synth, 256, 256, block == 0 ? chord : std::vector<TimedMidi> ());
-            part.sound.insert (part.sound.end (), more.begin (), more.end ());
-        }
-    }
-    for (const Part& part : parts)
-        EXPECT_EQ (part.sound, render (*synthAt (host, part.rate, part.program), 40 * 256, 256, chord))
-            << part.program;
-}
-
 TEST (SamenessTest, TheOldEntryOverwritesAsTheNewOneDoes)
 {
     FakeHost host;
