@@ -16,9 +16,7 @@ using picture::Picture;
 class ChildProcess
 {
 public:
-    // `inheritedPipe`, when given, gets a descriptor of the parent to read from what the child writes to
-    // the descriptor that is named in its arguments by "{pipe}".
-    ChildProcess (std::vector<std::string> command, int* inheritedPipe = nullptr);
+    explicit ChildProcess (std::vector<std::string> command);
     ~ChildProcess ();
     ChildProcess (const ChildProcess&) = delete;
     ChildProcess& operator= (const ChildProcess&) = delete;

@@ -6,12 +6,13 @@
 #include <iterator>
 #include <string>
 
-inline std::filesystem::path resourcePath (const std::string& file)
+// Below the folder of the pictures; whole paths stay what they are.
+inline std::filesystem::path resourcePath (const std::filesystem::path& file)
 {
     return std::filesystem::path (BRIMVALE_RESOURCES) / file;
 }
 
-inline std::string readResource (const std::string& file)
+inline std::string readResource (const std::filesystem::path& file)
 {
     std::ifstream stream (resourcePath (file), std::ios::binary);
     return { std::istreambuf_iterator<char> (stream), {} };

@@ -5,9 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "parameters/Parameters.h"
 #include "picture/Png.h"
@@ -168,7 +165,7 @@ protected:
     int percent = 100;
 };
 
-TEST_F (Zoom, EveryStepShowsThePicturesOfItsSize)
+TEST_F (Zoom, EveryStepShowsAndFindsEverythingInItsSize)
 {
     struct Step
     {
@@ -176,8 +173,8 @@ TEST_F (Zoom, EveryStepShowsThePicturesOfItsSize)
     };
     // Where the set is as large as the panel, each pixel is the picture's. Else the picture is scaled down,
     // which the systems do in ways of their own.
-    constexpr Step steps[] = { { 100, 100 }, { 125, 150 }, { 150, 150 }, { 175, 200 },
-                               { 200, 200 }, { 250, 300 }, { 300, 300 }, { 100, 100 } };
+    constexpr Step steps[] = { { 100, 100 }, { 125, 150 }, { 150, 150 }, { 175, 200 }, { 200, 200 },
+                               { 250, 300 }, { 300, 300 }, { 100, 100 }, { 150, 150 } };
     for (const Step& step : steps)
     {
         SCOPED_TRACE (step.percent);
@@ -190,6 +187,7 @@ TEST_F (Zoom, EveryStepShowsThePicturesOfItsSize)
             ASSERT_EQ (bench.callsUntil ("size"), "size " + size + ";");
             EXPECT_EQ (bench.say ("rect"), size);
         }
+        bench.say ("set 18 0.5");
         bench.moveTo (pixels (300), pixels (300));
 
         const ExpectedPanel expected = expectedPanel (step.set);
@@ -202,26 +200,19 @@ TEST_F (Zoom, EveryStepShowsThePicturesOfItsSize)
                 return wrong <= (isNative ? 0.0 : 0.03);
             }))
             << wrong;
+        const Rect& rect = controlOf (parameters::paramFilterFreq).rect;
+        bench.moveTo (pixels (rect.x + 3), pixels (rect.y + 3));
+        bench.mouse ("click 4");
+        EXPECT_TRUE (Bench::eventually (
+            [&] { return std::abs (bench.parameter (parameters::paramFilterFreq) - 0.52f) < 1e-4f; }))
+            << "the mouse finds the control where it is";
+        bench.callsUntil ("end 18;"); // the wheel rests
     }
-}
-
-// The mouse finds the controls where they are, and the editor opens as large as it was left.
-TEST_F (Zoom, ControlsAreWhereTheyAreShown)
-{
-    chooseZoom (2);
-    percent = 150;
-    ASSERT_EQ (bench.callsUntil ("size"), "size 918 649;");
-    bench.say ("set 18 0.5");
-    const Rect& rect = controlOf (parameters::paramFilterFreq).rect;
-    bench.moveTo (pixels (rect.x + 3), pixels (rect.y + 3));
-    bench.mouse ("click 4");
-    EXPECT_TRUE (Bench::eventually (
-        [&] { return std::abs (bench.parameter (parameters::paramFilterFreq) - 0.52f) < 1e-4f; }));
     bench.say ("set 30 0");
     EXPECT_TRUE (bench.callsUntil ("size").ends_with ("size 918 442;")) << "without the keyboard";
     bench.say ("set 30 1");
     bench.say ("close");
-    EXPECT_EQ (bench.say ("rect"), "918 649");
+    EXPECT_EQ (bench.say ("rect"), "918 649") << "it opens as large as it was left";
 }
 
 TEST_F (Zoom, AHostThatKeepsItsWindowKeepsThePanelToo)
@@ -242,10 +233,8 @@ TEST_F (Zoom, AHostThatKeepsItsWindowKeepsThePanelToo)
     EXPECT_EQ (bench.say ("rect"), "612 433");
     if (!Bench::isWine ())
     {
-        std::ifstream settings (std::filesystem::path (std::getenv ("XDG_CONFIG_HOME")) /
-                                "corvanex/settings");
-        const std::string stored{ std::istreambuf_iterator<char> (settings), {} };
-        EXPECT_EQ (stored.find ("EditorZoom"), std::string::npos) << stored;
+        const std::filesystem::path settings = std::getenv ("XDG_CONFIG_HOME");
+        EXPECT_EQ (readResource (settings / "corvanex/settings").find ("EditorZoom"), std::string::npos);
     }
 }
 
