@@ -184,8 +184,11 @@ void addRows (const VoiceKernel& kernel)
     benchmark::RegisterBenchmark ((std::string (kernel.name) + "/glide/voices:1/block:512").c_str (),
                                   [&kernel] (benchmark::State& state) { renderGlide (state, kernel); });
     const std::pair<const char*, Settings> cases[] = {
-        { "pulse width", { { paramOsc1PW, 0.5f } } }, { "LFO noise", { { paramLfoWave, 0.8f } } },
-        { "vibrato", { { paramLfoPitch, 0.4f } } },   { "low quality", { { paramHighQuality, 1.0f } } },
+        { "noise", { { paramNoise, 0.5f } } },
+        { "pulse width", { { paramOsc1PW, 0.5f } } },
+        { "LFO noise", { { paramLfoWave, 0.8f } } },
+        { "vibrato", { { paramLfoPitch, 0.4f } } },
+        { "low quality", { { paramHighQuality, 1.0f } } },
         { "smooth", { { paramSmothFilt, 1.0f } } },
     };
     for (const auto& [name, changes] : cases)

@@ -123,9 +123,8 @@ void Panel::openField (const CRect& place, const std::string& text,
         {
             if (closed || field == nullptr)
                 return;
-            const auto leaving = field;
+            frame->removeView (field);
             field = nullptr;
-            frame->removeView (leaving);
             hoverHelp->setSilent (false);
             if (taken)
                 typed (line);

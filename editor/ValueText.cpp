@@ -140,46 +140,46 @@ std::int32_t anythingAbove0 (float value, std::int32_t /*last*/)
 struct Row
 {
     Param parameter;
+    float specialAt; // what stands here is told by `special` in place of a number
     double (*law) (float knob);
     std::string (*unit) (double number);
-    const char* special = nullptr; // what `specialAt` says in place of a number
-    float specialAt = 0.0f;
+    const char* special = nullptr;
     Names names = {};
     std::int32_t (*position) (float value, std::int32_t last) = evenPosition;
 };
 constexpr Row named (Param parameter, Names names,
                      std::int32_t (*position) (float, std::int32_t) = evenPosition)
 {
-    return { parameter, nullptr, nullptr, nullptr, 0.0f, names, position };
+    return { parameter, 0.0f, nullptr, nullptr, nullptr, names, position };
 }
 constexpr Row rows[] = {
-    { paramVolume, level, dB, "off" },
-    { paramOsc1Vol, level, dB, "off" },
-    { paramOsc2Vol, level, dB, "off" },
-    { paramNoise, level, dB, "off" },
+    { paramVolume, 0.0f, level, dB, "off" },
+    { paramOsc1Vol, 0.0f, level, dB, "off" },
+    { paramOsc2Vol, 0.0f, level, dB, "off" },
+    { paramNoise, 0.0f, level, dB, "off" },
     named (paramOsc1Wave, oscWaves),
     named (paramOsc2Wave, oscWaves),
     named (paramOsc1Range, rangeNames),
     named (paramOsc2Range, rangeNames),
-    { paramOsc2Fine, fineCents, cents },
-    { paramMasterP, masterCents, cents },
-    { param1Attack, attack, seconds },
-    { param1Sustain, sustain, dB, "none, repeats" },
-    { param1Decay, decay, seconds },
-    { param2Attack, filterTime, seconds },
-    { param2Decay, filterTime, seconds },
-    { param2Delay, delay, seconds, "none, repeats" },
-    { param2ToFilter, fromCentre, signedPercent, "off", 0.5f },
-    { paramLfoFilter, fromCentre, signedPercent, "off", 0.5f },
-    { paramFilterFreq, cutoff, hertz },
+    { paramOsc2Fine, 0.0f, fineCents, cents },
+    { paramMasterP, 0.0f, masterCents, cents },
+    { param1Attack, 0.0f, attack, seconds },
+    { param1Sustain, 0.0f, sustain, dB, "none, repeats" },
+    { param1Decay, 0.0f, decay, seconds },
+    { param2Attack, 0.0f, filterTime, seconds },
+    { param2Decay, 0.0f, filterTime, seconds },
+    { param2Delay, 0.0f, delay, seconds, "none, repeats" },
+    { param2ToFilter, 0.5f, fromCentre, signedPercent, "off" },
+    { paramLfoFilter, 0.5f, fromCentre, signedPercent, "off" },
+    { paramFilterFreq, 0.0f, cutoff, hertz },
     named (paramFilterType, filterTypeNames),
-    { paramLfoRate, rate, slowHertz },
+    { paramLfoRate, 0.0f, rate, slowHertz },
     named (paramLfoWave, lfoWaveNames),
-    { paramLfoPitch, vibratoCents, depthInCents, "off" },
-    { paramGlideMono, glide, seconds, "off, polyphonic" },
+    { paramLfoPitch, 0.0f, vibratoCents, depthInCents, "off" },
+    { paramGlideMono, 0.0f, glide, seconds, "off, polyphonic" },
     named (paramVoices, voiceCounts, voicesPosition),
-    { paramVelocityAmp, inPercent, percent, "off" },
-    { paramVelocityFilter, inPercent, percent, "off" },
+    { paramVelocityAmp, 0.0f, inPercent, percent, "off" },
+    { paramVelocityFilter, 0.0f, inPercent, percent, "off" },
     named (paramSmothFilt, offOn, anythingAbove0),
     named (paramFilterKeyTrak, offOn, anythingAbove0),
     named (paramLfoBmpSync, offOn, anythingAbove0),
@@ -188,7 +188,7 @@ constexpr Row rows[] = {
 Row rowOf (std::int32_t parameter, const ValueContext& context)
 {
     const auto* found = std::ranges::find (rows, parameter, &Row::parameter);
-    Row row = found != std::end (rows) ? *found : Row{ paramNonUsed, inPercent, percent };
+    Row row = found != std::end (rows) ? *found : Row{ paramNonUsed, 0.0f, inPercent, percent };
     if (parameter == paramFilterFreq && context.keyTracks)
         row.law = trackedCutoff;
     return row;

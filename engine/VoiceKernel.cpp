@@ -230,19 +230,26 @@ class Kernel
             phase -= length;
     }
 
-    // A stretch of samples without a change of pitch. `wraps` is how many ends of the cycle one step may
-    // pass: more than one only at sample rates far below the usual.
-    template <bool wrapsOften>
+    // A stretch of samples in which the pitch stays, or glides but does nothing else. `wraps` is how many
+    // ends of the cycle one step may pass: more than one only at sample rates far below the usual.
+    template <bool wrapsOften, bool glides>
     [[gnu::noinline]] static void readStretch (OscillatorLanes& source, std::size_t first, int n, int end,
                                                int wraps, Reads& reads)
     {
         const double length = source.length;
         const float offset = source.pulseOffset;
         const bool isFull = source.isFull;
-        const Doubles step = widened (lanes (source.increment, first));
+        Pitch pitch (source, first);
+        Doubles step = widened (pitch.increment);
         Doubles phase = doubles (source.phase, first);
         for (; n < end; ++n)
         {
+            if constexpr (glides)
+            {
+                pitch.update ();
+                step = widened (pitch.increment);
+                phase = startedAnew (phase, step, length);
+            }
             for (Double& p : phase.part)
             {
                 for (int wrap = 0; wrap < (wrapsOften ? wraps : 1); ++wrap)
@@ -257,6 +264,11 @@ class Kernel
             phase = sum (phase, step);
         }
         doubles (source.phase, first) = phase;
+        if constexpr (glides)
+        {
+            lanes (source.glideCurrent, first) = pitch.current;
+            lanes (source.increment, first) = pitch.increment;
+        }
     }
 
     // Oscillator::readPosition.
@@ -272,34 +284,74 @@ class Kernel
         return position >= end ? position - end : position;
     }
 
-    // Oscillator::updateIncrement for the lanes whose bit is set.
+    // What the pitch of an oscillator is made of.
+    struct Pitch
+    {
+        [[gnu::always_inline]] inline Pitch (OscillatorLanes& source, std::size_t first)
+            : glides (source.glides),
+              tuneCorrection (source.tuneCorrection),
+              masterPitchFactor (source.masterPitchFactor),
+              incrementPerHz (source.incrementPerHz),
+              lfoPitchFactor (lanes (source.lfoPitchFactor, first)),
+              bendHz (lanes (source.bendHz, first)),
+              fineHz (lanes (source.fineHz, first)),
+              target (lanes (source.glideTarget, first)),
+              delta (lanes (source.glideDelta, first)),
+              noteHz (lanes (source.noteHz, first)),
+              current (lanes (source.glideCurrent, first)),
+              increment (lanes (source.increment, first))
+        {
+        }
+
+        // Oscillator::updateIncrement.
+        [[gnu::always_inline]] inline void update ()
+        {
+            if (glides)
+                current = pitchLaw::glided<Real> (current, target, delta);
+            increment =
+                pitchLaw::incrementOf<Real> (glides ? current : noteHz, tuneCorrection, lfoPitchFactor,
+                                             masterPitchFactor, bendHz, fineHz, incrementPerHz);
+        }
+
+        const bool glides;
+        const float tuneCorrection;
+        const float masterPitchFactor;
+        const float incrementPerHz;
+        const Real lfoPitchFactor;
+        const Real bendHz;
+        const Real fineHz;
+        const Real target;
+        const Real delta;
+        const Real noteHz;
+        Real current;
+        Real increment;
+    };
+
+    // A rewound cycle starts one increment in; where `step` is 0 nothing happens.
+    [[gnu::always_inline]] static inline Doubles startedAnew (Doubles phase, const Doubles& step,
+                                                              double length)
+    {
+        for (int k = 0; k < parts; ++k)
+        {
+            Double& p = phase.part[k];
+            p = (step.part[k] > 0.0) & (p == 0.0) ? step.part[k] + length : p;
+        }
+        return phase;
+    }
+
+    // For the lanes whose bit is set.
     [[gnu::noinline]] static void updateIncrement (OscillatorLanes& source, std::size_t first,
                                                    unsigned lanesByBit)
     {
         const auto due = maskOf (lanesByBit);
-        Real hz = lanes (source.noteHz, first);
-        if (source.glides)
-        {
-            Real& current = lanes (source.glideCurrent, first);
-            const Real next = pitchLaw::glided<Real> (current, lanes (source.glideTarget, first),
-                                                      lanes (source.glideDelta, first));
-            current = due ? next : current;
-            hz = current;
-        }
+        Pitch pitch (source, first);
+        pitch.update ();
+        Real& current = lanes (source.glideCurrent, first);
         Real& increment = lanes (source.increment, first);
-        const Real next = pitchLaw::incrementOf<Real> (
-            hz, source.tuneCorrection, lanes (source.lfoPitchFactor, first), source.masterPitchFactor,
-            lanes (source.bendHz, first), lanes (source.fineHz, first), source.incrementPerHz);
-        increment = due ? next : increment;
-
-        // A rewound cycle starts one increment in.
-        const Doubles starts = widened (due ? increment : Real{});
+        current = due ? pitch.current : current;
+        increment = due ? pitch.increment : increment;
         Doubles& phase = doubles (source.phase, first);
-        for (int k = 0; k < parts; ++k)
-        {
-            Double& p = phase.part[k];
-            p = (starts.part[k] > 0.0) & (p == 0.0) ? starts.part[k] + source.length : p;
-        }
+        phase = startedAnew (phase, widened (due ? increment : Real{}), source.length);
     }
 
     static bool isGliding (const OscillatorLanes& source, std::size_t first)
@@ -338,19 +390,18 @@ class Kernel
         for (int n = 0; n < samples;)
         {
             int end = samples;
-            if (glidesEachSample)
-            {
-                updateIncrement (source, first, allLanes);
-                end = n + 1;
-            }
             if (followsLfo && nextDue (voices.pitchDue, n, end) < end)
                 end = nextDue (voices.pitchDue, n, end) + 1;
-            if (wraps > 1)
-                readStretch<true> (source, first, n, end, wraps, reads);
-            else if (!isSilent)
-                readStretch<false> (source, first, n, end, wraps, reads);
-            else
+            if (isSilent)
                 standStill (reads, n, end);
+            else if (wraps > 1 && glidesEachSample)
+                readStretch<true, true> (source, first, n, end, wraps, reads);
+            else if (wraps > 1)
+                readStretch<true, false> (source, first, n, end, wraps, reads);
+            else if (glidesEachSample)
+                readStretch<false, true> (source, first, n, end, wraps, reads);
+            else
+                readStretch<false, false> (source, first, n, end, wraps, reads);
             n = end;
 
             const unsigned due = voices.pitchDue.lanes[n - 1] >> first & allLanes;
@@ -477,7 +528,7 @@ class Kernel
                 continue;
             float* const levelsOfLane = reinterpret_cast<float*> (levels.at) + lane;
             for (int n = 0; n < samples; ++n)
-                levelsOfLane[n * width] = envelope.column[first + lane][n];
+                levelsOfLane[static_cast<std::size_t> (n) * width] = envelope.column[first + lane][n];
         }
     }
 
@@ -677,6 +728,8 @@ class Kernel
 public:
     static void render (VoiceLanes& voices, std::size_t first, float* out, int samples)
     {
+        if (samples <= 0)
+            return;
         Rows<Real> levels;
         Rows<Real> env2;
         Rows<Real> coefficients;

@@ -66,18 +66,11 @@ struct DueLanes
 // row, as vector instructions want it.
 struct VoiceLanes
 {
-    std::size_t used = 0;
-
     OscillatorLanes osc1;
     OscillatorLanes osc2;
     OscillatorLanes noise;
-    bool noiseSounds = false;
-
     EnvelopeLanes amplitude;
     EnvelopeLanes env2;
-
-    filterCore::Switches filterSwitches;
-    filterCore::FixedCoefficients filterFixed;
     filterCore::Memory<Lanes<float>> filter;
     Lanes<float> damping;
     Lanes<float> coefficient; // main section
@@ -85,16 +78,22 @@ struct VoiceLanes
     Lanes<float> cutoffHz;
     Lanes<float> cutoffBase; // 0..1
     Lanes<float> keyFactor;
-    bool keyTracks = true;
+
+    float lfo[longestRun] = {}; // -1..1
+    DueLanes cutoffDue;         // the cutoff follows its modulation at this sample
+    DueLanes pitchDue;          // the pitch follows the LFO after this sample
+
+    std::size_t used = 0;
+    filterCore::Switches filterSwitches;
+    filterCore::FixedCoefficients filterFixed;
     float angularStep = 0.0f;  // 2 pi / sample rate
     float slewDivisor = 1.0f;  // sample rate / 200
     float cutoffTarget = 0.0f; // of the base
     float env2ToCutoff = 0.0f; // depths, -1..1
     float lfoToCutoff = 0.0f;
     float lfoPitchDepth = 0.0f;
-    DueLanes cutoffDue;         // the cutoff follows its modulation at this sample
-    DueLanes pitchDue;          // the pitch follows the LFO after this sample
-    float lfo[longestRun] = {}; // -1..1
+    bool keyTracks = true;
+    bool noiseSounds = false;
 };
 
 // Renders the next samples, longestRun at the most, of all lanes and adds them to out[0 .. samples-1].

@@ -124,7 +124,7 @@ std::filesystem::path stemPath (const std::filesystem::path& output, const Seque
     std::filesystem::path name = output.stem ();
     name += number;
     name += output.extension ();
-    return output.parent_path () / name;
+    return std::filesystem::path (output).replace_filename (name);
 }
 
 void print (const Sequence& sequence, const LevelMeter& meter, const RenderReport& report, int sampleRate)

@@ -110,6 +110,7 @@ TEST_F (EditorWindow, SlidersFollowTheHostAndTheWheel)
 {
     for (const int tag : { paramOsc1Vol, paramOsc2Vol })
     {
+        bench.moveTo (300, 300); // so that no help lies over the other slider
         const panel::Rect& rect = controlOf (tag).rect;
         for (const float value : { 0.0f, 1.0f, 0.5f })
         {

@@ -197,7 +197,7 @@ TEST_F (PanelInProcess, DrawsOnlyWhatChanged)
     for (const Change& change : changes)
     {
         recorder->drawn.clear ();
-        open.panel.setParameter (change.index, change.value);
+        open.synth.setParameter (change.index, change.value);
         ASSERT_TRUE (settle (open, *recorder)) << change.index;
         for (const CRect& rect : recorder->drawn)
         {
