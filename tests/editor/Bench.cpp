@@ -243,27 +243,20 @@ std::string Bench::callsUntil (const std::string& last)
 const Picture& bitmapFile (int id)
 {
     static std::map<int, Picture> read;
-    const auto known = read.find (id);
-    if (known != read.end ())
-        return known->second;
-    std::ifstream file (SOURCE_FOLDER "/resources/panel/" + panel::bitmapFile (*panel::findBitmap (id)),
-                        std::ios::binary);
-    const std::vector<char> bytes{ std::istreambuf_iterator<char> (file), {} };
-    const auto image = picture::readBmpFile (std::as_bytes (std::span (bytes)));
-    return read.emplace (id, image.value ()).first->second;
+    if (!read.contains (id))
+    {
+        std::ifstream file (SOURCE_FOLDER "/resources/panel/" + panel::bitmapFile (*panel::findBitmap (id)),
+                            std::ios::binary);
+        const std::vector<char> bytes{ std::istreambuf_iterator<char> (file), {} };
+        read[id] = picture::readBmpFile (std::as_bytes (std::span (bytes))).value ();
+    }
+    return read[id];
 }
 
 bool matches (const Picture& picture, const panel::Rect& place, const Picture& bitmap, int row)
 {
-    for (int y = 0; y < place.height; ++y)
-    {
-        for (int x = 0; x < place.width; ++x)
-        {
-            if (picture.at (place.x + x, place.y + y) != bitmap.at (x, row + y))
-                return false;
-        }
-    }
-    return true;
+    return picture.part (place.x, place.y, place.width, place.height) ==
+           bitmap.part (0, row, place.width, place.height);
 }
 
 const panel::Control& controlOf (int tag)

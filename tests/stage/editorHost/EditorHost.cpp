@@ -10,7 +10,6 @@
 #include <span>
 #include <sstream>
 #include <stdexcept>
-#include <utility>
 
 namespace
 {
