@@ -110,7 +110,7 @@ void Panel::enterControl (CControl* control, std::int32_t tag, int bitmapId, boo
         entry.rightMenu = new VstGraph::CRightMenu (control->getViewSize (), this,
                                                     VstGraph::CRightMenu::storedTag, control);
         entry.rightMenu->setActions (
-            [this] (SharedPointer<COptionMenu> menu, const CRect& anchor,
+            [this] (const SharedPointer<COptionMenu>& menu, const CRect& anchor,
                     const std::function<void (std::int32_t)>& chosen)
             { popUp (menu, anchor, [chosen] (COptionMenu*, std::int32_t item) { chosen (item); }); },
             [this, tag] { typeValue (tag); });

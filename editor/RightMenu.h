@@ -40,8 +40,8 @@ public:
     // Shows a menu whose entries keep clear of `anchor` and calls `chosen` with the entry, -1 when it was
     // left.
     using MenuOpener =
-        std::function<void (VSTGUI::SharedPointer<VSTGUI::COptionMenu> menu, const VSTGUI::CRect& anchor,
-                            std::function<void (std::int32_t entry)> chosen)>;
+        std::function<void (const VSTGUI::SharedPointer<VSTGUI::COptionMenu>& menu,
+                            const VSTGUI::CRect& anchor, std::function<void (std::int32_t entry)> chosen)>;
     // `typeValue` is asked for with shift and a double click.
     void setActions (MenuOpener opener, std::function<void ()> typeValue);
 

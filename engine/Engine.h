@@ -60,10 +60,10 @@ private:
     void wake ();
     void applyController (std::uint32_t controller, float value);
 
+    Voices voices;
     EngineHost& host;
     const WaveTables tables;
     Lfo lfo;
-    Voices voices;
     ParameterMapping mapping{ voices, lfo, tables, host };
     LfoSync lfoSync{ lfo };
     EventIntake intake;

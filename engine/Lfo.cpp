@@ -34,7 +34,6 @@ std::int64_t climb (float& phase, float step, float end, std::int64_t count)
     const auto inOneStretch = [] (float a, float b)
     { return std::signbit (a) == std::signbit (b) && std::ilogb (a) == std::ilogb (b); };
     std::int64_t made = 0;
-    float before = phase;
     for (int inStretch = 0; made < count; ++made)
     {
         const float next = phase + step;
@@ -43,7 +42,7 @@ std::int64_t climb (float& phase, float step, float end, std::int64_t count)
         if (next == phase) // the step is lost beside the phase, and so are all that follow
             return count;
         inStretch = inOneStretch (phase, next) ? inStretch + 1 : 0;
-        before = phase;
+        const float before = phase;
         phase = next;
         if (inStretch < 3)
             continue;

@@ -27,7 +27,7 @@ int VoiceAllocator::take (int slot, std::uint32_t note, std::uint32_t velocity)
     return slot;
 }
 
-// Meant as it stands: the candidate begins as slot 0's stamp, not its number, and is compared with stamps
+// The candidate begins as slot 0's stamp, not its number, and is compared with stamps
 // and replaced by slot numbers alike. Which voice is stolen in a full chord depends on it.
 int VoiceAllocator::slotToSteal () const
 {

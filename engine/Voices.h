@@ -55,8 +55,8 @@ public:
     SoundingVoices* enterLanes ();
 
 private:
-    std::array<Voice, voiceSlots> voices; // use all (): what sounds may be in lanes
     SoundingVoices inLanes;
+    std::array<Voice, voiceSlots> voices; // use all (): what sounds may be in lanes
     VoiceAllocator allocator;
     std::int32_t voiceCount = parameters::mostVoices;
     bool glidesOnlyLegato = false;
