@@ -25,40 +25,15 @@ constexpr char wineVariable[] = "BRIMVALE_EDITOR_WINE";
 constexpr auto patience = std::chrono::seconds (10);
 constexpr auto pollPause = std::chrono::milliseconds (20);
 constexpr int readPatience = 60000; // ms; the first start of Wine is slow
-
-struct Pipe
-{
-    int read = -1;
-    int write = -1;
-
-    Pipe ()
-    {
-        int ends[2];
-        if (pipe2 (ends, O_CLOEXEC) != 0)
-            throw std::runtime_error ("no pipe");
-        read = ends[0];
-        write = ends[1];
-    }
-};
 }
 
-ChildProcess::ChildProcess (std::vector<std::string> command, int* inheritedPipe)
+ChildProcess::ChildProcess (std::vector<std::string> command)
 {
     std::signal (SIGPIPE, SIG_IGN); // a child that ends early is told by its answers
-    Pipe toChild;
-    Pipe fromChild;
-    std::unique_ptr<Pipe> extra;
-    if (inheritedPipe != nullptr)
-    {
-        extra = std::make_unique<Pipe> ();
-        *inheritedPipe = extra->read;
-        fcntl (extra->write, F_SETFD, 0);
-        for (auto& word : command)
-        {
-            if (word == "{pipe}")
-                word = std::to_string (extra->write);
-        }
-    }
+    int toChild[2];                 // to read from, to write to
+    int fromChild[2];               // the same
+    if (pipe2 (toChild, O_CLOEXEC) != 0 || pipe2 (fromChild, O_CLOEXEC) != 0)
+        throw std::runtime_error ("no pipe");
     std::vector<char*> arguments;
     for (auto& word : command)
         arguments.push_back (word.data ());
@@ -69,17 +44,15 @@ ChildProcess::ChildProcess (std::vector<std::string> command, int* inheritedPipe
     {
         setpgid (0, 0);                    // so that a shell's children end with it
         prctl (PR_SET_PDEATHSIG, SIGKILL); // and it ends with a test that crashes
-        dup2 (toChild.read, STDIN_FILENO);
-        dup2 (fromChild.write, STDOUT_FILENO);
+        dup2 (toChild[0], STDIN_FILENO);
+        dup2 (fromChild[1], STDOUT_FILENO);
         execvp (arguments[0], arguments.data ());
         _exit (127);
     }
-    close (toChild.read);
-    close (fromChild.write);
-    if (extra != nullptr)
-        close (extra->write);
-    input = toChild.write;
-    output = fromChild.read;
+    close (toChild[0]);
+    close (fromChild[1]);
+    input = toChild[1];
+    output = fromChild[0];
 }
 
 ChildProcess::~ChildProcess ()
@@ -132,15 +105,9 @@ bool Bench::isWine ()
 
 VirtualDisplay::VirtualDisplay ()
 {
-    int displayPipe = -1;
-    server = std::make_unique<ChildProcess> (std::vector<std::string>{ "Xvfb", "-displayfd", "{pipe}",
-                                                                       "-screen", "0", "2000x1400x24",
-                                                                       "-noreset", "-nolisten", "tcp" },
-                                             &displayPipe);
-    std::string number;
-    for (char character = 0; read (displayPipe, &character, 1) == 1 && character != '\n';)
-        number += character;
-    close (displayPipe);
+    server = std::make_unique<ChildProcess> (std::vector<std::string>{
+        "Xvfb", "-displayfd", "1", "-screen", "0", "2000x1400x24", "-noreset", "-nolisten", "tcp" });
+    const std::string number = server->readLine ();
     if (number.empty ())
         throw std::runtime_error ("Xvfb did not start");
     setenv ("DISPLAY", (":" + number).c_str (), 1);
@@ -236,11 +203,11 @@ Picture Bench::picture (int width, int height)
     return screen->grab (width, height);
 }
 
-Picture Bench::redrawnPicture ()
+Picture Bench::redrawnPicture (int width, int height)
 {
     if (isWine ())
         say ("redraw");
-    return picture ();
+    return picture (width, height);
 }
 
 bool Bench::eventually (const std::function<bool ()>& condition)
@@ -276,27 +243,20 @@ std::string Bench::callsUntil (const std::string& last)
 const Picture& bitmapFile (int id)
 {
     static std::map<int, Picture> read;
-    const auto known = read.find (id);
-    if (known != read.end ())
-        return known->second;
-    std::ifstream file (SOURCE_FOLDER "/resources/panel/" + panel::bitmapFile (*panel::findBitmap (id)),
-                        std::ios::binary);
-    const std::vector<char> bytes{ std::istreambuf_iterator<char> (file), {} };
-    const auto image = picture::readBmpFile (std::as_bytes (std::span (bytes)));
-    return read.emplace (id, image.value ()).first->second;
+    if (!read.contains (id))
+    {
+        std::ifstream file (SOURCE_FOLDER "/resources/panel/" + panel::bitmapFile (*panel::findBitmap (id)),
+                            std::ios::binary);
+        const std::vector<char> bytes{ std::istreambuf_iterator<char> (file), {} };
+        read[id] = picture::readBmpFile (std::as_bytes (std::span (bytes))).value ();
+    }
+    return read[id];
 }
 
 bool matches (const Picture& picture, const panel::Rect& place, const Picture& bitmap, int row)
 {
-    for (int y = 0; y < place.height; ++y)
-    {
-        for (int x = 0; x < place.width; ++x)
-        {
-            if (picture.at (place.x + x, place.y + y) != bitmap.at (x, row + y))
-                return false;
-        }
-    }
-    return true;
+    return picture.part (place.x, place.y, place.width, place.height) ==
+           bitmap.part (0, row, place.width, place.height);
 }
 
 const panel::Control& controlOf (int tag)

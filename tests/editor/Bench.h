@@ -16,9 +16,7 @@ using picture::Picture;
 class ChildProcess
 {
 public:
-    // `inheritedPipe`, when given, gets a descriptor of the parent to read from what the child writes to
-    // the descriptor that is named in its arguments by "{pipe}".
-    ChildProcess (std::vector<std::string> command, int* inheritedPipe = nullptr);
+    explicit ChildProcess (std::vector<std::string> command);
     ~ChildProcess ();
     ChildProcess (const ChildProcess&) = delete;
     ChildProcess& operator= (const ChildProcess&) = delete;
@@ -69,7 +67,7 @@ public:
 
     // The same when no menu is open. Wine at times empties a Direct2D window that gets the focus and has only
     // what changes drawn again, so there it is asked to draw everything.
-    Picture redrawnPicture ();
+    Picture redrawnPicture (int width = 612, int height = 433);
 
     // Asks again and again until it is so; false when that takes more than ten seconds.
     static bool eventually (const std::function<bool ()>& condition);

@@ -12,63 +12,50 @@ namespace
 class ClosedEditor : public testing::Test
 {
 protected:
-    ClosedEditor ()
+    ClosedEditor () { make (); }
+
+    void make ()
     {
         synth = std::make_unique<VstSynth> (&FakeHost::callback, host.services (), editorFactory ());
-        host.calls.clear ();
     }
-
-    VstIntPtr call (VstInt32 opcode, void* ptr = nullptr, VstInt32 index = 0)
+    VstIntPtr call (VstInt32 opcode, void* ptr = nullptr)
     {
-        return synth->dispatcher (opcode, index, 0, ptr, 0.0f);
-    }
-    std::pair<int, int> size ()
-    {
-        ERect* rect = nullptr;
-        EXPECT_EQ (call (effEditGetRect, &rect), 1);
-        return { rect->right - rect->left, rect->bottom - rect->top };
+        return synth->dispatcher (opcode, 0, 0, ptr, 0.0f);
     }
 
     FakeHost host;
     std::unique_ptr<VstSynth> synth;
 };
 
-TEST_F (ClosedEditor, IsThere)
-{
-    EXPECT_NE (synth->getAeffect ()->flags & effFlagsHasEditor, 0);
-    EXPECT_TRUE (synth->editorWasMade ());
-    EXPECT_TRUE (host.messages.empty ());
-}
-
 TEST_F (ClosedEditor, TellsItsSize)
 {
-    EXPECT_EQ (size (), std::pair (612, 433));
-    synth->setParameter (paramShowKeys, 0.0f);
-    EXPECT_EQ (size (), std::pair (612, 433 - 98 - 40));
-    synth->setParameter (paramShowKeys, 0.3f);
-    EXPECT_EQ (size (), std::pair (612, 433)) << "only exactly 0 hides the keys";
-}
-
-TEST_F (ClosedEditor, TellsTheZoomedSize)
-{
-    struct Stored
+    struct Row
     {
-        std::uint32_t percent;
+        std::uint32_t zoom; // percent, as stored; unknown ones count as none
+        float keys;
         int width, height;
     };
-    for (const Stored& stored : { Stored{ 150, 918, 649 }, Stored{ 200, 1224, 866 }, Stored{ 70, 612, 433 } })
+    for (const Row& row :
+         { Row{ 0, 1.0f, 612, 433 }, Row{ 0, 0.0f, 612, 295 }, Row{ 0, 0.3f, 612, 433 },
+           Row{ 150, 1.0f, 918, 649 }, Row{ 200, 1.0f, 1224, 866 }, Row{ 300, 1.0f, 1836, 1299 },
+           Row{ 70, 1.0f, 612, 433 }, Row{ 4000000000u, 1.0f, 612, 433 } })
     {
-        (*host.stored)["Brimvale\\EditorZoom"] = stored.percent;
-        VstSynth other (&FakeHost::callback, host.services (), editorFactory ());
+        (*host.stored)["Brimvale\\EditorZoom"] = row.zoom;
+        make ();
+        synth->setParameter (paramShowKeys, row.keys);
         ERect* rect = nullptr;
-        other.dispatcher (effEditGetRect, 0, 0, &rect, 0.0f);
-        EXPECT_EQ (rect->right, stored.width);
-        EXPECT_EQ (rect->bottom, stored.height);
+        EXPECT_EQ (call (effEditGetRect, &rect), 1);
+        EXPECT_EQ (std::pair (rect->right - rect->left, rect->bottom - rect->top),
+                   std::pair (row.width, row.height))
+            << row.zoom << " % with the keys at " << row.keys;
     }
 }
 
 TEST_F (ClosedEditor, IgnoresWhatHappens)
 {
+    EXPECT_EQ (call (effEditOpen, nullptr), 0) << "there is no window to open in";
+    call (effEditClose);
+    host.calls.clear ();
     synth->setParameter (paramVolume, 0.5f);
     synth->setParameter (commandProgram, 5.0f); // a choice in a menu that is not there
     synth->setParameter (commandRandom, 0.0f);
@@ -76,14 +63,6 @@ TEST_F (ClosedEditor, IgnoresWhatHappens)
     call (effEditIdle);
     EXPECT_EQ (synth->getProgram (), 0);
     EXPECT_EQ (synth->getParameter (paramVolume), 0.5f);
-    EXPECT_TRUE (host.calls.empty ());
-}
-
-TEST_F (ClosedEditor, ClosingAndIdlingAreHarmless)
-{
-    call (effEditClose);
-    call (effEditIdle);
-    EXPECT_EQ (call (effEditOpen, nullptr), 0) << "there is no window to open in";
-    call (effEditClose);
+    EXPECT_TRUE (host.calls.empty () && host.messages.empty ());
 }
 }

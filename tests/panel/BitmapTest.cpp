@@ -1,13 +1,13 @@
-// The picture files: their format, and that the generator still draws exactly them.
+// The committed files: their format, and that the generator still makes exactly them.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
-#include <map>
+#include <cstring>
 #include <span>
-#include <sstream>
 
+#include "picture/Dib.h"
 #include "picture/Png.h"
+#include "resources/panel/ControlList.h"
 #include "resources/panel/PanelArt.h"
 #include "tests/panel/PanelFiles.h"
 
@@ -16,102 +16,64 @@ namespace
 using panel::Bitmap;
 using picture::Picture;
 
-struct Expected
-{
-    int id, width, height, bitsPerPixel;
-};
-
-// What the editor and old hosts' resource viewers expect under each id.
-constexpr Expected expectedBitmaps[] = {
-    { 176, 612, 433, 32 }, { 178, 612, 244, 32 }, { 179, 21, 59, 24 },  { 180, 21, 59, 24 },
-    { 181, 35, 98, 24 },   { 182, 35, 98, 24 },   { 184, 6, 12, 24 },   { 186, 22, 2002, 8 },
-    { 187, 22, 66, 32 },   { 188, 22, 110, 32 },  { 189, 22, 132, 32 }, { 191, 24, 192, 24 },
-    { 192, 24, 240, 24 },  { 193, 31, 12, 24 },   { 195, 20, 40, 24 },  { 198, 31, 12, 24 },
-    { 201, 31, 12, 24 },   { 202, 6, 12, 24 },
-};
-
-std::uint32_t number (const std::vector<std::byte>& file, std::size_t at, std::size_t bytes)
-{
-    std::uint32_t value = 0;
-    for (std::size_t index = bytes; index-- > 0;)
-        value = value << 8 | std::to_integer<std::uint32_t> (file.at (at + index));
-    return value;
-}
-
-TEST (PanelBitmaps, filesAreUncompressedBottomUpBitmapsOfTheirSizes)
-{
-    ASSERT_EQ (panel::bitmaps ().size (), std::size (expectedBitmaps));
-    for (const Expected& expected : expectedBitmaps)
-    {
-        SCOPED_TRACE (expected.id);
-        const Bitmap* bitmap = panel::findBitmap (expected.id);
-        ASSERT_NE (bitmap, nullptr);
-        EXPECT_EQ (bitmap->width, expected.width);
-        EXPECT_EQ (bitmap->height, expected.height);
-        EXPECT_EQ (bitmap->height % bitmap->frames, 0);
-
-        const auto file = readResource (panel::bitmapFile (*bitmap));
-        ASSERT_GT (file.size (), 54u);
-        const std::uint32_t paletteBytes = expected.bitsPerPixel == 8 ? 256 * 4 : 0;
-        const auto rowBytes =
-            static_cast<std::uint32_t> ((expected.width * expected.bitsPerPixel / 8 + 3) / 4 * 4);
-        const auto imageBytes = rowBytes * static_cast<std::uint32_t> (expected.height);
-        EXPECT_EQ (number (file, 0, 2), 0x4d42u);
-        EXPECT_EQ (number (file, 2, 4), file.size ());
-        EXPECT_EQ (number (file, 10, 4), 54 + paletteBytes);
-        EXPECT_EQ (number (file, 14, 4), 40u);
-        EXPECT_EQ (number (file, 18, 4), static_cast<std::uint32_t> (expected.width));
-        EXPECT_EQ (number (file, 22, 4), static_cast<std::uint32_t> (expected.height));
-        EXPECT_EQ (number (file, 26, 2), 1u);
-        EXPECT_EQ (number (file, 28, 2), static_cast<std::uint32_t> (expected.bitsPerPixel));
-        EXPECT_EQ (number (file, 30, 4), 0u);
-        EXPECT_EQ (number (file, 46, 4), paletteBytes / 4);
-        EXPECT_EQ (file.size (), 54 + paletteBytes + imageBytes);
-        // Some readers take the fourth byte of wide pixels for opacity.
-        for (std::size_t at = 54 + 3; expected.bitsPerPixel == 32 && at < file.size (); at += 4)
-            ASSERT_EQ (file[at], std::byte{ 0xff }) << "at byte " << at;
-    }
-}
-
-TEST (PanelBitmaps, generatorDrawsTheCommittedPictures)
+// Uncompressed from the bottom up and nothing more in them, as old hosts' resource viewers want them.
+TEST (PanelPictures, bitmapFilesHoldTheirSizesAndAreOpaque)
 {
     for (const Bitmap& bitmap : panel::bitmaps ())
     {
+        SCOPED_TRACE (bitmap.id);
+        EXPECT_EQ (bitmap.height % bitmap.frames, 0);
+        const auto file = readResource (panel::bitmapFile (bitmap));
+        const auto image = picture::readBmpFile (std::as_bytes (std::span (file)));
+        ASSERT_TRUE (image);
+        EXPECT_EQ (std::pair (image->width, image->height), std::pair (bitmap.width, bitmap.height));
+        EXPECT_TRUE (bitmap.bitsPerPixel == 8 || *image == panel::drawBitmap (bitmap));
+        const auto number = [&file] (std::size_t at)
+        {
+            std::uint32_t value = 0;
+            std::memcpy (&value, &file[at], sizeof value);
+            return value;
+        };
+        const std::size_t start = bitmap.bitsPerPixel == 8 ? 54 + 256 * 4 : 54;
+        const int rowBytes = (bitmap.width * bitmap.bitsPerPixel / 8 + 3) / 4 * 4;
+        EXPECT_EQ (std::memcmp (file.data (), "BM", 2), 0);
+        EXPECT_EQ (number (2), file.size ());
+        EXPECT_EQ (number (10), start);
+        EXPECT_EQ (number (22), static_cast<std::uint32_t> (bitmap.height));
+        EXPECT_EQ (number (26), 1u | static_cast<std::uint32_t> (bitmap.bitsPerPixel) << 16);
+        EXPECT_EQ (file.size (), start + static_cast<std::size_t> (rowBytes * bitmap.height));
+        // Some readers take the fourth byte of wide pixels for opacity.
+        for (std::size_t at = start + 3; bitmap.bitsPerPixel == 32 && at < file.size (); at += 4)
+            ASSERT_EQ (file[at], '\xff') << "at byte " << at;
+    }
+}
+
+TEST (PanelPictures, committedFilesAreWhatTheTablesMake)
+{
+    EXPECT_EQ (readResource ("../../docs/controls.md"), panel::controlList ())
+        << "renew it: makePanel --controls docs/controls.md";
+    const std::string list = readResource ("../resources.txt");
+    const auto expectListed = [&list] (const char* type, int id, const std::string& file)
+    {
+        const std::string line =
+            std::string ("\n") + type + " " + std::to_string (id) + " panel/" + file + "\n";
+        EXPECT_NE (list.find (line), std::string::npos) << line;
+    };
+    for (const Bitmap& bitmap : panel::bitmaps ())
+    {
+        expectListed ("BITMAP", bitmap.id, panel::bitmapFile (bitmap));
         const auto drawn = panel::bmpFile (bitmap);
-        EXPECT_TRUE (
-            std::ranges::equal (std::as_bytes (std::span (drawn)), readResource (panel::bitmapFile (bitmap))))
+        EXPECT_TRUE (std::string (drawn.begin (), drawn.end ()) == readResource (panel::bitmapFile (bitmap)))
             << bitmap.name << " differs; run: makePanel resources/panel";
         for (const int percent : panel::largerSets)
         {
             // By their pixels, for another zlib packs them differently.
             const std::string file = panel::largerFile (bitmap, percent);
+            expectListed ("PNG", panel::largerPictureId (bitmap.id, percent), file);
             EXPECT_TRUE (panel::drawBitmap (bitmap, percent) == picture::readPng (resourcePath (file)))
                 << file << " differs; run: makePanel resources/panel";
         }
     }
-}
-
-TEST (PanelBitmaps, resourceListNamesEveryFile)
-{
-    std::map<std::pair<std::string, int>, std::string> listed, expected;
-    const auto list = readResource ("../resources.txt");
-    std::istringstream lines (std::string (reinterpret_cast<const char*> (list.data ()), list.size ()));
-    for (std::string type, line; std::getline (lines, line);)
-    {
-        std::istringstream fields (line);
-        int id = 0;
-        std::string file;
-        if (fields >> type >> id >> file && (type == "BITMAP" || type == "PNG"))
-            listed[{ type, id }] = file;
-    }
-    for (const Bitmap& bitmap : panel::bitmaps ())
-    {
-        expected[{ "BITMAP", bitmap.id }] = "panel/" + panel::bitmapFile (bitmap);
-        for (const int percent : panel::largerSets)
-            expected[{ "PNG", panel::largerPictureId (bitmap.id, percent) }] =
-                "panel/" + panel::largerFile (bitmap, percent);
-    }
-    EXPECT_EQ (listed, expected);
 }
 
 int grey (picture::Colour colour)
@@ -120,7 +82,7 @@ int grey (picture::Colour colour)
 }
 
 // A frame is an opaque square: in every set its corners have to continue the panel under it, ticks included.
-TEST (PanelBitmaps, knobFramesJoinTheBackgroundWithoutASeam)
+TEST (PanelPictures, knobFramesJoinTheBackgroundWithoutASeam)
 {
     for (const int percent : { 100, 150, 200, 300 })
     {

@@ -8,63 +8,38 @@ using namespace picture;
 
 namespace
 {
+using Bytes = std::vector<std::byte>;
+
 // The bytes of a bitmap as a resource holds it.
-struct Dib
+Bytes dib (std::int32_t width, std::int32_t height, std::int32_t bitsPerPixel, std::int32_t coloursUsed,
+           std::initializer_list<int> coloursAndPixels)
 {
-    std::vector<std::byte> bytes;
-
-    Dib (std::int32_t width, std::int32_t height, std::uint16_t bitsPerPixel, std::uint32_t coloursUsed = 0)
-    {
-        put (std::uint32_t{ 40 });
-        put (width);
-        put (height);
-        put (std::uint16_t{ 1 });
-        put (bitsPerPixel);
-        put (std::uint32_t{ 0 });
-        put (std::uint32_t{ 0 });
-        put (std::int32_t{ 0 });
-        put (std::int32_t{ 0 });
-        put (coloursUsed);
-        put (std::uint32_t{ 0 });
-    }
-
-    template <typename T>
-    void put (T value)
-    {
-        for (std::size_t byte = 0; byte < sizeof value; ++byte)
-            bytes.push_back (static_cast<std::byte> (value >> (8 * byte)));
-    }
-    void put (std::initializer_list<int> values)
-    {
-        for (const int value : values)
-            bytes.push_back (static_cast<std::byte> (value));
-    }
-};
+    const std::int32_t header[] = { 40, width, height, 1 | bitsPerPixel << 16, 0, 0, 0, 0, coloursUsed, 0 };
+    Bytes bytes (sizeof header);
+    std::memcpy (bytes.data (), header, sizeof header);
+    for (const int value : coloursAndPixels)
+        bytes.push_back (static_cast<std::byte> (value));
+    return bytes;
+}
 
 TEST (Dib, ReadsEveryKindOfRow)
 {
-    Dib bottomUp (1, 2, 24);
-    bottomUp.put ({ 1, 2, 3, 0, 11, 12, 13, 0 }); // the lower row first, blue first, padded to four bytes
-    Dib topDown (1, -2, 32);
-    topDown.put ({ 11, 12, 13, 255, 1, 2, 3, 0 });
-    Dib palette (1, 2, 8, 2);
-    palette.put ({ 11, 12, 13, 0, 1, 2, 3, 0 });
-    palette.put ({ 1, 0, 0, 0, 0, 0, 0, 0 });
-    for (const Dib& dib : { bottomUp, topDown, palette })
-    {
-        const auto image = readDib (dib.bytes);
-        ASSERT_TRUE (image);
-        EXPECT_EQ (*image, (Picture{ 1, 2, { { 13, 12, 11 }, { 3, 2, 1 } } }));
-    }
+    const Bytes kinds[] = {
+        // the lower row first, blue first, padded to four bytes
+        dib (1, 2, 24, 0, { 1, 2, 3, 0, 11, 12, 13, 0 }),
+        dib (1, -2, 32, 0, { 11, 12, 13, 255, 1, 2, 3, 0 }), // the upper row first
+        dib (1, 2, 8, 2, { 11, 12, 13, 0, 1, 2, 3, 0, 1, 0, 0, 0, 0, 0, 0, 0 }),
+    };
+    for (const Bytes& bytes : kinds)
+        EXPECT_EQ (readDib (bytes), (Picture{ 1, 2, { { 13, 12, 11 }, { 3, 2, 1 } } }));
 }
 
 TEST (Dib, DamagedOnesAreRefused)
 {
-    Dib good (2, 2, 32);
-    good.put ({ 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0 });
-    ASSERT_TRUE (readDib (good.bytes));
-    for (std::size_t length = 0; length < good.bytes.size (); ++length)
-        EXPECT_FALSE (readDib (std::span (good.bytes).first (length))) << length;
+    const Bytes good = dib (2, 2, 32, 0, { 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0 });
+    ASSERT_TRUE (readDib (good));
+    for (std::size_t length = 0; length < good.size (); ++length)
+        EXPECT_FALSE (readDib (std::span (good).first (length))) << length;
 
     struct Damage
     {
@@ -85,13 +60,13 @@ TEST (Dib, DamagedOnesAreRefused)
     };
     for (const Damage& damage : damages)
     {
-        auto bytes = good.bytes;
+        auto bytes = good;
         std::memcpy (bytes.data () + damage.offset, &damage.value, sizeof damage.value);
         EXPECT_FALSE (readDib (bytes)) << damage.what;
     }
 
-    Dib palette (1, 1, 8, 257);
-    palette.bytes.resize (4096);
-    EXPECT_FALSE (readDib (palette.bytes)) << "more colours than indices";
+    Bytes palette = dib (1, 1, 8, 257, {});
+    palette.resize (4096);
+    EXPECT_FALSE (readDib (palette)) << "more colours than indices";
 }
 }

@@ -10,17 +10,11 @@
 #include <span>
 #include <sstream>
 #include <stdexcept>
-#include <utility>
 
 namespace
 {
 constexpr int sampleRate = 44100; // Hz
 constexpr int blockFrames = 512;
-
-int toInt (const std::string& word)
-{
-    return std::stoi (word);
-}
 
 template <typename... Values>
 std::string format (const char* pattern, Values... values)
@@ -145,7 +139,7 @@ std::string EditorHost::openEditor (const Words& /*words*/)
     if (plugin->call (effEditOpen, 0, 0, window->handle ()) == 0)
         return "error the editor did not open";
     const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now () - before;
-    return format ("%.1f", taken.count ());
+    return std::to_string (taken.count ());
 }
 
 std::string EditorHost::closeEditor (const Words& /*words*/)
@@ -169,36 +163,24 @@ std::string EditorHost::rectangle (const Words& /*words*/)
     return rect != nullptr ? format ("%d %d", rect->right - rect->left, rect->bottom - rect->top) : "error";
 }
 
-std::string EditorHost::getParameter (const Words& words)
-{
-    return format ("%.6f", static_cast<double> (plugin->parameter (toInt (words[1]))));
-}
-
 std::string EditorHost::setParameter (const Words& words)
 {
-    plugin->setParameter (toInt (words[1]), std::stof (words[2]));
+    plugin->setParameter (std::stoi (words[1]), std::stof (words[2]));
     return "ok";
 }
 
 std::string EditorHost::program (const Words& words)
 {
     if (words[1] != "?")
-        plugin->call (effSetProgram, 0, toInt (words[1]));
-    return format ("%d", static_cast<int> (plugin->call (effGetProgram)));
-}
-
-std::string EditorHost::programName (const Words& /*words*/)
-{
-    char name[64] = {};
-    plugin->call (effGetProgramName, 0, 0, name);
-    return name;
+        plugin->selectProgram (std::stoi (words[1]));
+    return std::to_string (plugin->currentProgram ());
 }
 
 std::string EditorHost::sendMidi (const Words& words)
 {
     std::array<std::uint8_t, 3> bytes = {};
     for (std::size_t byte = 0; byte < bytes.size (); ++byte)
-        bytes[byte] = static_cast<std::uint8_t> (toInt (words[byte + 1]));
+        bytes[byte] = static_cast<std::uint8_t> (std::stoi (words[byte + 1]));
     host::BlockEvents events;
     events.add (0, bytes);
     plugin->sendEvents (events);
@@ -208,33 +190,18 @@ std::string EditorHost::sendMidi (const Words& words)
 std::string EditorHost::render (const Words& words)
 {
     float loudest = 0.0f;
-    for (int block = 0; block < toInt (words[1]); ++block)
+    for (int block = 0; block < std::stoi (words[1]); ++block)
     {
         plugin->process (blockFrames);
         for (const float sample : std::span (plugin->left (), blockFrames))
             loudest = std::max (loudest, std::abs (sample));
     }
-    return format ("%.6f", static_cast<double> (loudest));
-}
-
-std::string EditorHost::takeCalls (const Words& /*words*/)
-{
-    return std::exchange (calls, {});
-}
-
-std::string EditorHost::pressKey (const Words& words)
-{
-    return format ("%d", static_cast<int> (plugin->call (effEditKeyDown, words[1].front ())));
-}
-
-std::string EditorHost::memoryUse (const Words& /*words*/)
-{
-    return format ("%ld", platform::residentKilobytes ());
+    return std::to_string (loudest);
 }
 
 std::string EditorHost::cycle (const Words& words)
 {
-    for (int count = 0; count < toInt (words[1]); ++count)
+    for (int count = 0; count < std::stoi (words[1]); ++count)
     {
         std::string opened = openEditor ({});
         if (opened.starts_with ("error"))

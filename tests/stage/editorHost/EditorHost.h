@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/Plugin.h"
@@ -37,15 +38,24 @@ private:
     std::string closeEditor (const Words& words);
     std::string redraw (const Words& words);
     std::string rectangle (const Words& words);
-    std::string getParameter (const Words& words);
+    std::string getParameter (const Words& words)
+    {
+        return std::to_string (plugin->parameter (std::stoi (words[1])));
+    }
     std::string setParameter (const Words& words);
     std::string program (const Words& words);
-    std::string programName (const Words& words);
+    std::string programName (const Words& /*words*/)
+    {
+        return plugin->programName (plugin->currentProgram ());
+    }
     std::string sendMidi (const Words& words);
     std::string render (const Words& words);
-    std::string takeCalls (const Words& words);
-    std::string pressKey (const Words& words);
-    std::string memoryUse (const Words& words);
+    std::string takeCalls (const Words& /*words*/) { return std::exchange (calls, {}); }
+    std::string pressKey (const Words& words)
+    {
+        return std::to_string (plugin->call (effEditKeyDown, words[1].front ()));
+    }
+    std::string memoryUse (const Words& /*words*/) { return std::to_string (platform::residentKilobytes ()); }
     std::string cycle (const Words& words);
     std::string fixSize (const Words& words);
     std::string rename (const Words& words);

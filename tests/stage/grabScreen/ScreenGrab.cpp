@@ -125,13 +125,3 @@ Picture ScreenGrab::grab (int width, int height) const
     XSync (x, False);
     return picture;
 }
-
-bool ScreenGrab::hasWindow (int width, int height) const
-{
-    std::vector<WindowInfo> windows;
-    collect (display->connection, DefaultRootWindow (display->connection), 1, windows);
-    return std::ranges::any_of (windows,
-                                [=] (const WindowInfo& info) {
-                                    return info.attributes.width == width && info.attributes.height == height;
-                                });
-}

@@ -18,9 +18,6 @@ public:
     // as Direct2D's do under Wine, are put at `width` x `height` into the corner, below the pop-ups.
     picture::Picture grab (int width, int height) const;
 
-    // True when a window of this size exists and is not the root.
-    bool hasWindow (int width, int height) const;
-
 private:
     struct Display;
     std::unique_ptr<Display> display;
