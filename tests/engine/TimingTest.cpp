@@ -80,6 +80,21 @@ TEST_F (TimingTest, ProgramsAndControllersActAtTheirSample)
         const auto levelAt = [&whole] (int n)
         { return levelOf (std::vector<float> (whole.begin () + n, whole.begin () + n + 50)); };
         EXPECT_LT (levelAt (999), 0.3 * levelAt (949)) << program;
+
+        // A note right behind a program change sounds as in an engine that had the program before.
+        TestEngine selected;
+        TestEngine::Program values = programs[static_cast<std::size_t> (program)];
+        for (const ParamRow& row : paramTable)
+        {
+            if (row.scope == Scope::plugin)
+                values[static_cast<std::size_t> (row.index)] = row.initial;
+        }
+        selected.load (values);
+        TestEngine changed;
+        changed.programs = programs;
+        EXPECT_EQ (changed.block (1500, { midi (0, 0xC0, program, 0), noteOn (0) }),
+                   selected.block (1500, { noteOn (0) }))
+            << program;
     }
 }
 
