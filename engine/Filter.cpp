@@ -92,8 +92,8 @@ void Filter::setResonance (float r)
 
 void Filter::setType (std::int32_t t)
 {
-    // It is the old type that is looked at: a foreign number still gets in, and then stays until the end, so that a
-    // damaged setting is heard as the last good output and not as a jump back and forth.
+    // It is the old type that is looked at: a foreign number still gets in, and then stays until the end, so
+    // that a damaged setting is heard as the last good output and not as a jump back and forth.
     if (switches.type >= filterCore::lowPass && switches.type <= filterCore::highPass)
         switches.type = t;
 }

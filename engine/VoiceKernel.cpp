@@ -553,7 +553,8 @@ class Kernel
             Double& x = hz.part[k];
             x = x * x;
             if (voices.keyTracks)
-                x = (x + 0.02) * 0.06 * key.part[k] * parameters::cutoffSpanHz;
+                x = (x + parameters::trackedFoot) * parameters::trackedScale * key.part[k] *
+                    parameters::cutoffSpanHz;
             else
                 x = x * parameters::cutoffSpanHz + static_cast<double> (parameters::lowestCutoffHz);
         }

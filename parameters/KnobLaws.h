@@ -228,10 +228,13 @@ inline double knobOfCutoffHz (double hz)
 
 // With key tracking: `keyFactor` is the frequency of the key counted from trackingStart, in Hz.
 inline constexpr int trackingStart = 48; // MIDI note
+inline constexpr double trackedFoot =
+    0.02; // added to the squared control, so that a closed filter follows the keys
+inline constexpr double trackedScale = 0.06;
 constexpr float trackedCutoffHz (float control, float keyFactor)
 {
     const double squared = static_cast<double> (control) * static_cast<double> (control);
-    const double hz = (squared + 0.02) * 0.06 * static_cast<double> (keyFactor) * cutoffSpanHz;
+    const double hz = (squared + trackedFoot) * trackedScale * static_cast<double> (keyFactor) * cutoffSpanHz;
     return std::clamp (static_cast<float> (hz), lowestCutoffHz, highestCutoffHz);
 }
 
