@@ -129,8 +129,9 @@ std::string_view withoutBlanks (std::string_view name)
 // The middle of the knob's travel that a division covers; the last one is only at the very end.
 std::optional<float> divisionPosition (std::string_view label)
 {
-    const auto row = std::ranges::find (
-        syncDivisions, label, [] (const SyncDivision& row) { return std::string_view (row.label); });
+    const auto row =
+        std::ranges::find (syncDivisions, label,
+                           [] (const SyncDivision& division) { return std::string_view (division.label); });
     if (row == std::end (syncDivisions))
         return std::nullopt;
     const float middle = static_cast<float> (row - std::begin (syncDivisions)) + 0.5f;
