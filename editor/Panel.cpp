@@ -5,7 +5,7 @@
 
 #include "editor/Colours.h"
 #include "editor/MenuTable.h"
-#include "editor/ValueText.h"
+#include "instrument/ValueText.h"
 #include "platform/EditorWindow.h"
 #include "platform/MessageBox.h"
 

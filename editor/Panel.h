@@ -18,7 +18,7 @@
 #include "editor/RightMenu.h"
 #include "editor/SmallButton.h"
 #include "editor/Toolkit.h"
-#include "editor/ValueText.h"
+#include "instrument/ValueText.h"
 #include "resources/panel/PanelLayout.h"
 
 namespace editor

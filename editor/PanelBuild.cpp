@@ -6,7 +6,7 @@
 #include "editor/Panel.h"
 #include "editor/StepKnob.h"
 #include "editor/SwitchButton.h"
-#include "editor/ValueText.h"
+#include "instrument/ValueText.h"
 #include "parameters/KnobLaws.h"
 #include "platform/MessageBox.h"
 

@@ -3,7 +3,7 @@
 
 #include "editor/Colours.h"
 #include "editor/Panel.h"
-#include "editor/ValueText.h"
+#include "instrument/ValueText.h"
 
 namespace editor
 {

@@ -1,4 +1,4 @@
-#include "editor/ValueText.h"
+#include "instrument/ValueText.h"
 
 #include <algorithm>
 #include <array>
@@ -11,7 +11,7 @@
 #include "engine/NoteTable.h"
 #include "parameters/KnobLaws.h"
 
-namespace editor
+namespace instrument
 {
 using namespace parameters;
 

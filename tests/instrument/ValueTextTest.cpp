@@ -1,4 +1,4 @@
-#include "editor/ValueText.h"
+#include "instrument/ValueText.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include "parameters/Parameters.h"
 
 using namespace parameters;
-using namespace editor;
+using namespace instrument;
 
 namespace
 {

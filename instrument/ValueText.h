@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace editor
+namespace instrument
 {
 // What a parameter's value means, in the words and units of its field.
 
