@@ -31,6 +31,8 @@ constexpr CommandEntry commandTable[] = {
     { commandUndo, "Undo" },
     { commandRedo, "Redo" },
     { commandRenameProgram, "Rename program" },
+    { commandPedalAndWheel, "Pedal and wheel" },
+    { commandSongLock, "Lock LFO to song" },
 };
 
 // Where the factory bank keeps its kinds of sounds. Banks of the user's own are listed by the same numbers.

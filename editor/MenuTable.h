@@ -34,7 +34,9 @@ enum PanelCommand : std::int32_t
 {
     commandUndo = 60,
     commandRedo,
-    commandRenameProgram
+    commandRenameProgram,
+    commandPedalAndWheel,
+    commandSongLock
 };
 struct CommandEntry
 {

@@ -379,8 +379,8 @@ void Panel::updateRateDisplay ()
 {
     CControl* display = slot (paramLfoRate).display;
     const std::string before = rateText;
-    lfoRateText (synth.parameterValue (paramLfoRate), synth.parameterValue (paramLfoBmpSync) != 0.0f,
-                 rateText);
+    instrument::lfoRateText (synth.parameterValue (paramLfoRate),
+                             synth.parameterValue (paramLfoBmpSync) != 0.0f, rateText);
     if (display != nullptr && rateText != before)
         display->setDirty ();
 }

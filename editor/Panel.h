@@ -95,7 +95,7 @@ private:
     VSTGUI::SharedPointer<VSTGUI::CBitmap> panelBitmap (int resourceId);
     std::optional<HoverHelp::Zone> helpAt (const VSTGUI::CPoint& where);
     std::string helpFor (const panel::Control& control);
-    ValueContext valueContext () const;
+    instrument::ValueContext valueContext () const;
     std::string valueOf (std::int32_t parameter) const; // as text
 
     // PanelMenus.cpp
@@ -108,8 +108,10 @@ private:
     void openProgramMenu ();
     int currentEntry (std::int32_t tag) const;
     bool isAvailable (std::int32_t command) const;
+    bool isOn (std::int32_t command) const;
     void menuChosen (VSTGUI::COptionMenu* menu, std::int32_t entry);
     void perform (std::int32_t command);
+    void switchAdditions (const instrument::Additions& wanted);
 
     // PanelEdits.cpp: steps that can be taken back, and what is typed
     void undo ();

@@ -228,7 +228,7 @@ void Panel::makeAboutPage ()
         makeOwned<CAboutPage> (places, this, commandRemoveAbout, aboutPicture, toolkit->font (aboutFontSize));
 }
 
-ValueContext Panel::valueContext () const
+instrument::ValueContext Panel::valueContext () const
 {
     return { synth.parameterValue (paramLfoBmpSync) != 0.0f,
              synth.parameterValue (paramFilterKeyTrak) != 0.0f };
@@ -236,7 +236,7 @@ ValueContext Panel::valueContext () const
 
 std::string Panel::valueOf (std::int32_t parameter) const
 {
-    return valueText (parameter, synth.parameterValue (parameter), valueContext ());
+    return instrument::valueText (parameter, synth.parameterValue (parameter), valueContext ());
 }
 
 std::string Panel::helpFor (const panel::Control& control)

@@ -85,7 +85,9 @@ void Panel::apply (const History::Step& step, bool again)
     if (step.changes.empty ())
     {
         const History::Bank& bank = again ? step.after : step.before;
+        const instrument::Additions on = synth.additions (); // are no sounds, and stay
         synth.setChunk (bank.data (), static_cast<std::int64_t> (bank.size ()), false);
+        synth.setAdditions (on);
         synth.setProgram (again ? step.programAfter : step.program);
         host.updateDisplay ();
     }
@@ -160,7 +162,7 @@ void Panel::typeValue (std::int32_t parameter)
     openField (place, valueOf (parameter),
                [this, parameter] (const std::string& text)
                {
-                   const auto value = valueFromText (parameter, text, valueContext ());
+                   const auto value = instrument::valueFromText (parameter, text, valueContext ());
                    if (!value)
                        return;
                    beginEdit (parameter);

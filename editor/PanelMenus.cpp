@@ -58,6 +58,7 @@ SharedPointer<COptionMenu> Panel::makeMainMenu ()
     {
         auto* item = new CMenuItem (entry.title, entry.tag);
         item->setEnabled (isAvailable (entry.tag));
+        item->setChecked (isOn (entry.tag));
         menu->addEntry (item);
     }
     return menu;
@@ -204,8 +205,16 @@ bool Panel::isAvailable (std::int32_t command) const
     }
 }
 
+bool Panel::isOn (std::int32_t command) const
+{
+    const instrument::Additions on = synth.additions ();
+    return (command == commandPedalAndWheel && on.pedalAndWheel) ||
+           (command == commandSongLock && on.songLock);
+}
+
 void Panel::perform (std::int32_t command)
 {
+    instrument::Additions additions = synth.additions ();
     switch (command)
     {
     case commandUndo:
@@ -217,8 +226,23 @@ void Panel::perform (std::int32_t command)
     case commandRenameProgram:
         renameProgram ();
         break;
+    case commandPedalAndWheel:
+        additions.pedalAndWheel = !additions.pedalAndWheel;
+        switchAdditions (additions);
+        break;
+    case commandSongLock:
+        additions.songLock = !additions.songLock;
+        switchAdditions (additions);
+        break;
     default:
         break;
     }
+}
+
+// The host hears of it, for they are kept with its song.
+void Panel::switchAdditions (const instrument::Additions& wanted)
+{
+    synth.setAdditions (wanted);
+    host.updateDisplay ();
 }
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "engine/PitchLaw.h"
+
 namespace engine
 {
 using namespace parameters;
@@ -19,10 +21,23 @@ enum Status : unsigned
 };
 constexpr unsigned statusMask = 0xF0; // the channel is ignored
 constexpr unsigned dataMask = 0x7F;
+constexpr int dataBits = 7;
+constexpr int bendCentre = 8192; // of a pitch wheel's 14 bits
 constexpr float dataMax = 127.0f;
 
-constexpr std::uint32_t controllerExpression = 11;
-constexpr std::uint32_t controllerAllNotesOff = 123;
+enum Controller : std::uint32_t
+{
+    controllerModulation = 1,
+    controllerDataEntry = 6,
+    controllerVolume = 7,
+    controllerExpression = 11,
+    controllerSustain = 64,
+    controllerFirstParameterNumber = 98,
+    controllerLastParameterNumber = 101,
+    controllerAllSoundOff = 120,
+    controllerReset = 121,
+    controllerAllNotesOff = 123
+};
 constexpr int highestNote = 127;
 
 constexpr std::uint32_t keyboardVelocity = 120;
@@ -51,6 +66,23 @@ void Engine::parameterChange (std::int32_t index, float value, bool unclamped)
 void Engine::selectProgram (const ParameterValues& values, std::uint64_t unclamped)
 {
     mapping.select (values, unclamped);
+}
+
+void Engine::setAdditions (const Additions& wanted)
+{
+    if (wanted == additions)
+        return;
+    const bool pedalChanges = wanted.pedalAndWheel != additions.pedalAndWheel;
+    additions = wanted;
+    lfoSync.lock (additions.songLock);
+    if (!pedalChanges)
+        return;
+    endKeptKeys ();
+    const float depth = pedalAndWheel.vibratoDepth ();
+    pedalAndWheel.clear ();
+    endVibratoSince (depth);
+    bendPitch ();
+    takeParameters ();
 }
 
 void Engine::playKeyboard (float value)
@@ -89,7 +121,7 @@ void Engine::beginBlock ()
     if (mapping.value (paramLfoBmpSync) != 0.0f)
     {
         if (const auto transport = host.transport ())
-            lfoSync.blockBegins (*transport, mapping.syncDivision (), sampleRate);
+            lfoSync.blockBegins (*transport, mapping.syncDivision (), sampleRate, samplesRendered);
     }
     takeParameters ();
 }
@@ -98,7 +130,9 @@ void Engine::beginBlock ()
 // depends on the host's block size.
 void Engine::takeParameters ()
 {
-    renderer.takeParameters (mapping, expression, sampleRate);
+    const Renderer::Performance performance = { expression * pedalAndWheel.gain (),
+                                                pedalAndWheel.vibratoDepth () };
+    renderer.takeParameters (mapping, performance, sampleRate);
 }
 
 void Engine::followSampleRate ()
@@ -114,6 +148,7 @@ void Engine::followSampleRate ()
 
 void Engine::renderBlock (float* left, float* right, std::int32_t frames)
 {
+    samplesRendered = 0;
     if (!renderer.isAsleep ())
         beginBlock ();
     std::array<float, longestRun> mono;
@@ -127,6 +162,7 @@ void Engine::renderBlock (float* left, float* right, std::int32_t frames)
         if (right != nullptr)
             std::copy_n (mono.data (), run, right + done);
         done += run;
+        samplesRendered = done;
     }
     intake.clear ();
 }
@@ -159,20 +195,18 @@ void Engine::apply (const Event& event)
     }
     const unsigned data1 = event.data1 & dataMask;
     const unsigned data2 = event.data2 & dataMask;
-    const float value = static_cast<float> (data2) / dataMax;
     switch (event.status & statusMask)
     {
     case statusPitchBend:
-        // Only the upper seven bits count, and their middle is 63.5: a wheel at rest, 64, bends up by 1/127
-        // of two semitones, which every song made with this instrument has in its tuning.
-        voices.setPitchBend (2.0f * value - 1.0f);
+        bendPosition = static_cast<int> (data2 << dataBits | data1) - bendCentre;
+        bendPitch ();
         break;
     case statusProgramChange:
         host.programChange (static_cast<int> (data1));
         takeParameters ();
         break;
     case statusController:
-        applyController (data1, value);
+        applyController (data1, data2);
         takeParameters ();
         break;
     case statusNoteOn:
@@ -186,19 +220,102 @@ void Engine::apply (const Event& event)
     }
 }
 
-void Engine::applyController (std::uint32_t controller, float value)
+// As it has always been, only the upper seven bits count, and their middle is 63.5: a wheel at rest, 64,
+// bends up by 1/127 of two semitones, which songs made with this instrument have in their tuning.
+void Engine::bendPitch ()
 {
-    host.controllerReceived (controller, value);
+    if (!bendPosition)
+        return;
+    if (additions.pedalAndWheel)
+    {
+        const double semitones = pedalAndWheel.bendSemitones (*bendPosition);
+        voices.setPitchBend (0.0f, static_cast<float> (pitchLaw::ratioOfSemitones (semitones)));
+        return;
+    }
+    const int upperBits = (*bendPosition + bendCentre) >> dataBits;
+    voices.setPitchBend (2.0f * (static_cast<float> (upperBits) / dataMax) - 1.0f, 1.0f);
+}
+
+void Engine::applyController (std::uint32_t controller, std::uint32_t data)
+{
+    const float value = static_cast<float> (data) / dataMax;
+    const bool bound = host.controllerReceived (controller, value);
     if (controller == controllerExpression)
-    {
         expression = value;
-    }
     else if (controller == controllerAllNotesOff)
+        endAllNotes ();
+    else if (additions.pedalAndWheel && !bound)
+        applyPedalOrWheel (controller, data);
+}
+
+void Engine::applyPedalOrWheel (std::uint32_t controller, std::uint32_t data)
+{
+    const float depth = pedalAndWheel.vibratoDepth ();
+    switch (controller)
     {
-        voices.releaseAll ();
-        voices.forgetKeys ();
-        host.allKeysEnded ();
+    case controllerModulation:
+        pedalAndWheel.turnWheel (data);
+        break;
+    case controllerDataEntry:
+        if (pedalAndWheel.enterData (data))
+            bendPitch ();
+        break;
+    case controllerVolume:
+        pedalAndWheel.setVolume (data);
+        break;
+    case controllerSustain:
+        pedalAndWheel.setPedal (data);
+        if (!pedalAndWheel.isPedalDown ())
+            endKeptKeys ();
+        break;
+    case controllerAllSoundOff:
+        voices.silence (false);
+        endAllNotes ();
+        break;
+    case controllerReset:
+        pedalAndWheel.resetControllers ();
+        endKeptKeys ();
+        expression = 1.0f;
+        bendPosition = 0;
+        bendPitch ();
+        break;
+    default:
+        if (controller >= controllerFirstParameterNumber && controller <= controllerLastParameterNumber)
+            pedalAndWheel.chooseParameter (controller, data);
+        break;
     }
+    endVibratoSince (depth);
+}
+
+// What the LFO has last done to the pitch would stay otherwise.
+void Engine::endVibratoSince (float depthBefore)
+{
+    if (depthBefore > 0.0f && pedalAndWheel.vibratoDepth () == 0.0f && mapping.value (paramLfoPitch) == 0.0f)
+        voices.endVibrato ();
+}
+
+void Engine::endKeptKeys ()
+{
+    const PedalAndWheel::Keys kept = pedalAndWheel.takeAllKept ();
+    for (int key = 0; key < PedalAndWheel::keys; ++key)
+    {
+        if (kept[static_cast<std::size_t> (key)])
+            endNote (key);
+    }
+}
+
+void Engine::endAllNotes ()
+{
+    pedalAndWheel.takeAllKept ();
+    voices.releaseAll ();
+    voices.forgetKeys ();
+    host.allKeysEnded ();
+}
+
+void Engine::endNote (int note)
+{
+    if (voices.endNote (note))
+        host.keyEnded (note);
 }
 
 void Engine::noteEvent (int note, std::uint32_t velocity, bool isNoteOn)
@@ -208,12 +325,18 @@ void Engine::noteEvent (int note, std::uint32_t velocity, bool isNoteOn)
     renderer.wake ();
     if (isNoteOn)
     {
+        if (pedalAndWheel.takeKept (note)) // a new stroke, with a velocity of its own
+            endNote (note);
         voices.startNote (note, velocity);
         host.keyStarted (note);
     }
-    else if (voices.endNote (note))
+    else if (pedalAndWheel.isPedalDown ())
     {
-        host.keyEnded (note);
+        pedalAndWheel.keep (note);
+    }
+    else
+    {
+        endNote (note);
     }
 }
 }

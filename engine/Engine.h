@@ -1,12 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
+#include "engine/Additions.h"
 #include "engine/EngineHost.h"
 #include "engine/EventIntake.h"
 #include "engine/Lfo.h"
 #include "engine/LfoSync.h"
 #include "engine/ParameterMapping.h"
+#include "engine/PedalAndWheel.h"
 #include "engine/Renderer.h"
 #include "engine/Voices.h"
 #include "engine/WaveTable.h"
@@ -30,6 +33,9 @@ public:
     void parameterChange (std::int32_t index, float value, bool unclamped);
     void selectProgram (const ParameterValues& values, std::uint64_t unclamped);
     float parameterValue (std::int32_t index) const { return mapping.value (index); }
+
+    // Switched off, pedal, wheel and volume are at rest.
+    void setAdditions (const Additions& wanted);
 
     // The on-screen keyboard: `value` x 128 is the note to hold instead of the last one, -1 releases it.
     void playKeyboard (float value);
@@ -58,7 +64,13 @@ private:
     void applyEvents (std::int32_t n);
     void apply (const Event& event);
     void wake ();
-    void applyController (std::uint32_t controller, float value);
+    void applyController (std::uint32_t controller, std::uint32_t data);
+    void applyPedalOrWheel (std::uint32_t controller, std::uint32_t data);
+    void bendPitch ();
+    void endVibratoSince (float depthBefore);
+    void endKeptKeys ();
+    void endAllNotes ();
+    void endNote (int note);
 
     Voices voices;
     EngineHost& host;
@@ -71,6 +83,10 @@ private:
 
     double sampleRate = 44100.0; // Hz, as last taken over from the host
     float expression = 1.0f;     // controller 11, 0..1
+    Additions additions;
+    PedalAndWheel pedalAndWheel;
+    std::optional<int> bendPosition;  // of the pitch wheel, -8192..8191; empty until it has moved
+    std::int32_t samplesRendered = 0; // of the block
 
     // Held through the on-screen keyboard, -1: none. It starts at 0, so that the first key pressed ends note
     // 0 first, which sounds only if MIDI holds that note.

@@ -15,9 +15,10 @@ public:
     virtual std::optional<Transport> transport () = 0; // empty when the host has no song
     virtual float sampleRate () const = 0;             // Hz
 
-    // A MIDI program change, 0..127; any MIDI controller with its value 0..1; a timed parameter change.
+    // A MIDI program change, 0..127; any MIDI controller with its value 0..1, true when it is bound to a
+    // parameter; a timed parameter change.
     virtual void programChange (int program) = 0;
-    virtual void controllerReceived (std::uint32_t controller, float value) = 0;
+    virtual bool controllerReceived (std::uint32_t controller, float value) = 0;
     virtual void parameterReceived (std::int32_t index, float value) = 0;
 
     virtual void keyStarted (int note) = 0;

@@ -109,6 +109,55 @@ void Lfo::resetPhase (float steps)
     }
 }
 
+double Lfo::cyclePosition () const
+{
+    switch (shape)
+    {
+    case risingSaw:
+    case sampleAndHold:
+        return (static_cast<double> (phase) + 2.0) / 4.0;
+    case fallingSaw:
+        return (2.0 - static_cast<double> (phase)) / 4.0;
+    default:
+        return (rising ? static_cast<double> (phase) + 1.0 : 3.0 - static_cast<double> (phase)) / 4.0;
+    }
+}
+
+void Lfo::setCyclePosition (double fraction)
+{
+    if (shape == noise)
+        return;
+    const double position = cyclePosition ();
+    double apart = fraction - position;
+    apart -= std::round (apart);
+    constexpr double nearEnough = 2.0; // steps
+    if (std::abs (apart) * static_cast<double> (unitsPerCycle) <= nearEnough * static_cast<double> (step))
+        return;
+    // A cycle that has begun a little early waits for the song: going back over its start would draw the
+    // random level of sample and hold twice.
+    constexpr double little = 1.0 / 64.0;
+    const bool early = position + apart < 0.0 && apart > -little;
+    const auto units = early ? 0.0f : static_cast<float> (fraction) * unitsPerCycle;
+    switch (shape)
+    {
+    case risingSaw:
+        phase = 2.0f * startPhase + units;
+        break;
+    case sampleAndHold:
+        phase = 2.0f * startPhase + units;
+        if (position + apart >= 1.0 || std::abs (apart) >= little)
+            held = random.nextBipolar ();
+        break;
+    case fallingSaw:
+        phase = -2.0f * startPhase - units;
+        break;
+    default:
+        rising = units < 2.0f;
+        phase = rising ? startPhase + units : 3.0f - units;
+        break;
+    }
+}
+
 // At its ends the phase steps back by one step instead of reflecting.
 void Lfo::bounce ()
 {

@@ -33,6 +33,10 @@ public:
     // Back to the start of a cycle, plus `steps` steps; noise has none.
     void resetPhase (float steps = 0.0f);
 
+    // Moves to a place in the cycle, 0..1, from which the next tick steps on; two steps or less off is near
+    // enough and left alone, so that rounding moves nothing to and fro. Noise has no place.
+    void setCyclePosition (double fraction);
+
     float tick (); // the next value, -1..+1
 
     // The next values into out[0 .. samples-1], 64 at the most; those whose bit in `wanted` is clear may be
@@ -47,6 +51,7 @@ public:
 private:
     static constexpr float unitsPerCycle = 4.0f;
 
+    double cyclePosition () const;
     void bounce ();
     void advanceSaw (std::int64_t ticks);
     void advanceBounce (std::int64_t ticks);

@@ -19,7 +19,7 @@ bool LfoSync::setRate (const Transport& transport, float division)
 
 void LfoSync::eventsArrive (const Transport& transport, float division, double sampleRate)
 {
-    if (stopped && transport.samplePosition != linedUpPosition)
+    if (!locked && stopped && transport.samplePosition != linedUpPosition)
         lineUp (transport, division, sampleRate);
 }
 
@@ -38,7 +38,24 @@ void LfoSync::lineUp (const Transport& transport, float division, double sampleR
     lfo.advance (static_cast<std::int64_t> (std::min (ticks, most)));
 }
 
-void LfoSync::blockBegins (const Transport& transport, float division, double sampleRate)
+// The song's place is told for the block's first sample. A host that tells no musical position means one that
+// begins at 0 and has kept its tempo.
+void LfoSync::follow (const Transport& transport, float division, double sampleRate, std::int32_t samplesInto)
+{
+    constexpr double secondsInMinute = 60.0;
+    const double tempo = transport.tempo.value_or (0.0);
+    if (!(tempo > 0.0) || !std::isfinite (tempo) || !(division > 0.0f))
+        return;
+    const double quartersInSample = tempo / (secondsInMinute * sampleRate);
+    const double quarters = transport.quarterPosition.value_or (transport.samplePosition * quartersInSample) +
+                            samplesInto * quartersInSample;
+    const double cycles = quarters * static_cast<double> (parameters::divisorPerQuarter / division);
+    if (std::isfinite (cycles))
+        lfo.setCyclePosition (cycles - std::floor (cycles));
+}
+
+void LfoSync::blockBegins (const Transport& transport, float division, double sampleRate,
+                           std::int32_t samplesInto)
 {
     constexpr float atDivision = 0.0001f; // quarter notes after a division that still count as on it
     setRate (transport, division);
@@ -47,6 +64,11 @@ void LfoSync::blockBegins (const Transport& transport, float division, double sa
     if (stopped)
         return;
     lastPosition = transport.samplePosition;
+    if (locked)
+    {
+        follow (transport, division, sampleRate, samplesInto);
+        return;
+    }
     if (stoodStill && transport.samplePosition != linedUpPosition)
         lineUp (transport, division, sampleRate);
     if (!transport.quarterPosition || !(division > 0.0f))

@@ -129,6 +129,11 @@ void Oscillator::setPitchBend (float x, int semitones)
     bendRange = semitones;
 }
 
+void Oscillator::setBendFactor (float ratio)
+{
+    bendFactor = ratio;
+}
+
 // `amount` of the way, in Hz, from this note to another.
 float Oscillator::offsetTowards (int otherNote, float amount) const
 {
@@ -139,9 +144,9 @@ float Oscillator::fineHz () const
 {
     const int key = note + rangeOffset;
     if (fineAmount > 0.0f)
-        return offsetTowards (std::min (key + octave, 127), fineAmount);
+        return bendFactor * offsetTowards (std::min (key + octave, 127), fineAmount);
     if (fineAmount < 0.0f)
-        return offsetTowards (std::max (key - octave, 0), -fineAmount);
+        return bendFactor * offsetTowards (std::max (key - octave, 0), -fineAmount);
     return 0.0f;
 }
 
@@ -158,8 +163,8 @@ float Oscillator::bendHz () const
 void Oscillator::updateIncrement ()
 {
     const float baseHz = glideTime > 0.0f ? glideStep () : noteHz (note + rangeOffset);
-    increment = pitchLaw::incrementOf (baseHz, tuneCorrection, lfoPitchFactor, masterPitchFactor, bendHz (),
-                                       fineHz (), pitchLaw::incrementConstant / sampleRate);
+    increment = pitchLaw::incrementOf (baseHz, tuneCorrection, lfoPitchFactor, masterPitchFactor * bendFactor,
+                                       bendHz (), fineHz (), pitchLaw::incrementConstant / sampleRate);
     // A rewound cycle starts one increment in: the next read wraps this to `increment`.
     if (increment > 0.0f && phase == 0.0)
         phase = static_cast<double> (increment) + static_cast<double> (loopLength);
@@ -218,7 +223,7 @@ void Oscillator::describe (OscillatorLanes& lanes) const
     lanes.interpolates = highQuality;
     lanes.glides = glideTime > 0.0f;
     lanes.tuneCorrection = tuneCorrection;
-    lanes.masterPitchFactor = masterPitchFactor;
+    lanes.masterPitchFactor = masterPitchFactor * bendFactor;
     lanes.incrementPerHz = pitchLaw::incrementConstant / sampleRate;
 }
 

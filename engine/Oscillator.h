@@ -37,6 +37,7 @@ public:
     void setMasterPitch (float x);              // the same, -1..1: about a semitone each way
     void setFine (float x);                     // 0..1: up to an octave above, linear in Hz
     void setPitchBend (float x, int semitones); // -1..1: down or up to the note so far away, linear in Hz
+    void setBendFactor (float ratio);           // bends everything by this interval; 1: not at all
     void setHighQuality (bool on) { highQuality = on; } // interpolate between samples
 
     // Applies the pitch settings above; in a glide it also advances by one glide step.
@@ -78,7 +79,8 @@ private:
     float masterPitchFactor = 1.0f;
     float fineAmount = 0.0f; // -12..12 octaves towards the neighbouring one
     float bendAmount = 0.0f; // -1..1
-    int bendRange = 2;       // semitones
+    float bendFactor = 1.0f;
+    int bendRange = 2; // semitones
 
     float glideTime = 0.0f;    // seconds, 0: no glide
     float glideCurrent = 0.0f; // Hz, 0: the next note jumps

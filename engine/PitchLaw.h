@@ -17,6 +17,23 @@ inline constexpr float incrementDivisor = 12.0f;
 inline constexpr float highestHz = noteFreq[127];
 inline constexpr float lowestHz = 1e-12f; // stands in for frequencies below 0
 
+// Ratio of frequencies for an interval in semitones, written out because the systems' libraries differ in the
+// last digits: whole semitones one by one, and the power series of the exponential for the rest.
+constexpr double ratioOfSemitones (double semitones)
+{
+    if (semitones < 0.0)
+        return 1.0 / ratioOfSemitones (-semitones);
+    constexpr double logarithm = 0.057762265046662109; // of one semitone, natural
+    double ratio = 1.0;
+    for (; semitones >= 1.0; semitones -= 1.0)
+        ratio *= semitoneRatio;
+    const double x = semitones * logarithm;
+    return ratio * (1.0 + x * (1.0 + x / 2.0 * (1.0 + x / 3.0 * (1.0 + x / 4.0 * (1.0 + x / 5.0)))));
+}
+static_assert (ratioOfSemitones (12.0) - 2.0 < 1e-12 && 2.0 - ratioOfSemitones (12.0) < 1e-12);
+static_assert (ratioOfSemitones (0.5) * ratioOfSemitones (0.5) - semitoneRatio < 1e-9 &&
+               ratioOfSemitones (-0.5) * ratioOfSemitones (0.5) == 1.0);
+
 // One step of `delta` from `current` towards `target`; what remains of one or less arrives exactly.
 template <typename Value>
 [[gnu::always_inline]] inline Value glided (Value current, Value target, Value delta)

@@ -22,12 +22,13 @@ float numberOrSilence (float sample)
 }
 }
 
-void Renderer::takeParameters (const ParameterMapping& mapping, float expression, double sampleRate)
+void Renderer::takeParameters (const ParameterMapping& mapping, const Performance& performance,
+                               double sampleRate)
 {
     const auto value = [&mapping] (Param index) { return mapping.value (index); };
     const auto level = [&value] (Param wave, Param volume)
     { return value (wave) >= lowestSoundingWave ? value (volume) : 0.0f; };
-    const float gain = value (paramVolume) * mapping.volTypeGain () * expression * gainScale;
+    const float gain = value (paramVolume) * mapping.volTypeGain () * performance.gain * gainScale;
     block.outputGain = gain * 0.5f;
     block.osc1Level = level (paramOsc1Wave, paramOsc1Vol);
     block.osc2Level = level (paramOsc2Wave, paramOsc2Vol);
@@ -35,7 +36,7 @@ void Renderer::takeParameters (const ParameterMapping& mapping, float expression
     block.env2DelayParam = value (param2Delay);
     block.env2DelaySamples = static_cast<float> (sampleRate) * delaySeconds (value (param2Delay));
     block.fastFilterUpdate = positionIn (lfoWaves, value (paramLfoWave)) == LfoWave::noise;
-    block.lfoPitchDepth = lfoPitchDepth (value (paramLfoPitch));
+    block.lfoPitchDepth = lfoPitchDepth (value (paramLfoPitch)) + performance.extraVibratoDepth;
     block.env2ToFilter = value (param2ToFilter);
     block.lfoFilterDepth = value (paramLfoFilter);
     block.filterFreqParam = value (paramFilterFreq);

@@ -20,8 +20,15 @@ public:
     {
     }
 
-    // Copies what the sample loop reads. `expression` 0..1, `sampleRate` in Hz.
-    void takeParameters (const ParameterMapping& mapping, float expression, double sampleRate);
+    // What MIDI controllers make of the sound beside the parameters.
+    struct Performance
+    {
+        float gain;              // factor of the output
+        float extraVibratoDepth; // added to parameters::lfoPitchDepth
+    };
+
+    // Copies what the sample loop reads. `sampleRate` in Hz.
+    void takeParameters (const ParameterMapping& mapping, const Performance& performance, double sampleRate);
 
     // Writes the next samples, longestRun at the most, over out[0 .. samples-1].
     void renderRun (float* out, int samples);

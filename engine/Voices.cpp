@@ -6,7 +6,6 @@ namespace
 {
 constexpr float initialRelease = 0.2f; // 0.56 s
 constexpr int noiseNote = 60;          // reads the noise table at twice its own rate
-constexpr int bendSemitones = 2;
 }
 
 void Voices::initialise (const WaveTable& saw, const WaveTable& noise, float hz)
@@ -133,13 +132,27 @@ void Voices::silence (bool clearsGlides)
     }
 }
 
-void Voices::setPitchBend (float bend)
+void Voices::setPitchBend (float bend, float ratio)
+{
+    constexpr int semitones = 2;
+    for (Voice& voice : all ())
+    {
+        for (Oscillator* oscillator : { &voice.osc1, &voice.osc2 })
+        {
+            oscillator->setPitchBend (bend, semitones);
+            oscillator->setBendFactor (ratio);
+            oscillator->updateIncrement ();
+        }
+    }
+}
+
+void Voices::endVibrato ()
 {
     for (Voice& voice : all ())
     {
         for (Oscillator* oscillator : { &voice.osc1, &voice.osc2 })
         {
-            oscillator->setPitchBend (bend, bendSemitones);
+            oscillator->setLfoPitch (0.0f);
             oscillator->updateIncrement ();
         }
     }

@@ -42,7 +42,11 @@ public:
     void forgetKeys ();               // the held keys, not the sound
     void silence (bool clearsGlides); // at once
 
-    void setPitchBend (float bend); // -1..1
+    // Two bends: `bend`, -1..1 of the way, in Hz, to the note two semitones away; and a ratio of frequencies
+    // that bends everything alike.
+    void setPitchBend (float bend, float ratio);
+
+    void endVibrato (); // the LFO no longer drives the pitch
 
     std::array<Voice, voiceSlots>& all ()
     {

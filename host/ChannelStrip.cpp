@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "parameters/KnobLaws.h"
+
 namespace host
 {
 namespace
@@ -9,7 +11,6 @@ namespace
 constexpr int controlChange = 0xB0;
 constexpr int volumeController = 7;
 constexpr int balanceController = 10;
-constexpr float unityVolume = 100.0f; // what a channel has before the first message
 constexpr float middle = 64.0f;
 constexpr float toTheSide = 63.0f; // from the middle to 1 or 127; 0 is as far left as 1
 }
@@ -20,7 +21,7 @@ void ChannelStrip::follow (const std::array<std::uint8_t, 3>& message)
         return;
     const auto value = static_cast<float> (message[2]);
     if (message[1] == volumeController)
-        volume = value / unityVolume * (value / unityVolume); // 40 dB per decade
+        volume = parameters::channelGain (value);
     if (message[1] == balanceController)
     {
         const float place = std::max (-1.0f, (value - middle) / toTheSide);

@@ -26,7 +26,7 @@ struct ParameterSlot
     std::uint8_t perProgram = 1;    // 1: the value lives in the current program, 0: in `value`
     std::uint8_t unclamped = 0;     // 1: the store rule does not limit the value to 0..1
     std::uint8_t keptAsDefault = 0; // 1: saved to and read from the stored settings
-    std::uint8_t spare = 0; // of the first slot, in what hosts keep: the number of the selected program
+    std::uint8_t spare = 0;         // in what hosts keep, see below; 0 in the bank itself
     float value = 1.0f;
     std::uint32_t midiController = 0; // bound controller number, 0: none
     char name[nameBytes] = { ' ' };   // zero-terminated
@@ -36,6 +36,12 @@ struct ParameterSlot
 };
 static_assert (sizeof (ParameterSlot) == 36 && offsetof (ParameterSlot, value) == 4 &&
                offsetof (ParameterSlot, midiController) == 8 && offsetof (ParameterSlot, name) == 12);
+
+// Slots whose spare byte says more about a song: the number of the selected program, and which additions are
+// on (0 off, 1 on).
+inline constexpr std::size_t programSlot = 0;
+inline constexpr std::size_t pedalAndWheelSlot = 1;
+inline constexpr std::size_t songLockSlot = 2;
 
 // One sound.
 struct ProgramRecord

@@ -49,9 +49,10 @@ private:
     Instrument& instrument;
 };
 
-Instrument::Instrument (Services surroundings, FormatHost& formatHost)
+Instrument::Instrument (Services surroundings, FormatHost& formatHost, Additions atStart)
     : format (formatHost),
       services (std::move (surroundings)),
+      wantedAdditions (atStart),
       audioThread (0),
       engine (loadWaveTables (), *this)
 {
@@ -190,7 +191,10 @@ std::span<const std::byte> Instrument::getChunk (bool isPreset)
         return std::as_bytes (std::span (&recordCopy, 1));
     }
     store.read (bankCopy);
-    bankCopy.slots[0].spare = static_cast<std::uint8_t> (getProgram ());
+    const Additions on = additions ();
+    bankCopy.slots[programSlot].spare = static_cast<std::uint8_t> (getProgram ());
+    bankCopy.slots[pedalAndWheelSlot].spare = on.pedalAndWheel ? 1 : 0;
+    bankCopy.slots[songLockSlot].spare = on.songLock ? 1 : 0;
     return std::as_bytes (std::span (&bankCopy, 1));
 }
 
@@ -217,15 +221,21 @@ void Instrument::setChunk (const void* data, std::int64_t byteSize, bool isPrese
 
 // A whole bank tells which program was selected when it was handed out: hosts that keep the chunk and no
 // program number would else write the values that they saved over program 0. 0 says nothing, as in banks that
-// know nothing of this.
+// know nothing of this. It also tells which additions the song has; 0 is off, so that older songs sound as
+// they did.
 std::optional<std::int32_t> Instrument::takeBank (const void* data, std::size_t bytes)
 {
     BankImage image;
     std::memcpy (&image, data, bytes);
-    const std::int32_t program = image.slots[0].spare;
-    image.slots[0].spare = 0;
+    const std::int32_t program = image.slots[programSlot].spare;
+    const Additions on = { image.slots[pedalAndWheelSlot].spare == 1, image.slots[songLockSlot].spare == 1 };
+    for (const std::size_t slot : { programSlot, pedalAndWheelSlot, songLockSlot })
+        image.slots[slot].spare = 0;
     store.write (&image, bytes);
-    const bool tells = bytes == sizeof image && program > 0 && program < programCount;
+    const bool isWhole = bytes == sizeof image;
+    if (isWhole)
+        setAdditions (on);
+    const bool tells = isWhole && program > 0 && program < programCount;
     return tells ? std::optional (program) : std::nullopt;
 }
 
@@ -309,15 +319,19 @@ void Instrument::refreshLearnMenus ()
 }
 
 // The message that completes a learn sets the parameter at once.
-void Instrument::controllerReceived (std::uint32_t controller, float value)
+bool Instrument::controllerReceived (std::uint32_t controller, float value)
 {
     if (midiLearn.complete (controller))
         refreshLearnMenus ();
+    bool bound = false;
     for (std::int32_t index = 0; index < parameterCount; ++index)
     {
-        if (midiLearn.isBound (index, controller))
-            setParameter (index, value);
+        if (!midiLearn.isBound (index, controller))
+            continue;
+        setParameter (index, value);
+        bound = true;
     }
+    return bound;
 }
 
 void Instrument::keyStarted (int note)
@@ -421,17 +435,23 @@ void Instrument::settle (std::uint64_t touched)
     }
 }
 
+void Instrument::beginAudioCall ()
+{
+    engine.setAdditions (additions ());
+    takeChanges ();
+}
+
 void Instrument::processEvents (const engine::EventList* events)
 {
     const AudioCall call (*this);
-    takeChanges ();
+    beginAudioCall ();
     engine.processEvents (events);
 }
 
 void Instrument::render (float* left, float* right, std::int32_t frames)
 {
     const AudioCall call (*this);
-    takeChanges ();
+    beginAudioCall ();
     engine.renderBlock (left, right, frames);
 }
 }

@@ -17,6 +17,8 @@
 
 namespace instrument
 {
+using engine::Additions;
+
 // What the instrument asks of the plug-in format around it. Audio thread.
 class FormatHost
 {
@@ -36,8 +38,9 @@ protected:
 class Instrument final : private engine::EngineHost
 {
 public:
-    // Takes the user default bank or the factory bank and selects program 0.
-    Instrument (Services surroundings, FormatHost& formatHost);
+    // Takes the user default bank or the factory bank and selects program 0. `atStart` is what a new instance
+    // has switched on; a song brings its own.
+    Instrument (Services surroundings, FormatHost& formatHost, Additions atStart = {});
     Instrument (const Instrument&) = delete;
     Instrument& operator= (const Instrument&) = delete;
 
@@ -55,6 +58,8 @@ public:
     std::int32_t getProgram () const { return currentProgram.load (std::memory_order_relaxed); }
     void setSampleRate (float hz);                           // outside 1000..1000000 Hz: stays as it was
     std::uint32_t midiController (std::int32_t index) const; // bound controller, 0: none
+    Additions additions () const { return wantedAdditions.load (std::memory_order_relaxed); }
+    void setAdditions (Additions wanted) { wantedAdditions.store (wanted, std::memory_order_relaxed); }
     std::int32_t learnTarget () const { return midiLearn.armed (); } // parameter that waits for one, -1: none
 
     // User-interface thread
@@ -64,7 +69,8 @@ public:
     void setProgramName (std::string_view name);          // of the current program; 24 characters count
     bool copyProgram (std::int32_t destination);          // false outside 0..127
 
-    // The bank's image or the current program's record, as a copy that is valid until the next call.
+    // The bank's image or the current program's record, as a copy that is valid until the next call. The
+    // image also tells the current program and the additions, in bytes that are spare in the bank itself.
     std::span<const std::byte> getChunk (bool isPreset);
 
     // Takes such an image back. A shorter one overwrites its own length and nothing else, which lets a host
@@ -102,7 +108,7 @@ private:
     std::optional<engine::Transport> transport () override { return format.transport (); }
     float sampleRate () const override { return hostSampleRate.load (std::memory_order_relaxed); }
     void programChange (int program) override { setProgram (program); }
-    void controllerReceived (std::uint32_t controller, float value) override;
+    bool controllerReceived (std::uint32_t controller, float value) override;
     void parameterReceived (std::int32_t index, float value) override { setParameter (index, value); }
     void keyStarted (int note) override;
     void keyEnded (int note) override;
@@ -119,6 +125,7 @@ private:
     Change selectionOf (std::int32_t program) const;
     void send (const Change& change);
     void apply (const Change& change);
+    void beginAudioCall ();
     void takeChanges ();
     void settle (std::uint64_t touched);
 
@@ -135,6 +142,7 @@ private:
 
     // Written and read by any thread
     std::atomic<std::int32_t> currentProgram = 0;
+    std::atomic<Additions> wantedAdditions;
     std::atomic<float> hostSampleRate = 44100.0f; // Hz
     std::atomic<float> voicesTold = 1.0f;         // Voices as the editor last heard of it
     std::atomic<std::uintptr_t> audioThread;      // that is within an audio call, 0: none

@@ -174,6 +174,10 @@ constexpr float lfoPitchDepth (float knob)
     return 2.0f * cubed (knob);
 }
 static_assert (lfoPitchDepth (0.5f) == 0.25f);
+
+// What a modulation wheel at its upper end adds to it: 50 cents.
+inline constexpr float fullWheelPitchDepth = 0.479f;
+
 inline double vibratoCents (float knob)
 {
     return 1200.0 *
@@ -183,6 +187,14 @@ inline double knobOfVibratoCents (double cents)
 {
     return std::cbrt (ratioAbove (cents) * static_cast<double> (pitchUnitHz) / 2.0);
 }
+
+// Gain of a MIDI channel's volume, 0..127: 40 dB a decade. 100 leaves the sound as it is, 127 adds 4 dB.
+constexpr float channelGain (float volume)
+{
+    constexpr float unityVolume = 100.0f;
+    return volume / unityVolume * (volume / unityVolume);
+}
+static_assert (channelGain (100.0f) == 1.0f && channelGain (50.0f) == 0.25f);
 
 // --- Waves
 

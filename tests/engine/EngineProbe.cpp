@@ -47,11 +47,13 @@ float EngineProbe::renderVoice (Engine& engine, Voice& voice, float lfoValue)
 
 void EngineProbe::renderSampleBySample (Engine& engine, float* left, float* right, int frames)
 {
+    engine.samplesRendered = 0;
     if (!engine.renderer.asleep)
         engine.beginBlock ();
     for (int n = 1; n <= frames; ++n)
     {
         float mix = 0.0f;
+        engine.samplesRendered = n - 1;
         engine.applyEvents (std::min (n, frames - 1));
         if (!engine.renderer.asleep)
         {

@@ -62,7 +62,10 @@ public:
         case 2:
             return midi (offset, 0xB0, 11, data ());
         case 3:
-            return midi (offset, 0xB0, below (4) == 0 ? 123 : 1, data ());
+        {
+            constexpr int controllers[] = { 123, 1, 1, 64, 64, 7, 120, 121, 6 };
+            return midi (offset, 0xB0, controllers[below (std::size (controllers))], data ());
+        }
         case 4:
             return { offset };
         case 5:
@@ -153,6 +156,7 @@ void playAtRandom (const VoiceKernel& kernel, unsigned seed)
     duel.load (duel.fast.programs[(seed * 37u) % duel.fast.programs.size ()]);
     for (TestEngine* side : { &duel.fast, &duel.literal })
     {
+        side->engine.setAdditions ({ seed % 2 == 0, seed % 4 < 2 });
         side->hasTime = true;
         side->time.tempo = 60.0 + seed;
         side->time.quarterPosition = 0.0;

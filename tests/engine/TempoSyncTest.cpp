@@ -158,3 +158,52 @@ TEST_F (TempoSyncTest, AbsurdTransportsNeitherHangNorBreakTheSound)
         }
     }
 }
+
+// Locked, the phase is the song's at every block, wherever it starts, and in the middle of a block that a
+// note wakes the engine in.
+TEST_F (TempoSyncTest, LockedItFollowsTheMusicalPosition)
+{
+    synth.engine.setAdditions ({ false, true });
+    for (const double place : { 5000.0, 5100.0, 1e6 + 3.0, 22050.0 * 7.0 + 21990.0, -700.0, 33554433.0 })
+    {
+        play (place, 100);
+        expectPhase (std::fmod (place + 100.0 + 10.0 * quarter, quarter) + 1.0, "locked at", place);
+    }
+    synth.time = { 30000.0, 120.0, std::nullopt }; // no musical position: from the samples
+    synth.engine.renderBlock (nullptr, nullptr, 100);
+    expectPhase (30000.0 + 100.0 - quarter + 1.0, "samples", 30000.0);
+
+    const float before = synth.lfo ().cycleSamples ();
+    play (30000.0, 100); // stands, and runs free
+    play (30000.0, 100);
+    EXPECT_EQ (synth.lfo ().cycleSamples (), before);
+    expectPhase (30000.0 + 300.0 - quarter + 1.0, "standing", 30000.0);
+
+    synth.block (1, { midi (0, 0x80, 60, 0) });
+    while (!synth.engine.isAsleep ())
+        synth.block (44100);
+    synth.time = { 100000.0, 120.0, 100000.0 / quarter };
+    synth.block (1000, { noteOn (501) });
+    expectPhase (std::fmod (101000.0, quarter) + 1.0, "woken", 100500.0);
+}
+
+// A song of many blocks draws one level of sample and hold a cycle, though rounding puts cycles a little off.
+TEST_F (TempoSyncTest, LockedSampleAndHoldDrawsOnceACycle)
+{
+    synth.engine.setAdditions ({ false, true });
+    synth.set (paramLfoWave, 1.0f);
+    synth.set (paramLfoRate, 14.5f / 17.0f); // "1/16"
+    int levels = 0;
+    float held = 0.0f;
+    constexpr int frames = 48;
+    for (int block = 0; block < 10000; ++block)
+    {
+        play (1234.0 + frames * block, frames);
+        Lfo copy = synth.lfo ();
+        const float level = copy.tick ();
+        levels += level != held ? 1 : 0;
+        held = level;
+    }
+    const double cycles = 10000.0 * frames / (quarter / 4.0);
+    EXPECT_NEAR (levels, cycles, 2.0);
+}

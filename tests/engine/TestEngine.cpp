@@ -85,9 +85,10 @@ void TestEngine::programChange (int program)
     load (next);
 }
 
-void TestEngine::controllerReceived (std::uint32_t controller, float value)
+bool TestEngine::controllerReceived (std::uint32_t controller, float value)
 {
     controllers.emplace_back (controller, value);
+    return controller == boundController;
 }
 
 TestEngine::Program initialProgram ()

@@ -34,6 +34,7 @@ public:
     engine::Transport time;
     std::vector<Program> programs; // what program changes choose from; the others are ignored
     std::vector<std::pair<std::uint32_t, float>> controllers; // received so far
+    std::uint32_t boundController = 0;                        // by MIDI learn; 0: none
     std::vector<std::pair<char, int>> keys; // '+' started, '-' ended, '0' all ended, and which
     engine::Engine engine;
 
@@ -41,7 +42,7 @@ private:
     std::optional<engine::Transport> transport () override;
     float sampleRate () const override { return rate; }
     void programChange (int program) override;
-    void controllerReceived (std::uint32_t controller, float value) override;
+    bool controllerReceived (std::uint32_t controller, float value) override;
     void parameterReceived (std::int32_t index, float value) override { set (index, value); }
     void keyStarted (int note) override { keys.emplace_back ('+', note); }
     void keyEnded (int note) override { keys.emplace_back ('-', note); }

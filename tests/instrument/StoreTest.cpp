@@ -180,6 +180,39 @@ TEST_F (StoreTest, AWholeBankTellsTheSelectedProgram)
     }
 }
 
+// An older song, of which the bytes are 0, sounds as it did; what is no 1 is damage.
+TEST_F (StoreTest, AWholeBankTellsTheAdditions)
+{
+    const auto stored = [this]
+    { return std::pair<int, int> (bank ().slots[1].spare, bank ().slots[2].spare); };
+    EXPECT_EQ (stored (), std::pair (0, 0));
+    EXPECT_EQ (synth.core.additions (), Additions{});
+    synth.core.setAdditions ({ true, false });
+    EXPECT_EQ (stored (), std::pair (1, 0));
+    BankImage image = bank ();
+    using Row = std::tuple<int, int, int, Additions>;
+    for (const auto& [pedal, lock, missing, expected] :
+         { Row{ 0, 1, 0, { false, true } }, Row{ 0, 0, 1, { false, true } }, Row{ 1, 1, 0, { true, true } },
+           Row{ 2, 255, 0, { false, false } } })
+    {
+        image.slots[1].spare = static_cast<std::uint8_t> (pedal);
+        image.slots[2].spare = static_cast<std::uint8_t> (lock);
+        synth.core.setChunk (&image, static_cast<std::int64_t> (sizeof image) - missing, false);
+        EXPECT_EQ (synth.core.additions (), expected) << pedal << lock;
+    }
+    EXPECT_EQ (stored (), std::pair (0, 0)) << "and nothing of it is kept";
+
+    // They reach the engine, and a binding goes before them.
+    image.slots[1].spare = 1;
+    synth.load (image);
+    play ();
+    synth.controller (7, 0);
+    EXPECT_EQ (peakOf (play ()), 0.0f);
+    synth.controller (7, 100);
+    synth.learn (paramFilterRez, 7, 0);
+    EXPECT_GT (peakOf (play ()), 0.0f);
+}
+
 TEST_F (StoreTest, AChunkIsACopyThatLastsUntilTheNextCall)
 {
     synth.set (paramVolume, 0.5f);
