@@ -23,16 +23,16 @@ std::string withTables (const std::string& page, const Programs& programs)
         if (start == std::string::npos)
             break;
         const std::size_t nameStart = start + blockStart.size ();
-        const std::size_t nameEnd = page.find (markEnd, nameStart);
+        const std::size_t nameEnd = std::min (page.find (markEnd, nameStart), page.find ('\n', nameStart));
         const std::size_t end = page.find (blockEnd, nameStart);
         const std::size_t next = page.find (blockStart, nameStart);
-        if (end == std::string::npos || nameEnd > end || next < end)
-            throw std::runtime_error ("a table is not closed: " + page.substr (start, 40));
         const std::string name = page.substr (nameStart, nameEnd - nameStart);
+        if (end == std::string::npos || next < end)
+            throw std::runtime_error ("the table \"" + name + "\" is not closed");
         const std::string made = table (name, programs);
         if (std::erase (missing, name) == 0)
             throw std::runtime_error ("the table \"" + name + "\" is there twice");
-        result.append (page, done, nameEnd + markEnd.size () - done);
+        result.append (page, done, nameStart - done).append (name).append (markEnd);
         result += "\n\n" + made + "\n";
         result += blockEnd;
         done = end + blockEnd.size ();

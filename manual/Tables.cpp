@@ -102,24 +102,34 @@ bool isControlOfParameter (const panel::Control& control)
     return isParameter (control.tag) && control.kind != panel::ControlKind::valueDisplay;
 }
 
+// With the unit behind the last one alone, where it is the same for all.
+std::string joinedValues (std::vector<std::string> values, const char* between)
+{
+    const std::string unit =
+        values.back ().substr (std::min (values.back ().rfind (' '), values.back ().size ()));
+    const bool isCommon =
+        std::ranges::all_of (values, [&unit] (const std::string& value) { return value.ends_with (unit); });
+    for (std::size_t n = 0; isCommon && n + 1 < values.size (); ++n)
+        values[n].resize (values[n].size () - unit.size ());
+    return joined (values, between);
+}
+
 // The names of all positions, or the left end, the middle and the right end.
 std::string rangeText (std::int32_t parameter)
 {
     constexpr int steps = 1000;
     constexpr std::size_t mostPositions = 8;
+    const auto textAt = [parameter] (float value) { return instrument::valueText (parameter, value, {}); };
     std::vector<std::string> texts;
     for (int step = 0; step <= steps && texts.size () <= mostPositions; ++step)
     {
-        const std::string text =
-            instrument::valueText (parameter, static_cast<float> (step) / static_cast<float> (steps), {});
+        const std::string text = textAt (static_cast<float> (step) / static_cast<float> (steps));
         if (texts.empty () || text != texts.back ())
             texts.push_back (text);
     }
     if (texts.size () <= mostPositions)
-        return joined (texts);
-    return joined ({ instrument::valueText (parameter, 0.0f, {}), instrument::valueText (parameter, 0.5f, {}),
-                     instrument::valueText (parameter, 1.0f, {}) },
-                   " … ");
+        return joinedValues (texts, ", ");
+    return joinedValues ({ textAt (0.0f), textAt (0.5f), textAt (1.0f) }, " … ");
 }
 
 std::string firstText (std::int32_t parameter)
@@ -173,7 +183,7 @@ std::string parameterTable ()
 
 std::string sectionList ()
 {
-    std::vector<Row> rows;
+    std::vector<std::string> links;
     for (const Marked& section : markedSections ())
     {
         // The anchor that Markdown's readers give the heading.
@@ -185,9 +195,10 @@ std::string sectionList ()
                                         return '-';
                                     return c >= 'A' && c <= 'Z' ? static_cast<char> (c - 'A' + 'a') : c;
                                 });
-        rows.push_back ({ std::to_string (section.number), "[" + section.name + "](#" + anchor + ")" });
+        links.push_back ("**" + std::to_string (section.number) + "** [" + section.name + "](#" + anchor +
+                         ")");
     }
-    return markdown ({ "", "Section" }, rows);
+    return joined (links, " · ") + "\n";
 }
 
 std::string menuList ()
@@ -208,19 +219,19 @@ std::string menuList ()
         }
         return names;
     };
+    std::string first;
     for (const editor::MenuTable& menu : editor::menuTables ())
     {
         if (menu.title != nullptr)
-        {
             rows.push_back ({ menu.title, joined (choices (menu)) });
-            continue;
-        }
-        for (const std::string& entry : choices (menu))
-            rows.push_back ({ entry, "" });
+        else
+            first = joined (choices (menu));
     }
+    std::vector<std::string> commands;
     for (const editor::CommandEntry& entry : editor::commandEntries ())
-        rows.push_back ({ entry.title, "" });
-    return markdown ({ "Entry", "Choices" }, rows);
+        commands.emplace_back (entry.title);
+    return "At its top: " + first + ".\n\n" + markdown ({ "Then", "Choices" }, rows) +
+           "\nAt its end: " + joined (commands) + ".\n";
 }
 
 // What is typed into a value's field, and what becomes of it.
