@@ -154,8 +154,10 @@ picture::Picture drawEnvelopes (const Programs& /*programs*/)
     Sheet sheet (612, 212, ground);
     for (int n = 0; n < 4; ++n)
     {
-        const double left = 12.0 + (n % 2) * (width + 28.0);
-        const double top = 24.0 + (n / 2) * (height + 40.0);
+        const int column = n % 2;
+        const int row = n / 2;
+        const double left = 12.0 + column * (width + 28.0);
+        const double top = 24.0 + row * (height + 40.0);
         sheet.canvas ().setColour (plate);
         sheet.canvas ().fillRoundedRect (left - 4.0, top - 4.0, width + 8.0, height + 8.0, 4.0);
         sheet.text (left, top - 9.0, textSize, ink, shapes[n].title);

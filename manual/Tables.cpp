@@ -119,11 +119,13 @@ std::string rangeText (std::int32_t parameter)
 {
     constexpr int steps = 1000;
     constexpr std::size_t mostPositions = 8;
+    // Some that may leave 0..1 have a position beyond.
+    const float end = paramTable[static_cast<std::size_t> (parameter)].unclamped ? 2.0f : 1.0f;
     const auto textAt = [parameter] (float value) { return instrument::valueText (parameter, value, {}); };
     std::vector<std::string> texts;
     for (int step = 0; step <= steps && texts.size () <= mostPositions; ++step)
     {
-        const std::string text = textAt (static_cast<float> (step) / static_cast<float> (steps));
+        const std::string text = textAt (end * static_cast<float> (step) / static_cast<float> (steps));
         if (texts.empty () || text != texts.back ())
             texts.push_back (text);
     }
@@ -150,6 +152,7 @@ std::string controlsOf (const panel::Section& section)
                        [] (const panel::Control* control)
                        { return std::pair (control->rect.y, control->rect.x); });
     std::vector<Row> rows;
+    rows.reserve (controls.size ());
     for (const panel::Control* control : controls)
         rows.push_back (
             { printedName (*control), rangeText (control->tag), firstText (control->tag), control->help });
@@ -173,6 +176,7 @@ std::string placeOf (std::int32_t parameter)
 std::string parameterTable ()
 {
     std::vector<Row> rows;
+    rows.reserve (paramTable.size ());
     for (const ParamRow& row : paramTable)
         rows.push_back ({ code (hostName (row.index)), placeOf (row.index), rangeText (row.index),
                           firstText (row.index), row.scope == Scope::program ? "program" : "song" });
