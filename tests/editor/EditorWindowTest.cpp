@@ -1,4 +1,5 @@
-// The editor in a real window, seen and played from outside. The same tests run on both libraries.
+// The editor in a real window, seen and played from outside. The same tests run on both libraries, and each
+// opening takes Wine seconds: what can follow one another in one window does.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -12,46 +13,52 @@ using namespace parameters;
 
 namespace
 {
-// A knob's or button's frame for a value, as the eye tells it: equal steps, the last one at the very end.
-int frameOf (const panel::Control& control, float value)
-{
-    const int frames = panel::findBitmap (control.bitmapId)->frames;
-    return static_cast<int> (std::floor (static_cast<double> (value) * (frames - 1)));
-}
+// On the lowest of its keys, middle C is the eighth white one.
+const panel::Rect middleC = { 39 + 7 * 35, 380, 35, 33 };
 
 class EditorWindow : public testing::Test
 {
 protected:
     void SetUp () override { ASSERT_EQ (bench.open ().find ("error"), std::string::npos); }
 
-    // Whether a knob or button stands where its parameter is.
+    // Whether a control stands where its parameter is.
     bool standsAt (int tag, float value)
     {
         const panel::Control& control = controlOf (tag);
-        return bench.shows (panel::paintedRect (control), control.bitmapId, frameOf (control, value));
+        const panel::Rect& rect = control.rect;
+        if (control.kind == panel::ControlKind::slider) // the handle is 6 of 100 pixels wide
+            return Bench::eventually (
+                [&, left = static_cast<int> (value * 94.0f)] {
+                    return matches (bench.redrawnPicture (), { rect.x + left, rect.y, 6, 10 },
+                                    bitmapFile (184), 1);
+                });
+        // Equal steps, the last one at the very end.
+        const int frames = panel::findBitmap (control.bitmapId)->frames;
+        const auto frame = static_cast<int> (static_cast<double> (value) * (frames - 1));
+        return bench.shows (panel::paintedRect (control), control.bitmapId, frame);
     }
-    // Of a knob or button, and waits until the panel has heard of it.
     void hostSets (int tag, float value)
     {
         bench.say ("set " + std::to_string (tag) + " " + std::to_string (value));
-        EXPECT_TRUE (standsAt (tag, value));
     }
-    void moveToControl (int tag)
+    void moveInto (const panel::Rect& rect)
     {
-        const panel::Rect& rect = controlOf (tag).rect;
         bench.moveTo (rect.x + rect.width / 2, rect.y + rect.height / 2);
     }
+    void moveToControl (int tag) { moveInto (controlOf (tag).rect); }
+    void moveAway () { bench.moveTo (300, 300); } // from every control, and no help is shown
     bool parameterBecomes (int index, float value)
     {
         return Bench::eventually ([&] { return std::abs (bench.parameter (index) - value) < 1e-4f; });
     }
+    bool answers (const std::string& question, const std::string& answer)
+    {
+        return Bench::eventually ([&] { return bench.say (question) == answer; });
+    }
     void clickMenuButton ()
     {
-        const panel::Rect& rect = panel::menuButtonRect;
-        bench.moveTo (rect.x + rect.width / 2, rect.y + rect.height / 2);
-        const Picture before = bench.redrawnPicture ();
-        bench.mouse ("click 1");
-        EXPECT_TRUE (menuIsOpen (before));
+        moveInto (panel::menuButtonRect);
+        EXPECT_TRUE (menuOpensAfter ("click 1"));
     }
     // Whether the frame that marks a learning control lies around it.
     bool learnMarkIs (int tag, bool there)
@@ -85,176 +92,142 @@ protected:
         openMenuAt (tag);
         bench.keys ("Right");
     }
-    // A menu covers part of the panel that was free before: wait until the picture rests at something new.
-    bool menuIsOpen (const Picture& before)
+    // A menu or a field covers part of the panel that was free before: waits until the picture rests at
+    // something new.
+    bool menuOpensAfter (const std::string& actions)
     {
+        const Picture before = bench.redrawnPicture ();
         Picture last = before;
+        bench.mouse (actions);
         return Bench::eventually (
             [&]
             {
                 const Picture now = bench.picture ();
-                const bool rests = now == last && now != before;
-                last = now;
-                return rests;
+                return now != before && std::exchange (last, now) == now;
             });
     }
     bool pictureBecomes (const Picture& wanted)
     {
         return Bench::eventually ([&] { return bench.redrawnPicture () == wanted; });
     }
+    Picture shownProgram ()
+    {
+        const panel::Rect& place = panel::programDisplayRect;
+        return bench.redrawnPicture ().part (place.x, place.y, place.width, place.height);
+    }
 
     Bench bench;
 };
 
-TEST_F (EditorWindow, SlidersFollowTheHostAndTheWheel)
+TEST_F (EditorWindow, ControlsFollowTheHost)
 {
-    for (const int tag : { paramOsc1Vol, paramOsc2Vol })
+    // A parameter, its value, the control that shows it and as what; the lamps have tags of their own.
+    using Row = std::tuple<int, float, int, float>;
+    for (const auto& [index, value, tag, shown] :
+         { Row{ paramFilterFreq, 0.25f, paramFilterFreq, 0.25f }, Row{ paramFilterType, 0.5f, 20, 0.5f },
+           Row{ paramOsc1Range, 1.0f, paramOsc1Range, 1.0f }, Row{ paramLfoWave, 0.8f, paramLfoWave, 0.8f },
+           Row{ paramVelocityAmp, 1.0f, paramVelocityAmp, 1.0f },
+           Row{ paramVoices, 0.0f, paramVoices, 0.0f }, // sixteen voices play from 0.9334 on:
+           Row{ paramVoices, 0.93f, paramVoices, 6.0f / 7.0f }, Row{ paramVoices, 0.95f, paramVoices, 1.0f },
+           Row{ paramFilterFreq, 1.0f, paramFilterFreq, 1.0f }, Row{ paramOsc1Vol, 0.0f, paramOsc1Vol, 0.0f },
+           Row{ paramOsc1Vol, 1.0f, paramOsc1Vol, 1.0f }, Row{ paramOsc2Vol, 0.5f, paramOsc2Vol, 0.5f },
+           Row{ param1Sustain, 0.0f, 39, 1.0f }, Row{ param1Sustain, 0.5f, 39, 0.0f },
+           Row{ paramLfoFilter, 0.49f, 41, 0.0f }, // snaps to the centre
+           Row{ param2ToFilter, 1.0f, 42, 1.0f },  // what lies between off and on sounds as on:
+           Row{ paramSmothFilt, 0.3f, paramSmothFilt, 1.0f },
+           Row{ paramFilterKeyTrak, 0.3f, paramFilterKeyTrak, 1.0f } })
     {
-        bench.moveTo (300, 300); // so that no help lies over the other slider
-        const panel::Rect& rect = controlOf (tag).rect;
-        for (const float value : { 0.0f, 1.0f, 0.5f })
-        {
-            bench.say ("set " + std::to_string (tag) + " " + std::to_string (value));
-            const int left =
-                static_cast<int> (std::floor (value * 94.0f)); // the handle is 6 of 100 pixels wide
-            EXPECT_TRUE (Bench::eventually (
-                [&] {
-                    return matches (bench.redrawnPicture (), { rect.x + left, rect.y, 6, 10 },
-                                    bitmapFile (184), 1);
-                }))
-                << tag << " at " << value;
-        }
-        moveToControl (tag);
-        bench.mouse ("click 4 click 4 click 4 click 5");
-        EXPECT_TRUE (parameterBecomes (tag, 0.54f)) << tag;
+        hostSets (index, value);
+        EXPECT_TRUE (standsAt (tag, shown)) << index << " at " << value;
     }
-}
-
-TEST_F (EditorWindow, HostMovesTheControls)
-{
-    struct Change
-    {
-        int index;
-        float value;
-    };
-    for (const Change& change :
-         { Change{ paramFilterFreq, 0.25f }, Change{ paramFilterType, 0.5f }, Change{ paramOsc1Range, 1.0f },
-           Change{ paramLfoWave, 0.8f }, Change{ paramVoices, 0.0f }, Change{ paramVelocityAmp, 1.0f },
-           Change{ paramSmothFilt, 1.0f }, Change{ paramFilterFreq, 1.0f } })
-    {
-        bench.say ("set " + std::to_string (change.index) + " " + std::to_string (change.value));
-        EXPECT_TRUE (standsAt (change.index, change.value)) << change.index;
-    }
-    EXPECT_EQ (bench.say ("calls"), "") << "what comes from the host does not go back to it";
-}
-
-// Sixteen voices play from 0.9334 on.
-TEST_F (EditorWindow, PolyphonyStandsAtTheVoicesThatPlay)
-{
-    const panel::Control& knob = controlOf (paramVoices);
-    bench.say ("set 27 0.93");
-    EXPECT_TRUE (bench.shows (knob.rect, knob.bitmapId, 6));
-    bench.say ("set 27 0.95");
-    EXPECT_TRUE (bench.shows (knob.rect, knob.bitmapId, 7));
-}
-
-TEST_F (EditorWindow, LampsFollowTheirParameters)
-{
-    bench.say ("set 12 0");
-    EXPECT_TRUE (standsAt (39, 1.0f));
-    bench.say ("set 12 0.5");
-    EXPECT_TRUE (standsAt (39, 0.0f));
-    bench.say ("set 24 0.49"); // snaps to the centre
-    EXPECT_TRUE (standsAt (41, 0.0f));
-    bench.say ("set 17 1");
-    EXPECT_TRUE (standsAt (42, 1.0f));
     moveToControl (42);
     bench.mouse ("click 1");
     EXPECT_TRUE (standsAt (42, 1.0f)) << "lamps do not switch";
-    EXPECT_EQ (bench.say ("calls"), "");
+    const panel::Rect place = { 222, 190, 25, 12 }; // of the rate's display, in Hertz or parts of a bar
+    const auto display = [&]
+    { return bench.redrawnPicture ().part (place.x, place.y, place.width, place.height); };
+    hostSets (paramLfoBmpSync, 0.0f);
+    hostSets (paramLfoRate, 0.5f);
+    EXPECT_TRUE (standsAt (paramLfoRate, 0.5f)); // drawn together with its display
+    const Picture hertz = display ();
+    hostSets (paramLfoBmpSync, 1.0f);
+    EXPECT_TRUE (Bench::eventually ([&] { return display () != hertz; }));
+    hostSets (paramLfoBmpSync, 0.0f);
+    EXPECT_TRUE (Bench::eventually ([&] { return display () == hertz; }));
+    EXPECT_EQ (bench.say ("calls"), "") << "what comes from the host does not go back to it";
 }
 
-TEST_F (EditorWindow, DraggingAKnobReachesTheHost)
+TEST_F (EditorWindow, MouseAndKeysTurnControls)
 {
-    hostSets (18, 0.5f);
-    moveToControl (paramFilterFreq);
-    bench.mouse ("mousedown 1");
-    EXPECT_EQ (bench.callsUntil ("begin 18;"), "begin 18;");
-    bench.mouse ("mousemove_relative -- 0 -10 mousemove_relative -- 0 -10");
-    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.6f)) << "200 pixels are the whole travel";
-    EXPECT_TRUE (standsAt (paramFilterFreq, 0.6f));
-    bench.mouse ("mouseup 1");
-    const std::string calls = bench.callsUntil ("end 18;");
-    EXPECT_NE (calls.find ("automate 18 0.6000;"), std::string::npos) << calls;
-    EXPECT_TRUE (calls.ends_with ("end 18;")) << calls;
-}
-
-TEST_F (EditorWindow, ShiftDragsFinely)
-{
-    hostSets (18, 0.5f);
-    moveToControl (paramFilterFreq);
-    bench.mouse ("keydown shift mousedown 1 mousemove_relative -- 0 -20 mousemove_relative -- 0 -20 mouseup "
-                 "1 keyup shift");
-    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.52f));
-}
-
-TEST_F (EditorWindow, DoubleClickAndControlClickSetBack)
-{
-    hostSets (18, 0.25f);
-    moveToControl (paramFilterFreq);
-    // A click, a pause that is too long for a double click, and then one.
-    bench.mouse ("click 1 sleep 0.6 click --repeat 2 --delay 60 1");
-    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 1.0f)); // its initial value
-    hostSets (9, 0.25f);
-    moveToControl (paramMasterP);
-    bench.mouse ("keydown ctrl click 1 keyup ctrl");
-    EXPECT_TRUE (parameterBecomes (paramMasterP, 0.5f));
-}
-
-TEST_F (EditorWindow, WheelTurnsKnobs)
-{
-    hostSets (18, 0.5f);
-    moveToControl (paramFilterFreq);
-    bench.mouse ("click 4 click 4 click 4 click 5");
-    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.54f));
-    hostSets (22, 0.0f);
-    moveToControl (paramLfoWave);
-    bench.mouse ("click 4 click 4");
-    EXPECT_TRUE (parameterBecomes (paramLfoWave, 0.4f)) << "two of the six positions on";
-    bench.mouse ("click --repeat 9 --delay 30 5");
-    EXPECT_TRUE (parameterBecomes (paramLfoWave, 0.0f));
-    const std::string calls = bench.callsUntil ("end 22;");
-    EXPECT_NE (calls.find ("begin 22;automate 22 0.2000;end 22;"), std::string::npos) << calls;
-}
-
-TEST_F (EditorWindow, ArrowKeysTurnWhatLiesUnderTheMouse)
-{
-    bench.moveTo (300, 300);
+    moveAway ();
     bench.mouse ("click 1"); // the window gets the keys
-    hostSets (18, 0.5f);
-    moveToControl (paramFilterFreq);
-    bench.keys ("Up Up Right Down");
-    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.54f));
-    bench.keys ("shift+Left");
-    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.538f)) << "finely";
-    hostSets (36, 0.0f);
-    moveToControl (paramLfoBmpSync);
-    bench.keys ("Up");
-    EXPECT_TRUE (parameterBecomes (paramLfoBmpSync, 1.0f));
+    struct Row
+    {
+        int tag;
+        float from;
+        const char* actions;
+        float to;
+    };
+    const Row rows[] = {
+        // 200 pixels are the whole travel, or five times as many
+        { paramFilterFreq, 0.5f,
+          "mousedown 1 mousemove_relative -- 0 -10 mousemove_relative -- 0 -10 mouseup 1", 0.6f },
+        { paramMasterP, 0.25f, "keydown ctrl click 1 keyup ctrl", 0.5f },
+        { paramLfoBmpSync, 0.3f, "click 1", 0.0f },
+        { paramSmothFilt, 0.3f, "click 1", 0.0f },
+        { paramFilterKeyTrak, 0.0f, "click 1", 1.0f },
+        // pauses that are too long for a double click, and then one
+        { paramFilterFreq, 0.25f, "click 1 sleep 0.6 click --repeat 2 --delay 60 1", 1.0f },
+        { paramFilterFreq, 0.5f, "click 4 click 4 click 4 click 5", 0.54f },
+        { paramOsc1Vol, 0.5f, "click 4 click 4 click 4 click 5", 0.54f },
+        { paramOsc2Vol, 0.5f, "click 4 click 4 click 4 click 5", 0.54f },
+        { paramLfoWave, 0.0f, "click 4 click 4", 0.4f }, // two of the six positions on
+        { paramLfoWave, 0.4f, "click --repeat 9 --delay 30 5", 0.0f },
+        { paramFilterFreq, 0.5f, "key --delay 60 Up Up Right Down", 0.54f },
+        { paramFilterFreq, 0.54f, "key shift+Left", 0.538f },
+        { paramFilterFreq, 0.5f,
+          "sleep 0.6 keydown shift mousedown 1 mousemove_relative -- 0 -20 mousemove_relative -- 0 -20 "
+          "mouseup 1 keyup "
+          "shift",
+          0.52f },
+        { paramLfoBmpSync, 0.0f, "key Up", 1.0f },
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE (testing::Message () << row.tag << " " << row.actions);
+        moveAway ();
+        hostSets (row.tag, row.from);
+        bench.say ("calls");
+        moveToControl (row.tag);
+        bench.mouse (row.actions);
+        EXPECT_TRUE (parameterBecomes (row.tag, row.to));
+        EXPECT_TRUE (standsAt (row.tag, row.to));
+        char last[32];
+        std::snprintf (last, sizeof last, " %.4f;end %d;", static_cast<double> (row.to), row.tag);
+        const std::string calls = bench.callsUntil (last);
+        EXPECT_TRUE (calls.starts_with ("begin " + std::to_string (row.tag) + ";")) << calls;
+        EXPECT_TRUE (calls.ends_with (last)) << calls;
+    }
 }
 
-TEST_F (EditorWindow, ValuesCanBeTyped)
+TEST_F (EditorWindow, NamesAndValuesCanBeTyped)
 {
+    openMenuAt (commandRenameProgram);
+    bench.keys ("Return ctrl+a");
+    bench.mouse ("type --delay 30 'Mine'");
+    bench.keys ("Return");
+    EXPECT_TRUE (answers ("name ?", "Mine"));
+    EXPECT_NE (bench.callsUntil ("display;").find ("display;"), std::string::npos);
+
     const auto type = [this] (const std::string& text, const std::string& end)
     {
-        const Picture before = bench.redrawnPicture ();
-        bench.mouse ("keydown shift click --repeat 2 --delay 60 1 keyup shift");
-        EXPECT_TRUE (menuIsOpen (before)) << "a field";
+        EXPECT_TRUE (menuOpensAfter ("keydown shift click --repeat 2 --delay 60 1 keyup shift")) << "a field";
         bench.keys ("ctrl+a");
         bench.mouse ("type --delay 30 '" + text + "'");
         bench.keys (end);
     };
-    hostSets (18, 0.25f);
+    hostSets (paramFilterFreq, 0.25f);
+    EXPECT_TRUE (standsAt (paramFilterFreq, 0.25f));
     moveToControl (paramFilterFreq);
     type ("1715 Hz", "Return");
     EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.5f));
@@ -267,185 +240,60 @@ TEST_F (EditorWindow, ValuesCanBeTyped)
     EXPECT_TRUE (parameterBecomes (paramOsc1Wave, 1.0f));
 }
 
-// What lies between off and on sounds as on, so it looks like that and goes off with one click.
-TEST_F (EditorWindow, ButtonsBetweenOffAndOnAreOn)
-{
-    for (const int tag : { paramSmothFilt, paramFilterKeyTrak, paramLfoBmpSync })
-    {
-        bench.say ("set " + std::to_string (tag) + " 0.3");
-        EXPECT_TRUE (bench.shows (controlOf (tag).rect, controlOf (tag).bitmapId, 1)) << tag;
-        moveToControl (tag);
-        bench.mouse ("click 1");
-        EXPECT_TRUE (parameterBecomes (tag, 0.0f)) << tag;
-    }
-    bench.say ("calls");
-    bench.mouse ("click 1");
-    EXPECT_EQ (bench.callsUntil ("end 36;"), "begin 36;automate 36 1.0000;end 36;");
-}
-
-TEST_F (EditorWindow, RateDisplayChangesWithTheSync)
-{
-    const panel::Rect place = { 222, 190, 25, 12 };
-    const auto display = [&]
-    { return bench.redrawnPicture ().part (place.x, place.y, place.width, place.height); };
-    bench.say ("set 36 0");
-    bench.say ("set 21 0.5");
-    EXPECT_TRUE (standsAt (paramLfoRate, 0.5f)); // drawn together with its display
-    const Picture hertz = display ();
-    bench.say ("set 36 1");
-    EXPECT_TRUE (Bench::eventually ([&] { return display () != hertz; }));
-    bench.say ("set 36 0");
-    EXPECT_TRUE (Bench::eventually ([&] { return display () == hertz; }));
-}
-
 TEST_F (EditorWindow, KeyboardPlaysNotes)
 {
-    bench.say ("set 36 0");
-    const int x = 39 + 7 * 35 + 5; // middle C, note 60
-    bench.moveTo (x, 400);
+    const auto looksLike = [this] (int x, int bitmap)
+    {
+        const panel::Rect key = { x, middleC.y, middleC.width, middleC.height };
+        return Bench::eventually (
+            [&] { return matches (bench.redrawnPicture (), key, bitmapFile (bitmap), 64); });
+    };
+    const auto isHeard = [this] (bool heard)
+    { return Bench::eventually ([&] { return (std::stof (bench.say ("render 40")) > 0.01f) == heard; }); };
+    bench.moveTo (middleC.x + 5, 400);
     bench.mouse ("mousedown 1");
-    EXPECT_TRUE (Bench::eventually (
-        [&]
-        {
-            return matches (bench.redrawnPicture (), { 39 + 7 * 35, 380, 35, 33 },
-                            bitmapFile (panel::whiteKeyDownId), 64);
-        }));
-    EXPECT_GT (std::stof (bench.say ("render 40")), 0.01f);
-
+    EXPECT_TRUE (looksLike (middleC.x, panel::whiteKeyDownId));
+    EXPECT_TRUE (isHeard (true));
     bench.mouse ("mousemove_relative 35 0"); // on to D
-    EXPECT_TRUE (Bench::eventually (
-        [&]
-        {
-            return matches (bench.redrawnPicture (), { 39 + 7 * 35, 380, 35, 33 },
-                            bitmapFile (panel::whiteKeyUpId), 64);
-        }))
-        << "the key left behind comes up";
-
+    EXPECT_TRUE (looksLike (middleC.x, panel::whiteKeyUpId)) << "the key left behind comes up";
     bench.mouse ("mouseup 1");
-    EXPECT_TRUE (Bench::eventually (
-        [&]
-        {
-            return matches (bench.redrawnPicture (), { 39 + 8 * 35, 380, 35, 33 },
-                            bitmapFile (panel::whiteKeyUpId), 64);
-        }));
-}
+    EXPECT_TRUE (looksLike (middleC.right (), panel::whiteKeyUpId));
+    EXPECT_TRUE (isHeard (false));
 
-TEST_F (EditorWindow, ClosingEndsTheKeyUnderTheMouse)
-{
-    bench.moveTo (39 + 7 * 35 + 5, 400);
     bench.mouse ("mousedown 1");
-    EXPECT_TRUE (Bench::eventually ([&] { return std::stof (bench.say ("render 10")) > 0.01f; }));
+    EXPECT_TRUE (isHeard (true));
     bench.say ("close");
-    EXPECT_TRUE (Bench::eventually ([&] { return std::stof (bench.say ("render 100")) < 1e-4f; }));
+    EXPECT_TRUE (isHeard (false)) << "closing ends the key under the mouse";
     bench.mouse ("mouseup 1");
 }
 
-TEST_F (EditorWindow, MenuSetsAParameter)
+TEST_F (EditorWindow, MenusOpenSetAndTakeBack)
 {
-    bench.say ("set 34 0");
+    moveAway ();
+    const Picture before = bench.redrawnPicture ();
+    EXPECT_TRUE (menuOpensAfter ("click 3"));
+    bench.keys ("Escape");
+    EXPECT_TRUE (pictureBecomes (before));
+
+    hostSets (paramHighQuality, 0.0f);
+    bench.say ("calls");
     openSubmenu (paramHighQuality);
     bench.keys ("Escape Right Down Return"); // Escape leaves the submenu alone
     EXPECT_TRUE (parameterBecomes (paramHighQuality, 1.0f)) << "its second entry is Off, which is 1";
     EXPECT_EQ (bench.callsUntil ("end 34;"), "begin 34;automate 34 1.0000;end 34;");
-}
-
-TEST_F (EditorWindow, RightClickOnEmptyPanelOpensTheMenu)
-{
-    bench.moveTo (300, 300);
-    const Picture before = bench.redrawnPicture ();
-    bench.mouse ("click 3");
-    EXPECT_TRUE (menuIsOpen (before));
-    bench.keys ("Escape");
-    EXPECT_TRUE (pictureBecomes (before));
-}
-
-TEST_F (EditorWindow, AboutPageComesAndGoes)
-{
-    bench.moveTo (300, 300);
-    const Picture before = bench.redrawnPicture ();
-    for (const char* closing : { "click 1", "key Escape" })
-    {
-        clickMenuButton ();
-        bench.keys ("Down Down Down Return");
-        // The part of the page above its version line.
-        const panel::Rect top = { panel::aboutRect.x, panel::aboutRect.y, panel::aboutRect.width, 40 };
-        EXPECT_TRUE (bench.shows (top, panel::aboutBitmapId));
-        bench.moveTo (300, 300);
-        bench.mouse (closing);
-        EXPECT_TRUE (pictureBecomes (before)) << closing;
-    }
-    EXPECT_EQ (bench.say ("calls"), "") << "the page is the editor's own";
-}
-
-TEST_F (EditorWindow, LearnsAndForgetsAController)
-{
-    moveToControl (paramFilterFreq);
-    Picture before = bench.redrawnPicture ();
-    bench.mouse ("click 3");
-    EXPECT_TRUE (menuIsOpen (before));
-    bench.keys ("Down Return");
-    EXPECT_TRUE (learnMarkIs (paramFilterFreq, true)) << "it says that it waits";
-    bench.say ("midi 176 74 32");
-    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 32.0f / 127.0f));
-    EXPECT_TRUE (learnMarkIs (paramFilterFreq, false));
-    EXPECT_TRUE (standsAt (paramFilterFreq, 32.0f / 127.0f));
-    EXPECT_EQ (bench.say ("calls"), "") << "neither learning nor the controller is automation";
-
-    before = bench.redrawnPicture ();
-    bench.mouse ("click 3");
-    EXPECT_TRUE (menuIsOpen (before));
-    bench.keys ("Down Down Return"); // the second entry is there now: Forget CC 74
-    EXPECT_TRUE (Bench::eventually (
-        [&]
-        {
-            bench.say ("midi 176 74 100");
-            bench.say ("set 18 0.25");
-            bench.say ("midi 176 74 100");
-            return std::abs (bench.parameter (paramFilterFreq) - 0.25f) < 1e-4f;
-        }));
-}
-
-TEST_F (EditorWindow, ProgramsCanBeStepped)
-{
-    const panel::Rect& display = panel::programDisplayRect;
-    const auto text = [&]
-    { return bench.redrawnPicture ().part (display.x, display.y, display.width, display.height); };
-    const Picture first = text ();
-    bench.moveTo (panel::nextProgramRect.x + 10, panel::nextProgramRect.y + 10);
-    bench.mouse ("click 1");
-    EXPECT_TRUE (Bench::eventually ([&] { return bench.say ("program ?") == "1"; }));
-    EXPECT_TRUE (Bench::eventually ([&] { return text () != first; }));
-    EXPECT_EQ (bench.callsUntil ("display;"), "display;") << "the program is no parameter";
-    EXPECT_TRUE (standsAt (paramFilterFreq, bench.parameter (paramFilterFreq))) << "the controls follow";
-
-    bench.moveTo (display.x + 20, display.y + 10);
-    bench.mouse ("click 5"); // down the list
-    EXPECT_TRUE (Bench::eventually ([&] { return bench.say ("program ?") == "2"; }));
-    bench.mouse ("click 4 click 4 click 4");
-    EXPECT_TRUE (Bench::eventually ([&] { return bench.say ("program ?") == "127"; })) << "round to the end";
-    bench.say ("program 0");
-    bench.moveTo (300, 300);
-    EXPECT_TRUE (Bench::eventually ([&] { return text () == first; })) << "the host's choice is shown too";
-}
-
-TEST_F (EditorWindow, HostRenamesTheProgram)
-{
-    const panel::Rect& display = panel::programDisplayRect;
-    const auto text = [&]
-    { return bench.redrawnPicture ().part (display.x, display.y, display.width, display.height); };
-    const Picture before = text ();
-    bench.say ("rename Renamed");
-    EXPECT_TRUE (Bench::eventually ([&] { return text () != before; }));
-}
-
-TEST_F (EditorWindow, ProgramsCanBeRenamed)
-{
-    openMenuAt (commandRenameProgram);
-    bench.keys ("Return ctrl+a");
-    bench.mouse ("type --delay 30 'Mine'");
+    openMenuAt (commandUndo);
     bench.keys ("Return");
-    EXPECT_TRUE (Bench::eventually ([&] { return bench.say ("name ?") == "Mine"; }));
-    EXPECT_NE (bench.callsUntil ("display;").find ("display;"), std::string::npos);
+    EXPECT_TRUE (parameterBecomes (paramHighQuality, 0.0f));
+
+    // Without the keyboard the menu has no room below its button.
+    hostSets (paramShowKeys, 0.0f);
+    bench.callsUntil ("size");
+    clickMenuButton ();
+    const panel::Rect& button = panel::menuButtonRect;
+    EXPECT_TRUE (Bench::isWine () || matches (bench.picture (), { button.x, button.y, 3, button.height },
+                                              bitmapFile (panel::smallButtonBitmapId), button.height))
+        << "no entry lies under the press";
+    bench.keys ("Escape");
 }
 
 TEST_F (EditorWindow, MenuSwitchesAnAddition)
@@ -463,51 +311,81 @@ TEST_F (EditorWindow, MenuSwitchesAnAddition)
     EXPECT_FALSE (plays ()) << "the volume counts now";
 }
 
-TEST_F (EditorWindow, MenuTakesBack)
+TEST_F (EditorWindow, AboutPageComesAndGoes)
 {
-    hostSets (18, 0.5f);
-    moveToControl (paramFilterFreq);
-    bench.mouse ("click 4");
-    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.52f));
-    bench.callsUntil ("end 18;"); // the wheel rests
-    openMenuAt (commandUndo);
-    bench.keys ("Return");
-    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.5f));
-}
-
-// The one place where the menu has no room below its button.
-TEST_F (EditorWindow, MenuLeavesItsButtonFree)
-{
-    bench.say ("set 30 0");
-    bench.callsUntil ("size");
-    clickMenuButton ();
-    const panel::Rect& button = panel::menuButtonRect;
-    EXPECT_TRUE (Bench::isWine () || matches (bench.picture (), { button.x, button.y, 3, button.height },
-                                              bitmapFile (panel::smallButtonBitmapId), button.height))
-        << "no entry lies under the press";
-    bench.keys ("Escape");
-}
-
-// Where two pictures differ.
-panel::Rect difference (const Picture& one, const Picture& other)
-{
-    int left = one.width;
-    int top = one.height;
-    int right = 0;
-    int bottom = 0;
-    for (int y = 0; y < one.height; ++y)
+    moveAway ();
+    const Picture before = bench.redrawnPicture ();
+    for (const char* closing : { "click 1", "key Escape" })
     {
-        for (int x = 0; x < one.width; ++x)
-        {
-            if (one.at (x, y) == other.at (x, y))
-                continue;
-            left = std::min (left, x);
-            right = std::max (right, x + 1);
-            top = std::min (top, y);
-            bottom = std::max (bottom, y + 1);
-        }
+        clickMenuButton ();
+        bench.keys ("Down Down Down Return");
+        // The part of the page above its version line.
+        const panel::Rect top = { panel::aboutRect.x, panel::aboutRect.y, panel::aboutRect.width, 40 };
+        EXPECT_TRUE (bench.shows (top, panel::aboutBitmapId));
+        moveAway ();
+        bench.mouse (closing);
+        EXPECT_TRUE (pictureBecomes (before)) << closing;
     }
-    return { left, top, right - left, bottom - top };
+    EXPECT_EQ (bench.say ("calls"), "") << "the page is the editor's own";
+}
+
+TEST_F (EditorWindow, LearnsAndForgetsAController)
+{
+    moveToControl (paramFilterFreq);
+    EXPECT_TRUE (menuOpensAfter ("click 3"));
+    bench.keys ("Down Return");
+    EXPECT_TRUE (learnMarkIs (paramFilterFreq, true)) << "it says that it waits";
+    bench.say ("midi 176 74 32");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 32.0f / 127.0f));
+    EXPECT_TRUE (learnMarkIs (paramFilterFreq, false));
+    EXPECT_TRUE (standsAt (paramFilterFreq, 32.0f / 127.0f));
+    EXPECT_EQ (bench.say ("calls"), "") << "neither learning nor the controller is automation";
+    EXPECT_TRUE (menuOpensAfter ("click 3"));
+    bench.keys ("Down Down Return"); // the second entry is there now: Forget CC 74
+    EXPECT_TRUE (Bench::eventually (
+        [&]
+        {
+            bench.say ("midi 176 74 100");
+            hostSets (paramFilterFreq, 0.25f);
+            bench.say ("midi 176 74 100");
+            return std::abs (bench.parameter (paramFilterFreq) - 0.25f) < 1e-4f;
+        }));
+}
+
+TEST_F (EditorWindow, ProgramsCanBeStepped)
+{
+    const Picture first = shownProgram ();
+    moveInto (panel::nextProgramRect);
+    bench.mouse ("click 1");
+    EXPECT_TRUE (answers ("program ?", "1"));
+    EXPECT_TRUE (Bench::eventually ([&] { return shownProgram () != first; }));
+    EXPECT_EQ (bench.callsUntil ("display;"), "display;") << "the program is no parameter";
+    EXPECT_TRUE (standsAt (paramFilterFreq, bench.parameter (paramFilterFreq))) << "the controls follow";
+
+    moveInto (panel::programDisplayRect);
+    bench.mouse ("click 5"); // down the list
+    EXPECT_TRUE (answers ("program ?", "2"));
+    bench.mouse ("click 4 click 4 click 4");
+    EXPECT_TRUE (answers ("program ?", "127")) << "round to the end";
+    EXPECT_TRUE (menuOpensAfter ("click 1"));
+    bench.keys ("Down Down Right Down Return"); // the second group's second
+    EXPECT_TRUE (answers ("program ?", "25")) << "the second lead";
+    bench.say ("program 0");
+    moveAway ();
+    EXPECT_TRUE (Bench::eventually ([&] { return shownProgram () == first; })) << "the host's choice, too";
+    bench.say ("rename Renamed");
+    EXPECT_TRUE (Bench::eventually ([&] { return shownProgram () != first; }));
+}
+
+// Where two pictures differ: the leftmost column.
+int leftOfDifference (const Picture& one, const Picture& other)
+{
+    for (int x = 0; x < one.width; ++x)
+    {
+        if (one.part (x, 0, 1, one.height) != other.part (x, 0, 1, one.height))
+            return x;
+    }
+    return one.width;
 }
 
 // From the menu's place at the button, through the groups to a program far down the list, with the mouse
@@ -516,76 +394,66 @@ TEST_F (EditorWindow, EveryProgramCanBeReachedWithTheMouse)
 {
     if (Bench::isWine ())
         GTEST_SKIP () << "menus are the system's own there";
-    const auto openedAfter = [this] (const std::string& actions)
+    const auto leftAfter = [this] (const std::string& actions)
     {
         const Picture before = bench.picture ();
-        bench.mouse (actions);
-        EXPECT_TRUE (menuIsOpen (before)) << actions;
-        return difference (before, bench.picture ());
+        EXPECT_TRUE (menuOpensAfter (actions)) << actions;
+        return leftOfDifference (before, bench.picture ());
     };
-    const panel::Rect& button = panel::menuButtonRect;
-    bench.moveTo (button.x + 5, button.y + 5);
-    const panel::Rect menu = openedAfter ("click 1");
-    const int presets = button.bottom () + 1 + 5 * 18 + 7 + 18 + 9; // rows of 18 pixels, separators of 7
+    moveInto (panel::menuButtonRect);
+    const int menu = leftAfter ("click 1");
+    const int presets =
+        panel::menuButtonRect.bottom () + 1 + 5 * 18 + 7 + 18 + 9; // rows of 18, separators of 7
     const auto at = [] (int x, int y)
     { return "mousemove " + std::to_string (x) + " " + std::to_string (y) + " sleep 0.3 "; };
-    const panel::Rect groups = openedAfter (at (menu.x + 40, presets) + "click 1");
-    ASSERT_LT (groups.x, menu.x) << "they lie beside the menu";
-    const panel::Rect pads = openedAfter (at (groups.x + 20, presets + 2 * 18) + "click 1");
-    ASSERT_LT (pads.x, groups.x);
-    bench.mouse (at (pads.x + 40, 200) + "click 5 click 5 " + "click 1");
+    const int groups = leftAfter (at (menu + 40, presets) + "click 1");
+    ASSERT_LT (groups, menu) << "they lie beside the menu";
+    const int pads = leftAfter (at (groups + 20, presets + 2 * 18) + "click 1");
+    ASSERT_LT (pads, groups);
+    bench.mouse (at (pads + 40, 200) + "click 5 click 5 click 1");
     EXPECT_TRUE (Bench::eventually ([&] { return std::stoi (bench.say ("program ?")) > 54 + 12; }))
         << "two notches of the wheel are six programs";
 }
 
-TEST_F (EditorWindow, ProgramMenuChooses)
-{
-    const panel::Rect& display = panel::programDisplayRect;
-    bench.moveTo (display.x + 20, display.y + 10);
-    const Picture before = bench.redrawnPicture ();
-    bench.mouse ("click 1");
-    EXPECT_TRUE (menuIsOpen (before));
-    bench.keys ("Down Down Right Down Return"); // the second group's second
-    EXPECT_TRUE (Bench::eventually ([&] { return bench.say ("program ?") == "25"; })) << "the second lead";
-}
-
 TEST_F (EditorWindow, RandomSoundsByNumberKeys)
 {
-    bench.say ("set 20 0.9");
+    hostSets (paramFilterType, 0.9f);
     bench.say ("key 1");
     EXPECT_NEAR (bench.parameter (paramFilterType), 0.9f, 1e-4f) << "not armed yet";
     openSubmenu (commandRandom);
     bench.keys ("Down Down Down Down Return"); // from its first entry to its last: Use Keys
     EXPECT_NEAR (bench.parameter (paramFilterType), 0.9f, 1e-4f) << "arming makes no sound itself";
-
+    const auto isBass = [this] { return std::abs (bench.parameter (paramFilterType) - 0.1f) < 1e-4f; };
     EXPECT_TRUE (Bench::eventually (
         [&]
         {
             EXPECT_EQ (bench.say ("key 1"), "1");
-            return std::abs (bench.parameter (paramFilterType) - 0.1f) < 1e-4f;
-        }))
-        << "a bass";
+            return isBass ();
+        }));
     EXPECT_EQ (bench.say ("calls"), "");
-    bench.say ("set 20 0.9");
-    bench.moveTo (300, 300);
+    hostSets (paramFilterType, 0.9f);
+    moveAway ();
     bench.mouse ("click 1"); // the window gets the keys
     bench.keys ("1");
-    EXPECT_TRUE (parameterBecomes (paramFilterType, 0.1f)) << "typed into the window";
+    EXPECT_TRUE (Bench::eventually (isBass)) << "typed into the window";
 }
 
-TEST_F (EditorWindow, KeyboardCanBeHidden)
+TEST_F (EditorWindow, KeyboardCanBeHiddenAndAnotherOpeningShowsWhatChanged)
 {
-    bench.say ("set 30 0");
-    EXPECT_EQ (bench.callsUntil ("size"), "size 612 295;");
-    EXPECT_EQ (bench.say ("rect"), "612 295");
-    bench.say ("set 30 1");
-    EXPECT_EQ (bench.callsUntil ("size"), "size 612 433;");
-    EXPECT_EQ (bench.say ("rect"), "612 433");
-    EXPECT_TRUE (bench.shows ({ 39, 316, 24, 97 }, panel::whiteKeyUpId));
-    bench.say ("set 30 0");
+    using Row = std::tuple<float, const char*>;
+    for (const auto& [keys, size] :
+         { Row{ 0.0f, "612 295" }, Row{ 1.0f, "612 433" }, Row{ 0.0f, "612 295" } })
+    {
+        hostSets (paramShowKeys, keys);
+        EXPECT_EQ (bench.callsUntil ("size"), std::string ("size ") + size + ";");
+        EXPECT_EQ (bench.say ("rect"), size);
+        EXPECT_TRUE (keys == 0.0f || bench.shows ({ 39, 316, 24, 97 }, panel::whiteKeyUpId));
+    }
     bench.say ("close");
     EXPECT_EQ (bench.say ("rect"), "612 295");
-    EXPECT_EQ (bench.say ("open").find ("error"), std::string::npos);
+    hostSets (paramFilterFreq, 0.7f); // while nobody looks
+    EXPECT_EQ (bench.open ().find ("error"), std::string::npos);
+    EXPECT_TRUE (standsAt (paramFilterFreq, 0.7f));
     EXPECT_TRUE (
         Bench::eventually ([&] { return bench.picture (612, 295).at (300, 290) == panel::caseColour; }));
 }
@@ -593,7 +461,7 @@ TEST_F (EditorWindow, KeyboardCanBeHidden)
 // On controls, lamps, displays, keys and buttons.
 TEST_F (EditorWindow, HoverHelpComesAndGoes)
 {
-    bench.moveTo (300, 300);
+    moveAway ();
     const Picture before = bench.redrawnPicture ();
     for (const panel::Rect& place :
          { controlOf (paramFilterRez).rect, controlOf (39).rect, panel::Rect{ 222, 190, 25, 12 },
@@ -602,22 +470,9 @@ TEST_F (EditorWindow, HoverHelpComesAndGoes)
         bench.moveTo (place.x + 3, place.y + 3);
         EXPECT_TRUE (Bench::eventually ([&] { return bench.picture () != before; }))
             << place.x << " " << place.y;
-        bench.moveTo (300, 300);
+        moveAway ();
         EXPECT_TRUE (pictureBecomes (before)) << place.x << " " << place.y;
     }
-}
-
-TEST_F (EditorWindow, ClosedAndOpenedAgainShowsTheSame)
-{
-    bench.moveTo (300, 300);
-    const Picture before = bench.redrawnPicture ();
-    bench.say ("close");
-    bench.say ("set 18 0.7"); // while nobody looks
-    bench.open ();
-    EXPECT_TRUE (standsAt (paramFilterFreq, 0.7f));
-    bench.say ("program 0");
-    bench.say ("set 18 0.7");
-    EXPECT_TRUE (standsAt (paramFilterFreq, 0.7f));
 }
 
 TEST_F (EditorWindow, InstrumentCanGoWithAMenuOpen)
