@@ -32,9 +32,10 @@ protected:
                     return matches (bench.redrawnPicture (), { rect.x + left, rect.y, 6, 10 },
                                     bitmapFile (184), 1);
                 });
-        // Equal steps, the last one at the very end.
+        // Equal steps, the last one at the very end; what lies between off and on is on.
         const int frames = panel::findBitmap (control.bitmapId)->frames;
-        const auto frame = static_cast<int> (static_cast<double> (value) * (frames - 1));
+        const bool isOn = control.kind == panel::ControlKind::onOffButton && value > 0.0f;
+        const int frame = isOn ? 1 : static_cast<int> (static_cast<double> (value) * (frames - 1));
         return bench.shows (panel::paintedRect (control), control.bitmapId, frame);
     }
     void hostSets (int tag, float value)
@@ -128,14 +129,13 @@ TEST_F (EditorWindow, ControlsFollowTheHost)
            Row{ paramOsc1Range, 1.0f, paramOsc1Range, 1.0f }, Row{ paramLfoWave, 0.8f, paramLfoWave, 0.8f },
            Row{ paramVelocityAmp, 1.0f, paramVelocityAmp, 1.0f },
            Row{ paramVoices, 0.0f, paramVoices, 0.0f }, // sixteen voices play from 0.9334 on:
-           Row{ paramVoices, 0.93f, paramVoices, 6.0f / 7.0f }, Row{ paramVoices, 0.95f, paramVoices, 1.0f },
+           Row{ paramVoices, 0.93f, paramVoices, 0.93f }, Row{ paramVoices, 0.95f, paramVoices, 1.0f },
            Row{ paramFilterFreq, 1.0f, paramFilterFreq, 1.0f }, Row{ paramOsc1Vol, 0.0f, paramOsc1Vol, 0.0f },
            Row{ paramOsc1Vol, 1.0f, paramOsc1Vol, 1.0f }, Row{ paramOsc2Vol, 0.5f, paramOsc2Vol, 0.5f },
            Row{ param1Sustain, 0.0f, 39, 1.0f }, Row{ param1Sustain, 0.5f, 39, 0.0f },
            Row{ paramLfoFilter, 0.49f, 41, 0.0f }, // snaps to the centre
-           Row{ param2ToFilter, 1.0f, 42, 1.0f },  // what lies between off and on sounds as on:
-           Row{ paramSmothFilt, 0.3f, paramSmothFilt, 1.0f },
-           Row{ paramFilterKeyTrak, 0.3f, paramFilterKeyTrak, 1.0f } })
+           Row{ param2ToFilter, 1.0f, 42, 1.0f }, Row{ paramSmothFilt, 0.3f, paramSmothFilt, 0.3f },
+           Row{ paramFilterKeyTrak, 0.3f, paramFilterKeyTrak, 0.3f } })
     {
         hostSets (index, value);
         EXPECT_TRUE (standsAt (tag, shown)) << index << " at " << value;
@@ -186,9 +186,8 @@ TEST_F (EditorWindow, MouseAndKeysTurnControls)
         { paramFilterFreq, 0.5f, "key --delay 60 Up Up Right Down", 0.54f },
         { paramFilterFreq, 0.54f, "key shift+Left", 0.538f },
         { paramFilterFreq, 0.5f,
-          "sleep 0.6 keydown shift mousedown 1 mousemove_relative -- 0 -20 mousemove_relative -- 0 -20 "
-          "mouseup 1 keyup "
-          "shift",
+          "sleep 0.6 keydown shift mousedown 1 mousemove_relative -- 0 -20 "
+          "mousemove_relative -- 0 -20 mouseup 1 keyup shift",
           0.52f },
         { paramLfoBmpSync, 0.0f, "key Up", 1.0f },
     };
@@ -197,6 +196,7 @@ TEST_F (EditorWindow, MouseAndKeysTurnControls)
         SCOPED_TRACE (testing::Message () << row.tag << " " << row.actions);
         moveAway ();
         hostSets (row.tag, row.from);
+        EXPECT_TRUE (standsAt (row.tag, row.from));
         bench.say ("calls");
         moveToControl (row.tag);
         bench.mouse (row.actions);

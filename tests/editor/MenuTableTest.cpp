@@ -9,51 +9,33 @@ using namespace editor;
 
 namespace
 {
-// The commands' numbers are positions in the menus.
 TEST (MenuTable, EntriesStandAtTheirNumbers)
 {
-    struct Entry
+    using Row = std::pair<std::int32_t, std::vector<const char*>>;
+    for (const auto& [tag, texts] :
+         { Row{ commandMainMenu,
+                { "Save default bank", "Load factory bank", "About", "Save controller presets",
+                  "MidiForget" } },
+           Row{ paramGlideAuto, { "Off", "On" } }, Row{ paramShowKeys, { "Off", "On" } },
+           Row{ paramHighQuality, { "On", "Off" } }, // 0.0 turns the quality on
+           Row{ commandRandom, { "Bass Sounds", "Pad Sounds", "Lead Sounds", "FX Sounds" } } })
     {
-        std::int32_t tag;
-        std::size_t number;
-        const char* text;
-    };
-    const Entry entries[] = {
-        { commandMainMenu, 0, "Save default bank" },
-        { commandMainMenu, 1, "Load factory bank" },
-        { commandMainMenu, 2, "About" },
-        { commandMainMenu, 3, "Save controller presets" },
-        { commandMainMenu, 4, "MidiForget" },
-        { paramGlideAuto, 1, "On" },
-        { paramShowKeys, 1, "On" },
-        { paramHighQuality, 1, "Off" }, // 0.0 turns the quality on
-        { commandRandom, 0, "Bass Sounds" },
-        { commandRandom, 1, "Pad Sounds" },
-        { commandRandom, 2, "Lead Sounds" },
-        { commandRandom, 3, "FX Sounds" },
-        { commandRandom, useNumberKeysEntry, "Use Keys (1234)" },
-    };
-    for (const Entry& entry : entries)
-        EXPECT_STREQ (menuTable (entry.tag).entries[entry.number], entry.text);
-}
-
-TEST (MenuTable, ALargeScreenHasAZoomThatFitsIt)
-{
-    EXPECT_EQ (zoomEntryFitting (1.0), -1);
-    EXPECT_EQ (zoomEntryFitting (0.75), -1);
-    EXPECT_EQ (zoomEntryFitting (1.2), 1);
-    EXPECT_EQ (zoomEntryFitting (2.25), 4);
-    EXPECT_EQ (zoomEntryFitting (2.3), 5);
-    EXPECT_EQ (zoomEntryFitting (8.0), 6);
-}
-
-TEST (MenuTable, LearnMenus)
-{
+        for (std::size_t entry = 0; entry < texts.size (); ++entry)
+            EXPECT_STREQ (menuTable (tag).entries[entry], texts[entry]);
+    }
+    EXPECT_STREQ (menuTable (commandRandom).entries[useNumberKeysEntry], "Use Keys (1234)");
     EXPECT_EQ (learnMenuEntries (0), std::vector<std::string>{ "MidiLearn" });
     const auto bound = learnMenuEntries (74);
     ASSERT_EQ (bound.size (), 2u);
     EXPECT_EQ (bound[learnEntry], "MidiLearn New");
     EXPECT_EQ (bound[forgetEntry], "Forget CC 74");
+}
+
+TEST (MenuTable, ALargeScreenHasAZoomThatFitsIt)
+{
+    for (const auto& [scale, entry] : { std::pair{ 1.0, -1 }, std::pair{ 0.75, -1 }, std::pair{ 1.2, 1 },
+                                        std::pair{ 2.25, 4 }, std::pair{ 2.3, 5 }, std::pair{ 8.0, 6 } })
+        EXPECT_EQ (zoomEntryFitting (scale), entry) << scale;
 }
 
 TEST (MenuTable, EveryProgramStandsOnceInTheGroupOfItsKind)
