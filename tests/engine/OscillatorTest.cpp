@@ -53,52 +53,39 @@ TEST (OscillatorTest, PitchFollowsItsSettings)
     }
 }
 
+// The selected pulse cycle enters through the fraction alone: the step to the neighbour is scaled by it.
 TEST (OscillatorTest, ReadsAtTheTruncatedPhaseOrBetweenTwoSamples)
 {
-    const std::vector<float> zigzag = { 0.0f, 1.0f, -1.0f, 0.5f, 0.0f }; // four samples and the guard
-    const float plain[] = { 0, 1, 1, -1, -1, 0.5f, 0.5f, 0, 0 };
-    const float between[] = { 0.5f, 1, 0, -1, -0.25f, 0.5f, 0.25f, 0, 0.5f };
-    for (const bool interpolates : { false, true })
+    const std::vector<float> table = { 0.0f, 1.0f, -1.0f, 0.5f, 0.25f, 0.0f }; // five samples and the guard
+    const double increment = keyHz (60) * 4045.476 / 12.0 / 140000.0;          // 0.63 samples
+    using Row = std::tuple<bool, Oscillator::Mode, float>;
+    for (const auto& [interpolates, mode, cycle] : { Row{ false, Oscillator::Mode::singleCycle, 0.0f },
+                                                     Row{ true, Oscillator::Mode::singleCycle, 0.0f },
+                                                     Row{ false, Oscillator::Mode::cycleSelect, 14.0f },
+                                                     Row{ true, Oscillator::Mode::cycleSelect, 14.0f } })
     {
         Oscillator oscillator;
         oscillator.setHighQuality (interpolates);
-        oscillator.setSampleRate (88200.0f * 1.9999f); // note 60 moves by a little over half a table sample
+        oscillator.setSampleRate (140000.0f);
         oscillator.setNote (60, true);
-        oscillator.setTable (zigzag.data (), 4, Oscillator::Mode::singleCycle, 0);
+        oscillator.setTable (table.data (), 5, mode, 5);
+        oscillator.setPulseWidth (cycle);
         oscillator.updateIncrement (); // a rewound cycle starts one increment in
         Oscillator full = oscillator;
-        for (int n = 0; n < 9; ++n)
+        double phase = increment;
+        for (int n = 0; n < 30; ++n, phase = std::fmod (phase + increment, 5.0))
         {
-            EXPECT_NEAR (oscillator.tick (), (interpolates ? between : plain)[n], 2e-3) << "sample " << n;
-            EXPECT_NEAR (full.tickFull (), (interpolates ? between : plain)[n], 2e-3) << "sample " << n;
+            const auto i = static_cast<std::size_t> (phase);
+            const double share =
+                interpolates ? phase - static_cast<double> (i) + 5.0 * static_cast<double> (cycle) : 0.0;
+            const double expected =
+                static_cast<double> (table[i]) + share * static_cast<double> (table[i + 1] - table[i]);
+            EXPECT_NEAR (full.tickFull (), expected, 1e-3) << cycle << " sample " << n;
+            if (mode == Oscillator::Mode::singleCycle)
+            {
+                EXPECT_NEAR (oscillator.tick (), expected, 1e-3) << "sample " << n;
+            }
         }
-    }
-}
-
-// The selected pulse cycle enters through the fraction alone: the step to the neighbour is scaled by it.
-TEST (OscillatorTest, PulseOffsetScalesTheStepBetweenNeighbours)
-{
-    std::vector<float> table (2001);
-    for (std::size_t n = 0; n < table.size (); ++n)
-        table[n] = std::sin (0.3f * static_cast<float> (n));
-    Oscillator oscillator;
-    oscillator.setSampleRate (300000.0f);
-    oscillator.setNote (60, true);
-    oscillator.setTable (table.data (), 2000, Oscillator::Mode::cycleSelect, 10);
-    oscillator.updateIncrement ();
-    oscillator.setPulseWidth (7.0f); // offset 70
-    Oscillator rough = oscillator;
-    rough.setHighQuality (false);
-    const double increment = keyHz (60) * 4045.476 / 12.0 / 300000.0;
-    double phase = increment;
-    for (int n = 0; n < 100; ++n, phase = std::fmod (phase + increment, 10.0))
-    {
-        const auto i = static_cast<std::size_t> (phase);
-        const double step = static_cast<double> (table[i + 1] - table[i]);
-        const double expected =
-            static_cast<double> (table[i]) + (phase + 70.0 - static_cast<double> (i)) * step;
-        EXPECT_NEAR (oscillator.tickFull (), expected, 1e-3) << n;
-        EXPECT_EQ (rough.tickFull (), table[i]) << n;
     }
 }
 

@@ -182,22 +182,13 @@ TEST_F (TimingTest, CutoffMovesEvery11SamplesOrEvery3WithTheNoiseShape)
     {
         TestEngine fresh;
         fresh.load (plainProgram ());
-        using Row2 = std::tuple<int, float>;
-        for (const auto& [index, value] : { Row2{ paramLfoWave, lfoWave }, Row2{ paramLfoFilter, 0.6f },
-                                            Row2{ paramFilterFreq, 0.3f }, Row2{ paramLfoRate, 1.0f } })
-            fresh.set (index, value);
+        fresh.set (paramLfoWave, lfoWave);
         fresh.block (1, { noteOn (0) });
-        for (int n = 1; n < 100; ++n)
+        for (int n = 1; n < 50; ++n)
         {
-            const float before = fresh.voice (0).filter.coefficient ();
             fresh.block (1);
-            const bool moves = n % interval == interval - 1;
-            EXPECT_EQ (fresh.voice (0).filterUpdateCounter == 0, moves) << lfoWave << " sample " << n;
-            if (lfoWave == 0.0f || lfoWave == 0.8f) // the others stand at times
-            {
-                EXPECT_EQ (fresh.voice (0).filter.coefficient () != before, moves)
-                    << lfoWave << " sample " << n;
-            }
+            EXPECT_EQ (fresh.voice (0).filterUpdateCounter == 0, n % interval == interval - 1)
+                << lfoWave << " " << n;
         }
     }
 }

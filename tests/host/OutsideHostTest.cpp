@@ -113,51 +113,44 @@ TEST (OutsideHost, EveryEntryPointMakesAnInstanceAndRefusesAHostWithoutAVersion)
     }
 }
 
-TEST (OutsideHost, SaysWhatItIs)
-{
-    Instance instance;
-    const AEffect& record = *instance.effect;
-    EXPECT_EQ ((std::array{ record.numPrograms, record.numParams, record.numInputs, record.numOutputs }),
-               (std::array{ 128, 38, 0, 2 }));
-    EXPECT_EQ (record.uniqueID, CCONST ('Q', 'n', 'r', 'k'));
-    EXPECT_EQ (record.version, 1);
-    EXPECT_EQ (record.float1, 1.0f);
-    EXPECT_EQ (record.flags & ~effFlagsHasEditor,
-               effFlagsCanReplacing | effFlagsProgramChunks | effFlagsIsSynth);
-
-    char ability[] = "receiveVstMidiEvent";
-    std::array<char, 256> room = {}; // the published record is larger than these headers know
-    auto* pin = reinterpret_cast<t_fstPinProperties*> (room.data ());
-    std::array<short, 4>* edges = nullptr; // top, left, bottom, right
-    using Row = std::tuple<int, void*, int>;
-    for (const auto& [opcode, ptr, expected] :
-         { Row{ effGetVendorVersion, nullptr, 1 }, Row{ effGetVstVersion, nullptr, kVstVersion },
-           Row{ effGetPlugCategory, nullptr, kPlugCategSynth },
-           Row{ effIdentify, nullptr, CCONST ('N', 'v', 'E', 'f') }, Row{ effCanBeAutomated, nullptr, 1 },
-           Row{ effCanDo, ability, 1 }, Row{ effGetOutputProperties, pin, 1 },
-           Row{ effEditGetRect, &edges, 1 } })
-        ASSERT_EQ (instance.call (opcode, 0, 0, ptr), expected) << opcode;
-    EXPECT_STREQ (pin->label, "Brimvale 1");
-    EXPECT_EQ (pin->flags, 3) << "active, stereo";
-    EXPECT_TRUE ((*edges)[2] > (*edges)[0] && (*edges)[3] > (*edges)[1]);
-}
-
-TEST (OutsideHost, ProgramsParametersAndChunksAreReached)
+TEST (OutsideHost, RecordTextsNumbersAndChunksAreWhereTheyShouldBe)
 {
     constexpr int parameter = 3;
     Instance instance;
-    instance.call (effSetProgram, 0, 5);
-    EXPECT_EQ (instance.call (effGetProgram), 5);
+    const AEffect& record = *instance.effect;
+    EXPECT_EQ (
+        (std::array<long, 7>{ record.numPrograms, record.numParams, record.numInputs, record.numOutputs,
+                              record.uniqueID, record.version, record.flags & ~effFlagsHasEditor }),
+        (std::array<long, 7>{ 128, 38, 0, 2, CCONST ('Q', 'n', 'r', 'k'), 1,
+                              effFlagsCanReplacing | effFlagsProgramChunks | effFlagsIsSynth }));
+    EXPECT_EQ (record.float1, 1.0f);
+
+    char ability[] = "receiveVstMidiEvent";
     char name[] = "A name";
+    std::array<char, 256> room = {}; // the published record is larger than these headers know
+    auto* pin = reinterpret_cast<t_fstPinProperties*> (room.data ());
+    std::array<short, 4>* edges = nullptr; // top, left, bottom, right
+    instance.call (effSetProgram, 0, 5);
     instance.call (effSetProgramName, 0, 0, name);
     instance.effect->setParameter (instance.effect, parameter, 0.25f);
-    EXPECT_EQ (instance.call (copyProgram, 127), 1);
-    using Row = std::tuple<int, int, const char*>;
+    using Row = std::tuple<int, int, void*, int>;
+    for (const auto& [opcode, index, ptr, expected] :
+         { Row{ effGetVendorVersion, 0, nullptr, 1 }, Row{ effGetVstVersion, 0, nullptr, kVstVersion },
+           Row{ effGetPlugCategory, 0, nullptr, kPlugCategSynth },
+           Row{ effIdentify, 0, nullptr, CCONST ('N', 'v', 'E', 'f') },
+           Row{ effCanBeAutomated, 0, nullptr, 1 }, Row{ effCanDo, 0, ability, 1 },
+           Row{ effGetOutputProperties, 0, pin, 1 }, Row{ effEditGetRect, 0, &edges, 1 },
+           Row{ effGetProgram, 0, nullptr, 5 }, Row{ copyProgram, 127, nullptr, 1 } })
+        ASSERT_EQ (instance.call (opcode, index, 0, ptr), expected) << opcode;
+    EXPECT_STREQ (pin->label, "Brimvale 1");
+    EXPECT_EQ (pin->flags, 3) << "active, stereo";
+    EXPECT_TRUE ((*edges)[2] > (*edges)[0] && (*edges)[3] > (*edges)[1]);
+    using Row2 = std::tuple<int, int, const char*>;
     for (const auto& [opcode, index, expected] :
-         { Row{ effGetEffectName, 0, "Brimvale" }, Row{ effGetProductString, 0, "Brimvale" },
-           Row{ effGetVendorString, 0, "corvanex.com" }, Row{ effGetProgramName, 0, name },
-           Row{ effGetProgramNameIndexed, 127, name }, Row{ effGetParamName, 37, "NonUsed  " },
-           Row{ effGetParamDisplay, parameter, "0.250" }, Row{ effGetParamLabel, parameter, "" } })
+         { Row2{ effGetEffectName, 0, "Brimvale" }, Row2{ effGetProductString, 0, "Brimvale" },
+           Row2{ effGetVendorString, 0, "corvanex.com" }, Row2{ effGetProgramName, 0, name },
+           Row2{ effGetProgramNameIndexed, 127, name }, Row2{ effGetParamName, 37, "NonUsed  " },
+           Row2{ effGetParamDisplay, parameter, "0.250" }, Row2{ effGetParamLabel, parameter, "" } })
     {
         std::array<char, 256> text;
         text.fill ('#');

@@ -1,6 +1,7 @@
 // Parameters, programs and chunks as they are stored.
 #include <limits>
 #include <random>
+#include <span>
 
 #include <gtest/gtest.h>
 
@@ -27,16 +28,16 @@ protected:
 // Hosts and stored settings know parameters by these, misspellings and blanks included.
 TEST_F (StoreTest, NamesOfParameters)
 {
-    const char* names[] = { "Volume    ",    "Osc1-Vol  ",  "Osc1-Wave ",     "Osc1-PW   ", "Osc1-Range",
-                            "Osc2-Vol  ",    "Osc2-Wave ",  "Osc2-Fine ",     "Osc2-Range", "MasterP   ",
-                            "Noise     ",    "1-Attack  ",  "1-Sustain ",     "1-Decay   ", "2-Attack  ",
-                            "2-Decay   ",    "2-Delay   ",  "2-ToFilter",     "FilterFreq", "FilterRez ",
-                            "FilterType",    "LfoRate   ",  "LfoWave   ",     "LfoPitch  ", "LfoFilter ",
-                            "Glide-Mono",    "Glide-Auto",  "Voices    ",     "VolType   ", "PitchBend ",
-                            "ShowKeys  ",    "VelocityAmp", "VelocityFilter", "SmothFilt ", "HighQuality",
-                            "FilterKeyTrak", "LfoBmpSync",  "NonUsed  " };
+    const std::string names =
+        "Volume    |Osc1-Vol  |Osc1-Wave |Osc1-PW   |Osc1-Range|Osc2-Vol  |Osc2-Wave |Osc2-Fine |Osc2-Range|"
+        "MasterP   |Noise     |1-Attack  |1-Sustain |1-Decay   |2-Attack  |2-Decay   |2-Delay   |2-ToFilter|"
+        "FilterFreq|FilterRez |FilterType|LfoRate   |LfoWave   |LfoPitch  |LfoFilter |Glide-Mono|Glide-Auto|"
+        "Voices    |VolType   |PitchBend |ShowKeys  |VelocityAmp|VelocityFilter|SmothFilt |HighQuality|"
+        "FilterKeyTrak|LfoBmpSync|NonUsed  |";
+    std::string found;
     for (std::int32_t index = 0; index < 38; ++index)
-        EXPECT_EQ (synth.core.parameterName (index), names[index]) << index;
+        found += synth.core.parameterName (index) + "|";
+    EXPECT_EQ (found, names);
     EXPECT_EQ (synth.core.parameterName (38) + synth.core.parameterName (-1), "");
 }
 
@@ -283,10 +284,9 @@ TEST_F (StoreTest, DamagedBanksAreNotPlayed)
     for (int round = 0; round < 40; ++round)
     {
         BankImage image = bank ();
-        auto* bytes = reinterpret_cast<unsigned char*> (&image);
+        for (std::byte& byte : std::as_writable_bytes (std::span (&image, 1)))
+            byte = static_cast<std::byte> (round % 3 == 0 ? 0xFF - round : random ());
         const float values[] = { notANumber, infinity, -infinity, 1e38f, -1e38f, 55.0f };
-        for (std::size_t n = 0; n < sizeof image; ++n)
-            bytes[n] = static_cast<unsigned char> (round % 3 == 0 ? 0xFF - round : random ());
         for (ProgramRecord& program : image.programs)
         {
             if (round % 3 == 1)
@@ -295,7 +295,6 @@ TEST_F (StoreTest, DamagedBanksAreNotPlayed)
         synth.load (image);
         for (std::int32_t program = 0; program < 128; program += 13)
         {
-            EXPECT_LT (synth.core.parameterName (program % 38).size (), 25u);
             EXPECT_LE (synth.core.programName (program).size (), 24u);
             synth.core.setProgram (program);
             ASSERT_TRUE (isFinite (synth.block (

@@ -33,13 +33,6 @@ protected:
         synth.core.setProgramName ("The last one");
         synth.core.setProgram (0);
     }
-    std::vector<std::string> filesInFolder () const
-    {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator (folder.folder ()))
-            names.push_back (entry.path ().filename ().string ());
-        return names;
-    }
 
     TemporaryFolder folder;
     FakeSystem system;
@@ -55,7 +48,7 @@ TEST_F (UserBankTest, HasTheLibrarysNameWithAnotherEnd)
     {
         system.libraryPath = folder / library;
         save ();
-        EXPECT_EQ (filesInFolder (), std::vector<std::string>{ bank });
+        EXPECT_EQ (filesIn (folder.folder ()), std::set<std::string>{ bank });
         std::filesystem::remove (folder / bank);
     }
 }
@@ -127,5 +120,5 @@ TEST_F (UserBankTest, WhereNothingCanBeWrittenNothingHappens)
     EXPECT_EQ (system.messages.size (), 3u) << "the questions and nothing else";
     EXPECT_EQ (std::filesystem::file_size (folder / "file"), 7u);
     EXPECT_TRUE (std::filesystem::exists (folder / "Brimvale.bnk" / "inner"));
-    EXPECT_EQ (filesInFolder ().size (), 2u) << "a temporary file was left";
+    EXPECT_EQ (filesIn (folder.folder ()).size (), 2u) << "a temporary file was left";
 }
