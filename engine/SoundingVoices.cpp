@@ -51,6 +51,13 @@ bool SoundingVoices::enter (std::span<Voice> all)
         voice.ampEnv.enter (lanes.amplitude, lane);
         voice.filterEnv.enter (lanes.env2, lane);
     }
+    // A kernel renders whole groups of lanes. What an earlier voice left behind its last one, perhaps at a
+    // far lower sample rate, must not lead the read out of a table.
+    for (OscillatorLanes* source : { &lanes.osc1, &lanes.osc2, &lanes.noise })
+    {
+        std::fill (source->phase.of + lanes.used, source->phase.of + mostLanes, 0.0);
+        std::fill (source->increment.of + lanes.used, source->increment.of + mostLanes, 0.0f);
+    }
     return true;
 }
 
