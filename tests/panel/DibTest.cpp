@@ -40,31 +40,17 @@ TEST (Dib, DamagedOnesAreRefused)
     ASSERT_TRUE (readDib (good));
     for (std::size_t length = 0; length < good.size (); ++length)
         EXPECT_FALSE (readDib (std::span (good).first (length))) << length;
-
-    struct Damage
+    using Row = std::pair<std::size_t, std::int32_t>;
+    for (const auto& [offset, value] :
+         { Row{ 0, 12 }, Row{ 0, 1000 },                                     // size of the header
+           Row{ 4, 0 }, Row{ 4, -2 }, Row{ 4, 0x7FFFFFFF },                  // width
+           Row{ 8, 0 }, Row{ 8, std::numeric_limits<std::int32_t>::min () }, // height
+           Row{ 12, 1 | 16 << 16 }, Row{ 16, 1 } })                          // 16 bits, compressed
     {
-        const char* what;
-        std::size_t offset;
-        std::int32_t value;
-    };
-    const Damage damages[] = {
-        { "header too small", 0, 12 },
-        { "header beyond the end", 0, 1000 },
-        { "no width", 4, 0 },
-        { "negative width", 4, -2 },
-        { "huge width", 4, 0x7FFFFFFF },
-        { "no height", 8, 0 },
-        { "lowest height", 8, std::numeric_limits<std::int32_t>::min () },
-        { "16 bits", 12, 1 | 16 << 16 },
-        { "compressed", 16, 1 },
-    };
-    for (const Damage& damage : damages)
-    {
-        auto bytes = good;
-        std::memcpy (bytes.data () + damage.offset, &damage.value, sizeof damage.value);
-        EXPECT_FALSE (readDib (bytes)) << damage.what;
+        Bytes bytes = good;
+        std::memcpy (bytes.data () + offset, &value, sizeof value);
+        EXPECT_FALSE (readDib (bytes)) << offset << " " << value;
     }
-
     Bytes palette = dib (1, 1, 8, 257, {});
     palette.resize (4096);
     EXPECT_FALSE (readDib (palette)) << "more colours than indices";

@@ -1,5 +1,4 @@
-// The same music gives the same samples, however it is cut into blocks, whatever else plays, and through
-// whichever entry.
+// The same music gives the same samples, however it is cut into blocks.
 #include <gtest/gtest.h>
 
 #include "tests/support/Signals.h"
@@ -55,23 +54,4 @@ TEST (SamenessTest, BlocksOfAnySizeGiveTheSameSamples)
             --event.offset;
         EXPECT_EQ (render (*synthAt (host, 44100.0f, program), 32768, 1, earlier), reference) << program;
     }
-}
-
-TEST (SamenessTest, TheOldEntryOverwritesAsTheNewOneDoes)
-{
-    FakeHost host;
-    std::vector<float> sounds[] = { std::vector<float> (500, 5.0f), std::vector<float> (500, -5.0f) };
-    for (std::vector<float>& sound : sounds)
-    {
-        auto synth = synthAt (host, 44100.0f, 0);
-        HostEventList list ({ { 1, 0x90, 60, 100 } });
-        synth->processEvents (list.get ());
-        AEffect* effect = synth->getAeffect ();
-        std::vector<float> right (500);
-        float* outputs[] = { sound.data (), right.data () };
-        (&sound == sounds ? effect->process : effect->processReplacing) (effect, nullptr, outputs, 500);
-        EXPECT_EQ (sound, right);
-    }
-    EXPECT_EQ (sounds[0], sounds[1]);
-    EXPECT_GT (peakOf (sounds[0]), 0.0f);
 }

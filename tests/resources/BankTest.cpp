@@ -91,25 +91,8 @@ TEST (Bank, UsesTheWholeInstrument)
     }
 }
 
-// What the engine makes of the position, in the unit that the source uses, worked out by hand.
-TEST (BankSource, UnitsMeanWhatTheEngineDoes)
+TEST (BankSource, ValuesOutsideOrInForeignUnitsAreNone)
 {
-    const std::tuple<Param, const char*, double> positions[] = {
-        { param1Attack, "250ms", 0.386153 },    { param1Decay, "1.5s", 0.617494 },
-        { param2Attack, "40ms", 0.251487 },     { param2Delay, "330ms", 0.33 },
-        { param1Sustain, "40%", 0.632456 },     { param2ToFilter, "-30%", 0.35 },
-        { paramFilterFreq, "800Hz", 0.329180 }, { paramLfoRate, "5Hz", 0.364466 },
-        { paramLfoRate, "1/16", 14.5 / 17.0 },  { paramLfoRate, "1/36", 1.0 },
-        { paramLfoPitch, "20ct", 0.456287 },    { paramOsc2Fine, "702ct", 0.800793 },
-        { paramOsc1Range, "-1oct", 0.25 },      { paramGlideMono, "90ms", 0.3 },
-        { paramFilterType, "highpass", 1.0 },   { paramOsc1Wave, "pulse", 1.0 },
-    };
-    for (const auto& [parameter, written, expected] : positions)
-    {
-        const auto position = bank::knobPosition (parameter, written);
-        ASSERT_TRUE (position) << written;
-        EXPECT_NEAR (*position, expected, 1e-5) << written;
-    }
     for (const auto& [parameter, written] :
          { std::pair (paramFilterFreq, "9000Hz"), std::pair (paramFilterFreq, "800ms"),
            std::pair (paramVolume, "1.5"), std::pair (paramOsc1Wave, "sine"), std::pair (paramLfoRate, "1/5"),

@@ -68,30 +68,9 @@ TEST (Pieces, EveryNoteThatStartsEndsAndNoTwoPlayAlike)
     }
 }
 
-TEST (PieceNotation, ReadsNotesChordsHoldsMarksAndStrokes)
+TEST (PieceNotation, RefusesWhatIsNone)
 {
     examples::Piece piece ("", 120.0);
-    piece.channel (3);
-    piece.line (4.0, 0.25, "A4! - . C#3+Bb2, C4_", { 80, 100 });
-    piece.beat (8.0, 36, "X.. -");
-    const examples::Note expected[] = {
-        { 4.0, 0.475, 69, 80 + 24 + 4, 3 },  { 4.75, 0.225, 49, 92 - 24 - 5, 3 },
-        { 4.75, 0.225, 46, 92 - 24 - 5, 3 }, { 5.0, 0.35, 60, 96 + 4, 3 },
-        { 8.0, 0.2, 36, 118 + 4 - 2, 3 },    { 8.75, 0.2, 36, 46 - 5 - 1, 3 }
-    };
-    ASSERT_EQ (piece.notes ().size (), std::size (expected));
-    for (std::size_t n = 0; n < std::size (expected); ++n)
-    {
-        EXPECT_DOUBLE_EQ (piece.notes ()[n].start, expected[n].start) << n;
-        EXPECT_DOUBLE_EQ (piece.notes ()[n].length, expected[n].length) << n;
-        EXPECT_EQ (piece.notes ()[n].key, expected[n].key) << n;
-        EXPECT_EQ (piece.notes ()[n].velocity, expected[n].velocity) << n;
-        EXPECT_EQ (piece.notes ()[n].channel, expected[n].channel) << n;
-    }
-    piece.swing (0.2);
-    for (const auto& [straight, late] :
-         { std::pair (2.0, 2.0), std::pair (2.25, 2.3), std::pair (2.375, 2.4) })
-        EXPECT_DOUBLE_EQ (piece.swung (straight), late);
     for (const char* word : { "H2", "C", "C9", "c4", "C4+", "+", "!" })
         EXPECT_THROW (piece.line (0.0, 1.0, word), std::invalid_argument) << word;
     EXPECT_THROW (piece.beat (0.0, 36, "xy"), std::invalid_argument);

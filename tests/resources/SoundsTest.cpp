@@ -50,20 +50,6 @@ TEST (Sounds, KeepTheirLimits)
     EXPECT_GE (slow, 20) << "pads that come in over more than 30 ms";
 }
 
-// The distance sees a copy that only plays louder, one whose cutoff was nudged, and one that met another
-// past.
-TEST (Sounds, NearCopiesAreFound)
-{
-    const auto print = [] (const SourceProgram& program, std::size_t takes)
-    { return audition::fingerprint (audition::playTakes (program, { 60 }, std::vector<int> (takes, 100))); };
-    const audition::Fingerprint original = print (named ("Night Drive"), 16);
-    SourceProgram copy = named ("Night Drive");
-    copy.record.values[paramVolume] *= 0.5f;
-    EXPECT_LT (audition::distance (original, print (copy, 12)), 2.0);
-    copy.record.values[paramFilterFreq] *= 1.05f;
-    EXPECT_LT (audition::distance (original, print (copy, 16)), audition::leastDistance);
-}
-
 double shareBelow (const Audio& audio, double hz)
 {
     constexpr int size = 65536;

@@ -11,7 +11,7 @@
 
 #include "platform/HostWindow.h"
 #include "plugin/EditorFactory.h"
-#include "plugin/VstSynth.h"
+#include "tests/support/TestSynth.h"
 
 using namespace parameters;
 using instrument::BankImage;
@@ -20,30 +20,6 @@ using instrument::programCount;
 namespace
 {
 using Clock = std::chrono::steady_clock;
-
-class NoSettings final : public platform::SettingsStore
-{
-public:
-    std::uint32_t read (std::string_view, std::string_view) const override { return 0; }
-    bool write (std::string_view, std::string_view, std::uint32_t) override { return true; }
-    bool commit () override { return true; }
-};
-
-instrument::Services isolatedServices ()
-{
-    return { std::make_unique<NoSettings> (),
-             [] (const char*, const char*, platform::Buttons) { return platform::Answer::ok; },
-             [] { return std::filesystem::path (); } };
-}
-
-VstTimeInfo songPosition; // the audio thread's
-
-VstIntPtr hostCallback (AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void*, float)
-{
-    if (opcode == audioMasterGetTime)
-        return reinterpret_cast<VstIntPtr> (&songPosition);
-    return opcode == audioMasterVersion ? kVstVersion : 1;
-}
 
 // What the interface thread sets. No two parameters share a value, so a value that went astray is recognised.
 float turned (int index, unsigned step)
@@ -54,6 +30,12 @@ float turned (int index, unsigned step)
 class Threads : public testing::Test
 {
 protected:
+    Threads ()
+    {
+        host.recordsCalls = false; // two threads call
+        host.hasTime = true;
+    }
+
     static constexpr int blockFrames = 64;
 
     VstIntPtr call (VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, void* ptr = nullptr,
@@ -71,22 +53,10 @@ protected:
         return image;
     }
 
-    void play (std::initializer_list<std::array<int, 3>> messages)
+    void play (const std::vector<TimedMidi>& messages)
     {
-        std::array<VstMidiEvent, 8> events = {};
-        std::array<VstIntPtr, 16> storage = {};
-        auto* list = reinterpret_cast<VstEvents*> (storage.data ());
-        for (const auto& message : messages)
-        {
-            VstMidiEvent& event = events[static_cast<std::size_t> (list->numEvents)];
-            event.type = kVstMidiType;
-            for (std::size_t byte = 0; byte < message.size (); ++byte)
-                event.midiData[byte] = static_cast<char> (message[byte]);
-            std::memcpy (&storage[offsetof (VstEvents, events) / sizeof (VstIntPtr) +
-                                  static_cast<std::size_t> (list->numEvents++)],
-                         std::array{ &event }.data (), sizeof (VstIntPtr));
-        }
-        call (effProcessEvents, 0, 0, list);
+        HostEventList list (messages);
+        synth.processEvents (list.get ());
     }
 
     float render ()
@@ -95,8 +65,8 @@ protected:
         std::array<float, blockFrames> right;
         float* outputs[] = { left.data (), right.data () };
         synth.processReplacing (nullptr, outputs, blockFrames);
-        songPosition.samplePos += blockFrames;
-        songPosition.ppqPos += 0.003;
+        host.time.samplePos += blockFrames;
+        host.time.ppqPos += 0.003;
         float peak = 0.0f;
         for (const float sample : left)
             peak = std::max (peak, std::abs (sample));
@@ -125,7 +95,8 @@ protected:
         audio.join ();
     }
 
-    VstSynth synth{ hostCallback, isolatedServices (), editorFactory () };
+    FakeHost host;
+    VstSynth synth{ FakeHost::callback, host.services (), editorFactory () };
 };
 
 bool oneIn (std::mt19937& random, unsigned n)
@@ -175,8 +146,8 @@ TEST_F (Threads, EverythingAtOnce)
     const auto window = platform::HostWindow::make (1000, 700);
     ASSERT_NE (window, nullptr) << "no display";
     const BankImage factory = bank ();
-    songPosition.tempo = 120.0;
-    songPosition.flags = kVstTempoValid | kVstPpqPosValid;
+    host.time.tempo = 120.0;
+    host.time.flags = kVstTempoValid | kVstPpqPosValid;
 
     int held = 30; // the audio thread's
     const auto onAudio = [&] (std::mt19937& random)
