@@ -212,21 +212,22 @@ TEST_F (Command, RunsThatNeedTheSamePlaceTakeTurns)
 // What is wrong is said before anything is installed or built.
 TEST_F (Command, RunRefusesAtOnce)
 {
-    ASSERT_EQ (shell ("mkfifo pipe").status, 0);
-    const std::pair<std::string, std::string> cases[] = {
-        { "none.mid", "there is no MIDI file none.mid; check the name." },
-        { "-- -none.mid", "there is no MIDI file -none.mid; check the name." },
-        { ".", "cannot read the MIDI file .: it is not a file." },
-        { "a.mid b.mid", "one song at a time: a.mid, then b.mid." },
-        { "-o", "-o needs the name of a WAV file." },
-        { "--rate", "--rate needs a value; ./run --help shows which." },
-        { "--loud 3", "there is no option --loud; ./run --help shows all." },
-        { "song.mid -o pipe", "cannot write pipe: what has that name is no ordinary file." },
-        { "song.mid --output=-o/a.wav", "cannot write -o/a.wav: its folder does not exist." },
-        { "song.mid -o ./song.mid", "the output would overwrite song.mid; give it another name with -o." },
-        { "--help > /dev/full", diskFull },
-    };
-    for (const auto& [arguments, sentence] : cases)
-        EXPECT_EQ (expectRefusal (SOURCE_FOLDER "/run " + arguments, "run: " + sentence + "\n"), 1);
+    for (const auto& [arguments, sentence] : std::initializer_list<std::pair<const char*, const char*>>{
+             { "none.mid", "there is no MIDI file none.mid; check the name." },
+             { "-- -none.mid", "there is no MIDI file -none.mid; check the name." },
+             { ".", "cannot read the MIDI file .: it is not a file." },
+             { "a.mid b.mid", "one song at a time: a.mid, then b.mid." },
+             { "-o", "-o needs the name of a WAV file." },
+             { "--rate", "--rate needs a value; ./run --help shows which." },
+             { "--loud 3", "there is no option --loud; ./run --help shows all." },
+             { "song.mid -o .", "cannot write .: a folder has that name." },
+             { "song.mid --output=-o/a.wav", "cannot write -o/a.wav: its folder does not exist." },
+             { "song.mid -o ./song.mid",
+               "the output would overwrite song.mid; give it another name with -o." },
+             { "--help > /dev/full", diskFull },
+         })
+        EXPECT_EQ (expectRefusal (std::string (SOURCE_FOLDER "/run ") + arguments,
+                                  std::string ("run: ") + sentence + "\n"),
+                   1);
 }
 }

@@ -75,28 +75,27 @@ TEST (Renderer, MixesTheChannelsOfASong)
                       { 1000, { 0xB2, 7, 100 }, 3 }, { 1000, { 0x92, 61, 64 }, 3 },
                       { 1000, { 0x90, 64, 32 }, 3 } };
     const TempoMap tempos (song);
-    const Sequence all = makeSequence (song, tempos, rate, true);
-    const std::vector<Sequence> channels = splitByChannel (all);
+    const std::vector<Sequence> channels = splitByChannel (makeSequence (song, tempos, rate, true));
     ASSERT_EQ (channels.size (), 2u);
+    const auto addTo = [] (std::vector<float>& sound)
+    {
+        return [&sound] (std::span<const float> stereo)
+        { sound.insert (sound.end (), stereo.begin (), stereo.end ()); };
+    };
     for (const int block : { 1, 7, 512 })
     {
         Plugin first (PROBE_LIBRARY);
         Plugin second (PROBE_LIBRARY);
         std::vector<float> mix;
-        std::vector<float> part;
+        std::vector<float> parts[2];
         Renderer ({ { first, channels[0] }, { second, channels[1] } }, tempos, { rate, block, 2.0, 1000000 })
-            .render ([&] (std::span<const float> stereo)
-                     { mix.insert (mix.end (), stereo.begin (), stereo.end ()); },
-                     [] (double, double) {},
-                     [&] (std::size_t number, std::span<const float> stereo)
-                     {
-                         if (number == 1)
-                             part.insert (part.end (), stereo.begin (), stereo.end ());
-                     });
+            .render (
+                addTo (mix), [] (double, double) {},
+                [&] (std::size_t number, std::span<const float> stereo) { addTo (parts[number]) (stereo); });
         std::vector<float> expected (mix.size (), 0.0f);
         expected[2 * 800] = 0.125f; // the left side; the probe leaves the right one silent
         expected[2 * 4000] = 0.5f;
-        EXPECT_EQ (part, expected) << block;
+        EXPECT_EQ (parts[1], expected) << block;
         expected[2 * 800] += 0.25f;
         expected[2 * 4000] += 0.25f;
         EXPECT_EQ (mix, expected) << block;
