@@ -36,7 +36,7 @@ function(brimvale_add_sanitizer_suites)
                                                    --exclude-regex ManyOpenings)
         set_tests_properties(
             sanitizers.${preset}
-            PROPERTIES TIMEOUT 1800 LABELS sanitizers
+            PROPERTIES TIMEOUT 1800 LABELS sanitizers COST 80 # s: the long ones first
                        ENVIRONMENT LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0)
     endforeach()
 endfunction()
