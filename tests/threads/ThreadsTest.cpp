@@ -53,9 +53,13 @@ protected:
         return image;
     }
 
-    void play (const std::vector<TimedMidi>& messages)
+    void play (std::initializer_list<std::array<int, 3>> messages)
     {
-        HostEventList list (messages);
+        std::vector<TimedMidi> midi;
+        const auto byte = [] (int value) { return static_cast<unsigned char> (value); };
+        for (const auto& [status, data1, data2] : messages)
+            midi.push_back ({ 0, byte (status), byte (data1), byte (data2) });
+        HostEventList list (midi);
         synth.processEvents (list.get ());
     }
 
