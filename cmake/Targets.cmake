@@ -2,9 +2,16 @@
 # of the tree: #include "folder/File.h".
 include_guard(GLOBAL)
 include(Warnings)
-# ./test turns it on. Not for work on the sources, where the compiler then reads them all again after each
-# change, nor for clang-tidy, which would find none of them under its own name.
+
+# On for the sanitizers' presets. Not for work on the sources, where the compiler then reads them all again
+# after each change, nor for clang-tidy, which would find none of them under its own name. Names in the unnamed
+# namespaces of a target's sources have to differ for it.
 option(BRIMVALE_UNITY "Compile the sources of each target together: from nothing several times faster" OFF)
+
+if(BRIMVALE_UNITY)
+    # Unnamed namespaces then lie in included files, which is what this warns of.
+    target_compile_options(brimvale_warnings INTERFACE -Wno-subobject-linkage)
+endif()
 
 # brimvale_library(NAME source... [PUBLIC library...] [PRIVATE library...])
 function(brimvale_library name)

@@ -14,10 +14,6 @@ namespace
 {
 using State = Envelope::State;
 
-constexpr double c0 = 16.351598; // Hz, the unit of the pitch factors
-constexpr double saw = 1.0 + 0.441 / c0;
-constexpr double pulse = 1.0 + 0.396 / c0;
-
 // The envelope as it is set, in the given state of a full note.
 Envelope inState (Envelope e, State state)
 {

@@ -17,7 +17,6 @@ Oscillator rampOscillator (float rate = 44100.0f)
     return oscillator;
 }
 
-constexpr double c0 = 16.351598; // Hz, the unit of the pitch factors
 }
 
 // note, rate, range, correction, fine, bend, master, lfo; Hz

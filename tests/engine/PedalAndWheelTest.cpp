@@ -12,7 +12,6 @@ using namespace parameters;
 namespace
 {
 using State = Envelope::State;
-constexpr double saw = 1.0 + 0.441 / 16.351598; // the saw's tuning correction
 
 class PedalAndWheelTest : public testing::Test
 {

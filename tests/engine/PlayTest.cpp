@@ -13,8 +13,6 @@ namespace
 using State = Envelope::State;
 using Keys = std::vector<std::pair<char, int>>;
 
-constexpr double saw = 1.0 + 0.441 / 16.351598; // the saw's tuning correction
-
 class PlayTest : public testing::Test
 {
 protected:

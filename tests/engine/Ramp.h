@@ -22,6 +22,11 @@ inline const engine::WaveTable& ramp ()
     return table;
 }
 
+// The unit of the pitch factors in Hz, and the tuning corrections of the recorded waves.
+inline constexpr double c0 = 16.351598;
+inline constexpr double saw = 1.0 + 0.441 / c0;
+inline constexpr double pulse = 1.0 + 0.396 / c0;
+
 // Equal temperament.
 inline double keyHz (double note)
 {
