@@ -27,6 +27,8 @@ constexpr std::uint32_t bankVersion = 2;
 constexpr std::size_t numberBytes = 4;
 constexpr std::size_t nameField = longestName + 1;
 constexpr std::size_t reservedField = 128;
+constexpr const char* foreign = "it is no preset or bank file";
+constexpr const char* truncated = "it ends in the middle of its data";
 constexpr std::uintmax_t largestFile = 64 << 20;
 
 class Reader
@@ -38,7 +40,7 @@ public:
     std::span<const std::byte> block (std::size_t size)
     {
         if (size > rest.size ())
-            throw ReadError ("it ends in the middle of its data");
+            throw ReadError (truncated);
         const auto taken = rest.first (size);
         rest = rest.subspan (size);
         return taken;
@@ -85,7 +87,7 @@ public:
 void readValues (Reader& in, std::uint32_t count, Program& program)
 {
     if (count > in.left () / numberBytes)
-        throw ReadError ("it ends in the middle of its data");
+        throw ReadError (truncated);
     for (std::uint32_t n = 0; n < count; ++n)
     {
         program.values.push_back (std::bit_cast<float> (in.number ()));
@@ -96,8 +98,8 @@ void readValues (Reader& in, std::uint32_t count, Program& program)
 
 PresetFile readFile (Reader& in, bool isInBank = false)
 {
-    if (in.left () < magic.size () || in.text (magic.size ()) != magic)
-        throw ReadError ("it is no preset or bank file");
+    if (in.text (magic.size ()) != magic)
+        throw ReadError (foreign);
     in.number (); // hosts disagree on what the size counts, and some leave it 0
     const std::string kind = in.text (numberBytes);
     PresetFile file;
@@ -153,6 +155,8 @@ bool isPresetFile (std::span<const std::byte> bytes)
 
 PresetFile parse (std::span<const std::byte> bytes)
 {
+    if (bytes.size () < magic.size ())
+        throw ReadError (foreign);
     Reader in (bytes);
     return readFile (in);
 }
