@@ -1,6 +1,5 @@
 #include "instrument/SoundImage.h"
 
-#include <cctype>
 #include <string>
 
 #include "instrument/PluginId.h"
@@ -29,17 +28,6 @@ Bytes bytesFrom (const Image& image)
 {
     const auto bytes = std::as_bytes (std::span (&image, 1));
     return { bytes.begin (), bytes.end () };
-}
-
-std::string quoted (std::int32_t identifier)
-{
-    std::string text;
-    for (int shift = 24; shift >= 0; shift -= 8)
-    {
-        const int character = identifier >> shift & 0xFF;
-        text += static_cast<char> (character > ' ' && character < 0x7F ? character : '?');
-    }
-    return '"' + text + '"';
 }
 
 void checkCount (std::int32_t count, std::size_t wanted, const char* what)
@@ -99,7 +87,7 @@ LoadedSounds soundsIn (std::span<const std::byte> bytes, const BankImage& now)
 
     PresetFile file = presetfile::parse (bytes);
     if (file.pluginId != pluginId)
-        throw ReadError ("it belongs to another plug-in, " + quoted (file.pluginId));
+        throw ReadError ("it belongs to another plug-in, " + presetfile::quoted (file.pluginId));
     sounds.isBank = file.isBank;
     if (!file.isBank)
     {

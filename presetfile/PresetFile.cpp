@@ -147,6 +147,17 @@ PresetFile readFile (Reader& in, bool isInBank = false)
 }
 }
 
+std::string quoted (std::int32_t identifier)
+{
+    std::string text;
+    for (int shift = 24; shift >= 0; shift -= 8)
+    {
+        const int character = identifier >> shift & 0xFF;
+        text += static_cast<char> (character > ' ' && character < 0x7F ? character : '?');
+    }
+    return '"' + text + '"';
+}
+
 bool isPresetFile (std::span<const std::byte> bytes)
 {
     const auto begin = std::as_bytes (std::span (magic));

@@ -42,6 +42,9 @@ struct PresetFile
     std::vector<Program> programs;              // one of a preset, `count` of a bank
 };
 
+// A plug-in's four characters in quotation marks.
+std::string quoted (std::int32_t identifier);
+
 // Whether this begins as such a file does.
 bool isPresetFile (std::span<const std::byte> bytes);
 
