@@ -101,7 +101,7 @@ LoadedSounds soundsIn (std::span<const std::byte> bytes, const BankImage& now)
     sounds.bank = file.chunk ? imageFrom<BankImage> (*file.chunk) : bankFrom (file, now);
     sounds.current = file.currentProgram;
     // The chunk knows better than hosts that leave the number in the header 0.
-    const std::uint8_t inChunk = file.chunk ? sounds.bank.slots[0].spare : std::uint8_t{ 0 };
+    const std::uint8_t inChunk = file.chunk ? sounds.bank.slots[programSlot].spare : std::uint8_t{ 0 };
     if (inChunk > 0 && inChunk < programCount)
         sounds.current = inChunk;
     copySpare (now, sounds.bank);
