@@ -130,7 +130,7 @@ private:
     void replaceBank (const std::function<void ()>& load); // as one step
     History::Bank currentBank ();
     void openField (const VSTGUI::CRect& place, const std::string& text,
-                    const std::function<void (const std::string&)>& typed);
+                    const std::function<void (const std::string&)>& typed, bool needsReturn = false);
     void typeValue (std::int32_t parameter);
     void renameProgram ();
     bool turnHovered (const VSTGUI::KeyboardEvent& event);

@@ -116,21 +116,23 @@ void Panel::pollFileDialog ()
         typeFile ();
 }
 
-// Where the system has no dialog.
+// Where the system has no dialog. Only Return writes or reads a file, no click beside the field.
 void Panel::typeFile ()
 {
     CRect place = toRect (panel::panelRect);
     place.setHeight (fieldHeight);
     place.inset (fieldMargin, 0.0);
     place.offset (0.0, toRect (panel::programDisplayRect).bottom + fieldMargin);
-    openField (place, utf8 (fileRequest.question.start),
-               [this] (const std::string& line)
-               {
-                   const bool isAtHome = line.starts_with ("~/");
-                   const auto folder = isAtHome ? platform::homeFolder () : soundFolder;
-                   if (line.find_first_not_of (' ') != std::string::npos)
-                       takeFile (folder / pathFromUtf8 (line.substr (isAtHome ? 2 : 0)), true);
-               });
+    openField (
+        place, utf8 (fileRequest.question.start),
+        [this] (const std::string& line)
+        {
+            const bool isAtHome = line.starts_with ("~/");
+            const auto folder = isAtHome ? platform::homeFolder () : soundFolder;
+            if (line.find_first_not_of (' ') != std::string::npos)
+                takeFile (folder / pathFromUtf8 (line.substr (isAtHome ? 2 : 0)), true);
+        },
+        true);
 }
 
 // A new file gets the ending that it lacks. Who typed its name, or did not see it whole, has not been asked

@@ -490,7 +490,7 @@ class FilesInAWindow : public BrokenDialogs, public EditorWindow
 
 TEST_F (FilesInAWindow, CanBeNamedByTyping)
 {
-    const auto choose = [this] (std::int32_t command, std::string name)
+    const auto choose = [this] (std::int32_t command, std::string name, const std::string& end = "key Return")
     {
         name = (folder / name).string ();
         if (Bench::isWine ())
@@ -507,11 +507,14 @@ TEST_F (FilesInAWindow, CanBeNamedByTyping)
             }));
         bench.keys ("ctrl+a");
         bench.mouse ("type --delay 30 '" + name + "'");
-        bench.keys ("Return");
+        bench.mouse (end);
     };
+    if (!Bench::isWine ())
+        choose (commandSaveBank, "Left", "mousemove 10 300 click 1");
     hostSets (paramFilterFreq, 0.25f);
     choose (commandSaveBank, "Typed");
     EXPECT_TRUE (Bench::eventually ([&] { return std::filesystem::exists (folder / "Typed.fxb"); }));
+    EXPECT_FALSE (std::filesystem::exists (folder / "Left.fxb")) << "a click beside the field writes nothing";
     hostSets (paramFilterFreq, 0.75f);
     choose (commandLoadFile, "Typed.fxb");
     EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.25f));
