@@ -287,9 +287,9 @@ void renderSong (const Options& options)
     }
     const ProgramList programs = programsOf (*ensemble.plugins.front ());
     checkLength (ensemble.sequences.front (), options);
+    saveSounds (options, *ensemble.plugins.front ());
     const std::vector<std::string> heard = programsHeard (ensemble, programs);
 
-    saveSounds (options, *ensemble.plugins.front ());
     LevelMeter meter (options.sampleRate);
     const RenderReport report =
         during ("write", options.output, [&] { return renderToFiles (options, ensemble, tempos, meter); });

@@ -95,8 +95,8 @@ TEST_F (SoundFiles, AreHeardInTheSong)
                 preset ("A", { 0.0f, 0.0f }) + preset ("B", { 0.0f, 0.0f }) + preset ("C", { 0.0f, 0.0f })));
     EXPECT_TRUE (host ("probe.so song.mid --tail 0.5 --load all.fxb")
                      .output.starts_with ("Program:   001 A\nProgram:   003 C\n"));
-    EXPECT_TRUE (host ("probe.so song.mid --tail 0.5 --load all.fxb -p B")
-                     .output.starts_with ("Program:   002 B\nLength"));
+    EXPECT_TRUE (host ("probe.so song.mid --tail 0.5 --load all.fxb -p B --save-bank b.fxb")
+                     .output.starts_with ("Written:   b.fxb\nProgram:   002 B\nLength"));
 }
 
 TEST_F (SoundFiles, ThatDoNotFitAreRefused)
