@@ -21,7 +21,7 @@ using picture::Canvas;
 constexpr std::size_t channels = 2;
 
 // Pixels.
-constexpr int width = 1200; // of wave and spectrogram
+constexpr std::size_t width = 1200; // of wave and spectrogram
 constexpr int laneHeight = 90;
 constexpr int spectrogramHeight = 320;
 constexpr int left = 56; // room for the labels

@@ -55,7 +55,7 @@ std::string findProgram (std::string_view name)
     while (!folders.empty ())
     {
         const std::string_view folder = folders.substr (0, folders.find (':'));
-        const std::string path = std::string (folder) + '/' + std::string (name);
+        std::string path = std::string (folder) + '/' + std::string (name);
         if (folder.starts_with ('/') && ::access (path.c_str (), X_OK) == 0)
             return path;
         folders.remove_prefix (std::min (folder.size () + 1, folders.size ()));
