@@ -1,14 +1,11 @@
 #include "audition/Measures.h"
 
 #include <ebur128.h>
-#include <kiss_fftr.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <map>
 #include <memory>
-#include <numbers>
 #include <numeric>
 #include <stdexcept>
 
@@ -134,21 +131,6 @@ double spreadOf (const std::vector<double>& frames, std::size_t band)
     const double count = static_cast<double> (frames.size ()) / static_cast<double> (bandCount);
     return std::sqrt (std::max (0.0, squares / count - sum * sum / (count * count)));
 }
-
-struct PlanDeleter
-{
-    void operator() (kiss_fftr_state* plan) const { std::free (plan); }
-};
-
-// Made once for each size; making one costs more than using it.
-kiss_fftr_state* planFor (int size)
-{
-    static thread_local std::map<int, std::unique_ptr<kiss_fftr_state, PlanDeleter>> plans;
-    auto& plan = plans[size];
-    if (!plan)
-        plan.reset (kiss_fftr_alloc (size, 0, nullptr, nullptr));
-    return plan.get ();
-}
 }
 
 double loudness (Samples audio)
@@ -265,28 +247,6 @@ double secondsToReach (Samples audio, double decibels)
             return static_cast<double> (end) / sampleRate;
     }
     return static_cast<double> (audio.size ()) / sampleRate;
-}
-
-std::vector<double> powerSpectrum (Samples audio, std::size_t start, int size)
-{
-    std::vector<float> windowed (static_cast<std::size_t> (size));
-    double windowPower = 0.0;
-    for (std::size_t n = 0; n < windowed.size (); ++n)
-    {
-        const double weight = 0.5 - 0.5 * std::cos (2.0 * std::numbers::pi * static_cast<double> (n) / size);
-        windowPower += weight * weight;
-        if (start + n < audio.size ())
-            windowed[n] = static_cast<float> (weight * static_cast<double> (audio[start + n]));
-    }
-    std::vector<kiss_fft_cpx> bins (windowed.size () / 2 + 1);
-    kiss_fftr (planFor (size), windowed.data (), bins.data ());
-    std::vector<double> power;
-    power.reserve (bins.size ());
-    for (const kiss_fft_cpx& bin : bins)
-        power.push_back ((static_cast<double> (bin.r) * static_cast<double> (bin.r) +
-                          static_cast<double> (bin.i) * static_cast<double> (bin.i)) /
-                         (windowPower * size));
-    return power;
 }
 
 std::vector<double> partialLevels (Samples audio, double hz, int count)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "audition/Takes.h"
+#include "spectrum/Spectrum.h"
 
 #include <span>
 #include <vector>
@@ -9,6 +10,8 @@
 namespace audition
 {
 using Samples = std::span<const float>;
+using spectrum::powerSpectrum;
+using spectrum::spectrumSize;
 
 // Loudest 400 ms in LUFS (momentary maximum, EBU R 128), heard from both outputs.
 double loudness (Samples audio);
@@ -45,11 +48,6 @@ double secondsToReach (Samples audio, double decibels);
 
 // Spectral centroid in Hz of the power spectrum.
 double brightness (Samples audio);
-
-// Power by frequency: a Hann window over `size` samples from `start` on (zeros beyond the end), size / 2 + 1
-// bins.
-inline constexpr int spectrumSize = 2048;
-std::vector<double> powerSpectrum (Samples audio, std::size_t start, int size = spectrumSize);
 
 // Levels in dB of a steady tone's first partials, from its first 1.5 s.
 std::vector<double> partialLevels (Samples audio, double hz, int count);

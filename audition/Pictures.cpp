@@ -1,85 +1,31 @@
 #include "audition/Pictures.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
-#include "picture/Canvas.h"
+#include "spectrum/Sheet.h"
+#include "spectrum/Spectrogram.h"
 
 namespace audition
 {
 using picture::Canvas;
-using picture::Colour;
+using spectrum::accent;
+using spectrum::emptySheet;
+using spectrum::faintInk;
+using spectrum::text;
 
 namespace
 {
-constexpr Colour paper{ 18, 18, 23 };
-constexpr Colour ink{ 219, 219, 214 };
-constexpr Colour faintInk{ 92, 92, 102 };
-constexpr Colour accent{ 245, 168, 64 };
-
-// An empty sheet.
-Canvas sheet (int width, int height)
-{
-    Canvas canvas (width, height, paper);
-    cairo_select_font_face (canvas.context (), "Liberation Sans", CAIRO_FONT_SLANT_NORMAL,
-                            CAIRO_FONT_WEIGHT_NORMAL);
-    return canvas;
-}
-
-void text (Canvas& canvas, double x, double y, double size, const std::string& words)
-{
-    canvas.setColour (ink);
-    cairo_set_font_size (canvas.context (), size);
-    cairo_move_to (canvas.context (), x, y);
-    cairo_show_text (canvas.context (), words.c_str ());
-}
-
-// Level 0..1 to a colour: dark blue, purple, orange, pale yellow.
-Colour heat (double level)
-{
-    static constexpr std::array<Colour, 5> stops = {
-        { { 10, 8, 26 }, { 77, 18, 115 }, { 184, 54, 92 }, { 250, 143, 51 }, { 252, 245, 184 } }
-    };
-    const double place = std::clamp (level, 0.0, 1.0) * (stops.size () - 1);
-    const auto below = std::min (static_cast<std::size_t> (place), stops.size () - 2);
-    const double share = place - static_cast<double> (below);
-    return picture::mix (stops[below], stops[below + 1], share);
-}
-
-double decibels (double power)
-{
-    return 10.0 * std::log10 (std::max (power, 1e-20));
-}
-
 void drawSpectrogram (Canvas& canvas, double x, double y, int width, int height, Samples audio)
 {
-    constexpr double lowestHz = 50.0;
-    constexpr double octaves = 7.9; // to 12 kHz
-    constexpr double range = 60.0;  // dB
     std::vector<std::vector<double>> columns;
-    double loudest = 0.0;
     for (int column = 0; column < width; ++column)
     {
         const std::size_t start =
             audio.size () * static_cast<std::size_t> (column) / static_cast<std::size_t> (width);
         columns.push_back (powerSpectrum (audio, start));
-        loudest = std::max (loudest, *std::ranges::max_element (columns.back ()));
     }
-    for (int column = 0; column < width; ++column)
-    {
-        for (int row = 0; row < height; ++row)
-        {
-            const double hz = lowestHz * std::exp2 (octaves * (height - 1 - row) / (height - 1));
-            const double bin = hz * spectrumSize / sampleRate;
-            const auto below = static_cast<std::size_t> (bin);
-            const double share = bin - static_cast<double> (below);
-            const std::vector<double>& power = columns[static_cast<std::size_t> (column)];
-            const double here = power[below] * (1.0 - share) + power[below + 1] * share;
-            canvas.fillRect (x + column, y + row, 1.0, 1.0,
-                             heat (1.0 + (decibels (here) - decibels (loudest)) / range));
-        }
-    }
+    spectrum::drawSpectrogram (canvas, x, y, height, columns, sampleRate);
 }
 }
 
@@ -92,7 +38,7 @@ void drawContactSheet (const std::filesystem::path& file, const std::vector<bank
     constexpr int cellWidth = pictureWidth + 12;
     constexpr int cellHeight = pictureHeight + 24;
     const int rows = (static_cast<int> (programs.size ()) + columns - 1) / columns;
-    Canvas canvas = sheet (columns * cellWidth, rows * cellHeight + 6);
+    Canvas canvas = emptySheet (columns * cellWidth, rows * cellHeight + 6);
     for (std::size_t n = 0; n < programs.size (); ++n)
     {
         const std::size_t row = n / columns;
@@ -108,7 +54,7 @@ void drawPiece (const std::filesystem::path& file, const Audio& audio)
 {
     constexpr int width = 1200;
     constexpr int height = 300;
-    Canvas canvas = sheet (width, height);
+    Canvas canvas = emptySheet (width, height);
     drawSpectrogram (canvas, 0.0, 0.0, width, height, audio);
     canvas.savePng (file);
 }
@@ -122,8 +68,8 @@ void drawTones (const std::filesystem::path& file, const std::vector<Tone>& tone
     constexpr int partials = 60;
     constexpr double range = 60.0; // dB
     constexpr double plotHeight = rowHeight - 46.0;
-    Canvas canvas = sheet (static_cast<int> (spectrumLeft + partials * partialWidth) + 20,
-                           static_cast<int> (tones.size ()) * static_cast<int> (rowHeight) + 10);
+    Canvas canvas = emptySheet (static_cast<int> (spectrumLeft + partials * partialWidth) + 20,
+                                static_cast<int> (tones.size ()) * static_cast<int> (rowHeight) + 10);
     double top = 30.0;
     for (const Tone& tone : tones)
     {

@@ -38,7 +38,7 @@ struct Bench
     ~Bench () { panel->close (); }
 
     Surroundings around;
-    instrument::Instrument synth{ instrument::systemServices (), around };
+    instrument::Instrument synth{ instrument::systemServices (instrument::BankPlaces::perUser), around };
     std::unique_ptr<editor::HostedPanel> panel = editor::createPanel (synth, around);
     std::unique_ptr<platform::HostWindow> window;
 };

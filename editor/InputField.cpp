@@ -26,7 +26,7 @@ void InputField::looseFocus ()
     if (const Done tell = std::exchange (done, nullptr))
     {
         const std::string line = getText ().getString ();
-        tell (cancelled ? nullptr : &line);
+        tell (cancelled || (needsReturn && !bWasReturnPressed) ? nullptr : &line);
     }
 }
 }

@@ -7,17 +7,18 @@
 
 namespace editor
 {
-// A line to type into. Return, or a click elsewhere, takes what was typed; Escape does not. Its owner removes
-// it afterwards.
+// A line to type into. Return takes what was typed, and a click elsewhere does unless the field waits for
+// Return; Escape does not. Its owner removes it afterwards.
 class InputField : public VSTGUI::CTextEdit
 {
 public:
-    // `typed` is null when the field was left with Escape.
+    // `typed` is null when nothing was taken.
     using Done = std::function<void (const std::string* typed)>;
 
     InputField (const VSTGUI::CRect& size, VSTGUI::CFontDesc* textFont, const std::string& line,
                 Done whenDone);
 
+    void waitForReturn () { needsReturn = true; }
     void cancel () { cancelled = true; } // what is typed no longer counts
     void looseFocus () override;
 
@@ -25,6 +26,7 @@ public:
 
 private:
     Done done;
+    bool needsReturn = false;
     bool cancelled = false;
 };
 }

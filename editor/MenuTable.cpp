@@ -33,6 +33,9 @@ constexpr CommandEntry commandTable[] = {
     { commandRenameProgram, "Rename program" },
     { commandPedalAndWheel, "Pedal and wheel" },
     { commandSongLock, "Lock LFO to song" },
+    { commandLoadFile, "Load file" },
+    { commandSaveProgram, "Save program" },
+    { commandSaveBank, "Save bank" },
 };
 
 // Where the factory bank keeps its kinds of sounds. Banks of the user's own are listed by the same numbers.

@@ -36,7 +36,10 @@ enum PanelCommand : std::int32_t
     commandRedo,
     commandRenameProgram,
     commandPedalAndWheel,
-    commandSongLock
+    commandSongLock,
+    commandLoadFile,
+    commandSaveProgram,
+    commandSaveBank
 };
 struct CommandEntry
 {

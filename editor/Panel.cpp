@@ -120,6 +120,7 @@ void Panel::close ()
     hoverHelp.reset ();
     popup = nullptr;
     field = nullptr;
+    fileDialog.reset ();
     edits.clear ();
     frame->unregisterKeyboardHook (this);
     platform::closeFrame (*frame);
@@ -154,6 +155,7 @@ void Panel::idle ()
         frame->invalid ();
     if (std::exchange (mayBeDirty, false))
         frame->idle (); // looks at every view, which an idle panel does not pay for
+    pollFileDialog ();  // last, for it can ask a question, during which the host may end this panel
 }
 
 bool Panel::onKeyDown (std::int32_t character)

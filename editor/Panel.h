@@ -19,6 +19,7 @@
 #include "editor/SmallButton.h"
 #include "editor/Toolkit.h"
 #include "instrument/ValueText.h"
+#include "platform/FileDialog.h"
 #include "resources/panel/PanelLayout.h"
 
 namespace editor
@@ -76,6 +77,7 @@ public:
     const ControlSlot& slot (std::int32_t tag) const { return slots[static_cast<std::size_t> (tag)]; }
     const Keyboard* onScreenKeyboard () const { return keyboard; }
     bool isKeyboardShown () const { return keyboardShown; }
+    bool isAskingForFile () const { return fileDialog != nullptr; }
 
 private:
     // PanelBuild.cpp: what the panel is built of
@@ -128,10 +130,27 @@ private:
     void replaceBank (const std::function<void ()>& load); // as one step
     History::Bank currentBank ();
     void openField (const VSTGUI::CRect& place, const std::string& text,
-                    const std::function<void (const std::string&)>& typed);
+                    const std::function<void (const std::string&)>& typed, bool needsReturn = false);
     void typeValue (std::int32_t parameter);
     void renameProgram ();
     bool turnHovered (const VSTGUI::KeyboardEvent& event);
+
+    // PanelFiles.cpp: sounds as files
+    void loadFile ();
+    void saveProgram ();
+    void saveBank ();
+    struct FileRequest
+    {
+        platform::FileQuestion question;
+        std::function<void (const std::filesystem::path&)> chosen;
+    };
+    void askForFile (FileRequest wanted);
+    void pollFileDialog ();
+    void typeFile ();
+    void takeFile (const std::filesystem::path& file, bool typed);
+    bool mayReplace (const std::filesystem::path& file);
+    void tryWith (const std::filesystem::path& file, const char* failure,
+                  void (*act) (Synth&, const std::filesystem::path&));
 
     // Panel.cpp: news and their effects
     void applyNews ();
@@ -175,9 +194,12 @@ private:
     VSTGUI::SharedPointer<CAboutPage> aboutPage;
     bool aboutShown = false;
     std::unique_ptr<HoverHelp> hoverHelp;
-    VSTGUI::SharedPointer<PopupMenu> popup;  // while one is open that the panel draws itself
-    VSTGUI::SharedPointer<InputField> field; // while something is being typed
-    std::int32_t learning = -1;              // parameter that waits for a controller
+    VSTGUI::SharedPointer<PopupMenu> popup;           // while one is open that the panel draws itself
+    VSTGUI::SharedPointer<InputField> field;          // while something is being typed
+    FileRequest fileRequest;                          // being asked
+    std::unique_ptr<platform::FileDialog> fileDialog; // with this; null: none, or the field asks
+    std::filesystem::path soundFolder;                // where a file was last chosen
+    std::int32_t learning = -1;                       // parameter that waits for a controller
     History history;
     std::vector<Edit> edits;       // being made right now, one for each control held
     std::string rateText;          // what the LFO rate's display shows

@@ -114,7 +114,7 @@ void Panel::apply (const History::Step& step, bool again)
 }
 
 void Panel::openField (const CRect& place, const std::string& text,
-                       const std::function<void (const std::string&)>& typed)
+                       const std::function<void (const std::string&)>& typed, bool needsReturn)
 {
     const auto whenDone = [this, typed, owner = std::weak_ptr (alive)] (const std::string* entered)
     {
@@ -136,12 +136,14 @@ void Panel::openField (const CRect& place, const std::string& text,
         else
             finish ();
     };
-    const auto open = [this, place, text, whenDone]
+    const auto open = [this, place, text, whenDone, needsReturn]
     {
         if (closed || field != nullptr)
             return;
         hoverHelp->setSilent (true);
         field = makeOwned<InputField> (place, toolkit->font (fieldFontSize), text, whenDone);
+        if (needsReturn)
+            field->waitForReturn ();
         addShared (field);
         frame->setFocusView (field);
     };

@@ -200,6 +200,10 @@ bool Panel::isAvailable (std::int32_t command) const
         return history.canUndo ();
     case commandRedo:
         return history.canRedo ();
+    case commandLoadFile:
+    case commandSaveProgram:
+    case commandSaveBank:
+        return !isAskingForFile ();
     default:
         return true;
     }
@@ -233,6 +237,15 @@ void Panel::perform (std::int32_t command)
     case commandSongLock:
         additions.songLock = !additions.songLock;
         switchAdditions (additions);
+        break;
+    case commandLoadFile:
+        loadFile ();
+        break;
+    case commandSaveProgram:
+        saveProgram ();
+        break;
+    case commandSaveBank:
+        saveBank ();
         break;
     default:
         break;

@@ -1,5 +1,7 @@
 #include "host/Options.h"
 
+#include "host/Plot.h"
+
 #include <CLI/CLI.hpp>
 #include <cmath>
 #include <map>
@@ -34,6 +36,10 @@ std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, b
     std::string library;
     std::string song;
     std::string output;
+    std::string sounds;
+    std::string programFile;
+    std::string bankFile;
+    std::string plot;
     std::string progress = "auto";
     app.add_option ("LIBRARY", library, "the instrument (Brimvale.dll or Brimvale.so)")->required ();
     auto* songOption = app.add_option ("SONG", song, "the MIDI file to play");
@@ -42,6 +48,15 @@ std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, b
     app.add_option (
         "-p,--program", options.program,
         "name of a program, or its number from 1; the song's own program changes are then left out");
+    auto* loadOption = app.add_option (
+        "--load", sounds,
+        "sounds to load first: a preset (.fxp, into the program, which the song then keeps), a bank "
+        "(.fxb) or Brimvale's user default bank (.bnk)");
+    auto* saveProgram =
+        app.add_option ("--save-program", programFile, "write the program to a preset (.fxp)");
+    auto* saveBank =
+        app.add_option ("--save-bank", bankFile,
+                        "write all programs to a bank (.fxb), or to one that Brimvale starts with (.bnk)");
     app.add_option ("-r,--rate", options.sampleRate, "sample rate in Hz")
         ->check (CLI::Range (8000, 384000))
         ->capture_default_str ();
@@ -61,22 +76,38 @@ std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, b
     app.add_flag (
         "--stems", options.stems,
         "write each MIDI channel of the song to a file of its own, too: OUTPUT with the channel's number");
+    auto* plotOption =
+        app.add_option ("--plot", plot,
+                        std::string ("draw the sound, its wave and its frequencies, into a PNG file") +
+                            (canPlot () ? "" : " (not with this build)"));
     app.add_option ("--progress", progress, "when to show a progress bar")
         ->check (CLI::IsMember ({ "auto", "always", "never" }))
         ->capture_default_str ();
     auto* list =
         app.add_flag ("-l,--list-programs", options.listPrograms, "show the instrument's programs and stop");
 
+    const std::pair<CLI::Option*, const std::string*> files[] = { { outputOption, &output },
+                                                                  { loadOption, &sounds },
+                                                                  { saveProgram, &programFile },
+                                                                  { saveBank, &bankFile },
+                                                                  { plotOption, &plot } };
     std::vector<std::string> reversed (arguments.rbegin (), arguments.rend () - 1);
     try
     {
         app.parse (reversed);
-        if (songOption->count () == 0 && list->count () == 0)
+        if (songOption->count () + list->count () + saveProgram->count () + saveBank->count () == 0)
+            throw CLI::RequiredError ("SONG");
+        if (!plot.empty () && !canPlot ())
+            throw CLI::ValidationError ("--plot", "this build cannot draw; a native one on Linux can");
+        if (!plot.empty () && songOption->count () == 0)
             throw CLI::RequiredError ("SONG");
         if (std::isnan (options.tailLimit)) // which is in no range, but passes for it
             throw CLI::ValidationError ("--tail", "it needs a number of seconds");
-        if (outputOption->count () > 0 && output.empty ())
-            throw CLI::ValidationError ("--output", "it needs the name of a WAV file");
+        for (const auto& [option, name] : files)
+        {
+            if (option->count () > 0 && name->empty ())
+                throw CLI::ValidationError (option->get_name (), "it needs the name of a file");
+        }
     }
     catch (const CLI::Success&)
     {
@@ -89,6 +120,10 @@ std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, b
 
     options.library = pathFromUtf8 (library);
     options.song = pathFromUtf8 (song);
+    options.sounds = pathFromUtf8 (sounds);
+    options.programFile = pathFromUtf8 (programFile);
+    options.bankFile = pathFromUtf8 (bankFile);
+    options.plot = pathFromUtf8 (plot);
     options.output = output.empty () ? options.song.stem () += ".wav" : pathFromUtf8 (output);
     options.format = formats.at (format);
     options.progress = progress == "always" || (progress == "auto" && terminal);

@@ -14,11 +14,15 @@ struct Options
 {
     std::filesystem::path library;
     std::filesystem::path song;
-    std::filesystem::path output; // the song's name with .wav in the current folder, when not given
-    std::string program;          // empty: the instrument's own start, and the song's program changes
-    int sampleRate = 44100;       // Hz
-    int blockSize = 512;          // frames
-    double tailLimit = 30.0;      // seconds
+    std::filesystem::path sounds;      // preset or bank to load before anything else; these four empty: none
+    std::filesystem::path programFile; // to save the current program in
+    std::filesystem::path bankFile;    // to save the bank in
+    std::filesystem::path plot;        // picture of the sound
+    std::filesystem::path output;      // the song's name with .wav in the current folder, when not given
+    std::string program;               // empty: the instrument's own start, and the song's program changes
+    int sampleRate = 44100;            // Hz
+    int blockSize = 512;               // frames
+    double tailLimit = 30.0;           // seconds
     SampleFormat format = SampleFormat::int24;
     bool stems = false; // a file for each channel, too
     bool listPrograms = false;

@@ -92,6 +92,12 @@ void Plugin::selectProgram (int program)
     call (effSetProgram, 0, program);
 }
 
+void Plugin::setProgramName (std::string name)
+{
+    name.resize (std::min<std::size_t> (name.size (), kVstMaxProgNameLen));
+    call (effSetProgramName, 0, 0, name.data ());
+}
+
 void Plugin::start (int sampleRate, int blockSize)
 {
     rate = sampleRate;

@@ -28,11 +28,18 @@ public:
     Plugin (const Plugin&) = delete;
     Plugin& operator= (const Plugin&) = delete;
 
+    std::int32_t identifier () const { return effect->uniqueID; }
+    std::int32_t version () const { return effect->version; }
+    bool keepsChunks () const { return (effect->flags & effFlagsProgramChunks) != 0; } // else plain values
+
     int programCount () const { return effect->numPrograms; }
     int currentProgram ();
     std::string programName (int program); // 0 .. programCount() - 1, without blanks at its ends
     void selectProgram (int program);
+    void
+    setProgramName (std::string name); // of the current one; as many characters count as the interface knows
 
+    int parameterCount () const { return effect->numParams; }
     void setParameter (int index, float value) { effect->setParameter (effect, index, value); }
     float parameter (int index) { return effect->getParameter (effect, index); }
 

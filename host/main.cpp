@@ -1,11 +1,13 @@
 // brimvale-host: plays a MIDI file into a VST 2.4 instrument and writes a WAV file.
 #include "host/LevelMeter.h"
 #include "host/Options.h"
+#include "host/Plot.h"
 #include "host/Plugin.h"
 #include "host/ProgramList.h"
 #include "host/ProgressBar.h"
 #include "host/Renderer.h"
 #include "host/Sequence.h"
+#include "host/SoundFiles.h"
 #include "host/TempoMap.h"
 #include "host/WavWriter.h"
 #include "midi/Reader.h"
@@ -18,6 +20,7 @@
 #include <cstdio>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -76,6 +79,32 @@ void selectProgram (Plugin& plugin, const ProgramList& programs, const std::stri
     }
     throw std::runtime_error ("there is no program \"" + wanted + "\"; --list-programs shows all " +
                               std::to_string (programs.size ()));
+}
+
+std::unique_ptr<Plugin> loadLibrary (const Options& options)
+{
+    return during ("load the library", options.library,
+                   [&] { return std::make_unique<Plugin> (options.library); });
+}
+
+std::optional<SoundFile> soundsOf (const Options& options)
+{
+    if (options.sounds.empty ())
+        return std::nullopt;
+    return during ("load", options.sounds, [&] { return SoundFile (options.sounds); });
+}
+
+// The sounds that are to be loaded, and the program that is to play. It is looked for in a bank that was
+// loaded, and it is where a preset goes.
+void prepare (Plugin& plugin, const Options& options, const std::optional<SoundFile>& sounds)
+{
+    const auto load = [&] { during ("load", options.sounds, [&] { sounds->load (plugin); }); };
+    if (sounds && sounds->isBank ())
+        load ();
+    if (!options.program.empty ())
+        selectProgram (plugin, programsOf (plugin), options.program);
+    if (sounds && !sounds->isBank ())
+        load ();
 }
 
 // An instrument for each channel that plays.
@@ -152,11 +181,13 @@ void print (const Sequence& sequence, const LevelMeter& meter, const RenderRepor
 void checkOutput (const Options& options, const std::filesystem::path& output)
 {
     std::error_code none;
-    for (const auto& [file, what] : { std::pair{ options.song, "song" }, { options.library, "library" } })
+    for (const auto& [file, what] : { std::pair{ options.song, "song" },
+                                      { options.library, "library" },
+                                      { options.sounds, "loaded sounds" } })
     {
         if (std::filesystem::equivalent (file, output, none))
-            throw std::runtime_error (std::string ("the output would overwrite the ") + what +
-                                      "; give it another name with -o");
+            throw std::runtime_error (utf8 (output) + " would overwrite the " + what +
+                                      "; give it another name");
     }
 }
 
@@ -169,16 +200,33 @@ void checkLength (const Sequence& sequence, const Options& options)
                                   " hours, which is more than a WAV file can hold at this rate");
 }
 
-// The song's own program changes are left out when the user has named a program.
+// The song's own program changes are left out when the user has named a program or brought one.
 Ensemble ensembleFor (const Options& options, const midi::Song& song, const TempoMap& tempos)
 {
+    const std::optional<SoundFile> sounds = soundsOf (options);
+    const bool songChooses = options.program.empty () && (!sounds || sounds->isBank ());
     Ensemble ensemble;
-    ensemble.sequences =
-        splitByChannel (makeSequence (song, tempos, options.sampleRate, options.program.empty ()));
+    ensemble.sequences = splitByChannel (makeSequence (song, tempos, options.sampleRate, songChooses));
     for (std::size_t n = 0; n < ensemble.sequences.size (); ++n)
-        ensemble.plugins.push_back (during ("load the library", options.library,
-                                            [&] { return std::make_unique<Plugin> (options.library); }));
+    {
+        ensemble.plugins.push_back (loadLibrary (options));
+        prepare (*ensemble.plugins.back (), options, sounds);
+    }
     return ensemble;
+}
+
+void saveSounds (const Options& options, Plugin& plugin)
+{
+    const auto save = [&] (const std::filesystem::path& file, auto write)
+    {
+        if (file.empty ())
+            return;
+        checkOutput (options, file);
+        during ("write", file, [&] { write (plugin, file); });
+        std::printf ("Written:   %s\n", utf8 (file).c_str ());
+    };
+    save (options.programFile, &saveProgram);
+    save (options.bankFile, &saveBank);
 }
 
 RenderReport renderToFiles (const Options& options, const Ensemble& ensemble, const TempoMap& tempos,
@@ -192,11 +240,14 @@ RenderReport renderToFiles (const Options& options, const Ensemble& ensemble, co
                                                           options.sampleRate, options.format));
     }
     WavWriter wav (options.output, options.sampleRate, options.format);
+    const auto plot = options.plot.empty () ? nullptr : Plot::make (options.plot, options.sampleRate);
     ProgressBar bar (options.progress);
     const auto keep = [&] (std::span<const float> stereo)
     {
         wav.add (stereo);
         meter.add (stereo);
+        if (plot)
+            plot->add (stereo);
     };
     const auto keepPart = [&] (std::size_t part, std::span<const float> stereo)
     {
@@ -216,6 +267,8 @@ RenderReport renderToFiles (const Options& options, const Ensemble& ensemble, co
     wav.finish ();
     for (const auto& stem : stems)
         stem->finish ();
+    if (plot)
+        plot->finish ();
     return result;
 }
 
@@ -224,6 +277,7 @@ void renderSong (const Options& options)
     const midi::Song song =
         during ("read the MIDI file", options.song, [&] { return midi::read (options.song); });
     checkOutput (options, options.output);
+    checkOutput (options, options.plot);
     const TempoMap tempos (song);
     const Ensemble ensemble = ensembleFor (options, song, tempos);
     for (const Sequence& sequence : ensemble.sequences)
@@ -232,12 +286,8 @@ void renderSong (const Options& options)
             checkOutput (options, stemPath (options.output, sequence));
     }
     const ProgramList programs = programsOf (*ensemble.plugins.front ());
-    if (!options.program.empty ())
-    {
-        for (const auto& plugin : ensemble.plugins)
-            selectProgram (*plugin, programs, options.program);
-    }
     checkLength (ensemble.sequences.front (), options);
+    saveSounds (options, *ensemble.plugins.front ());
     const std::vector<std::string> heard = programsHeard (ensemble, programs);
 
     LevelMeter meter (options.sampleRate);
@@ -247,6 +297,8 @@ void renderSong (const Options& options)
         std::printf ("Program:   %s\n", title.c_str ());
     print (ensemble.sequences.front (), meter, report, options.sampleRate);
     std::printf ("Written:   %s\n", utf8 (options.output).c_str ());
+    if (!options.plot.empty ())
+        std::printf ("Written:   %s\n", utf8 (options.plot).c_str ());
     if (options.stems)
     {
         for (const Sequence& sequence : ensemble.sequences)
@@ -254,12 +306,13 @@ void renderSong (const Options& options)
     }
 }
 
-void listPrograms (const Options& options)
+void withoutASong (const Options& options)
 {
-    const auto plugin = during ("load the library", options.library,
-                                [&] { return std::make_unique<Plugin> (options.library); });
+    const auto plugin = loadLibrary (options);
+    prepare (*plugin, options, soundsOf (options));
+    saveSounds (options, *plugin);
     const ProgramList programs = programsOf (*plugin);
-    for (int i = 0; i < programs.size (); ++i)
+    for (int i = 0; options.listPrograms && i < programs.size (); ++i)
         std::printf ("%s\n", programs.title (i).c_str ());
 }
 
@@ -288,8 +341,8 @@ int main (int argc, char** argv)
         }
         if (ending)
             std::printf ("%s", ending->text.c_str ());
-        else if (options.listPrograms)
-            listPrograms (options);
+        else if (options.listPrograms || options.song.empty ())
+            withoutASong (options);
         else
             renderSong (options);
         finishOutput ();

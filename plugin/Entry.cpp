@@ -14,8 +14,9 @@ AudioEffect* createEffectInstance (AudioMasterCallback host)
 {
     if (host (nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f) == 0)
         return nullptr;
-    auto synth = std::unique_ptr<VstSynth> (
-        new (std::nothrow) VstSynth (host, instrument::systemServices (), editorFactory ()));
+    auto synth = std::unique_ptr<VstSynth> (new (std::nothrow) VstSynth (
+        host, instrument::systemServices (instrument::BankPlaces::besideLibraryAndPerUser),
+        editorFactory ()));
     if (synth == nullptr)
         return nullptr;
     editorCreationFailed = editorCreationFailed || !synth->editorWasMade ();

@@ -6,11 +6,12 @@
 #include <cstring>
 #include <string_view>
 
+#include "instrument/PluginId.h"
+
 namespace
 {
 constexpr char productName[] = "Brimvale";
 constexpr char vendorName[] = "corvanex.com";
-constexpr VstInt32 uniqueId = fourCharacterCode ('Q', 'n', 'r', 'k');
 
 // The host's message for a turn of the mouse wheel.
 constexpr VstInt32 wheelIndex = fourCharacterCode ('s', 't', 'C', 'A');
@@ -66,7 +67,7 @@ VstSynth::VstSynth (AudioMasterCallback host, instrument::Services surroundings,
         isSynth (true);
         hasVu (false);
         hasClip (false);
-        setUniqueID (uniqueId);
+        setUniqueID (instrument::pluginId);
     }
     if (makeEditor != nullptr)
         ownEditor = makeEditor (*this);

@@ -2,11 +2,13 @@
 // opening takes Wine seconds: what can follow one another in one window does.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "editor/MenuTable.h"
 #include "parameters/Parameters.h"
 #include "tests/editor/Bench.h"
+#include "tests/host/TemporaryFolder.h"
 
 using namespace editor;
 using namespace parameters;
@@ -309,6 +311,61 @@ TEST_F (EditorWindow, MenuSwitchesAnAddition)
     bench.keys ("Return");
     EXPECT_NE (bench.callsUntil ("display;").find ("display;"), std::string::npos);
     EXPECT_FALSE (plays ()) << "the volume counts now";
+}
+
+// Desktops whose dialogs cannot be shown. (Windows has one of its own, into which a name can be typed as
+// well.)
+struct BrokenDialogs
+{
+    BrokenDialogs ()
+    {
+        for (const char* name : { "zenity", "kdialog" })
+        {
+            std::ofstream (folder / name) << "#!/bin/sh\nexit 5\n";
+            std::filesystem::permissions (folder / name, std::filesystem::perms::owner_all);
+        }
+        ::setenv ("PATH", (folder.folder ().string () + ":" + path).c_str (), 1);
+    }
+    ~BrokenDialogs () { ::setenv ("PATH", path.c_str (), 1); }
+
+    TemporaryFolder folder;
+    std::string path = std::getenv ("PATH");
+};
+
+class FilesInAWindow : public BrokenDialogs, public EditorWindow
+{
+};
+
+TEST_F (FilesInAWindow, CanBeNamedByTyping)
+{
+    const auto choose = [this] (std::int32_t command, std::string name, const std::string& end = "key Return")
+    {
+        name = (folder / name).string ();
+        if (Bench::isWine ())
+            std::ranges::replace (name.insert (0, "Z:"), '/', '\\');
+        const Picture before = bench.redrawnPicture ();
+        openMenuAt (command);
+        const Picture menu = bench.picture ();
+        bench.keys ("Return");
+        EXPECT_TRUE (Bench::eventually (
+            [&]
+            {
+                const Picture now = bench.picture ();
+                return now != menu && now != before;
+            }));
+        bench.keys ("ctrl+a");
+        bench.mouse ("type --delay 30 '" + name + "'");
+        bench.mouse (end);
+    };
+    if (!Bench::isWine ())
+        choose (commandSaveBank, "Left", "mousemove 10 300 click 1");
+    hostSets (paramFilterFreq, 0.25f);
+    choose (commandSaveBank, "Typed");
+    EXPECT_TRUE (Bench::eventually ([&] { return std::filesystem::exists (folder / "Typed.fxb"); }));
+    EXPECT_FALSE (std::filesystem::exists (folder / "Left.fxb")) << "a click beside the field writes nothing";
+    hostSets (paramFilterFreq, 0.75f);
+    choose (commandLoadFile, "Typed.fxb");
+    EXPECT_TRUE (parameterBecomes (paramFilterFreq, 0.25f));
 }
 
 TEST_F (EditorWindow, AboutPageComesAndGoes)

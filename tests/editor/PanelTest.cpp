@@ -5,10 +5,12 @@
 #include <thread>
 
 #include "editor/Colours.h"
+#include "editor/MenuTable.h"
 #include "editor/Panel.h"
 #include "platform/HostWindow.h"
 #include "tests/editor/Bench.h"
 #include "tests/support/Events.h"
+#include "tests/host/TemporaryFolder.h"
 #include "tests/support/FakeSystem.h"
 
 using namespace editor;
@@ -319,6 +321,91 @@ TEST_F (PanelInProcess, RandomSoundsAndLoadedBanksAreTakenBack)
     EXPECT_EQ (values (), random) << "the bank as it was, with the random sound in it";
     open.undo ();
     EXPECT_EQ (values (), before);
+}
+
+// The desktop's dialog is another program, and here one of this test's.
+TEST_F (PanelInProcess, SoundsAreLoadedAndSavedThroughTheDialog)
+{
+    const TemporaryFolder folder;
+    const auto program = folder / "zenity";
+    std::ofstream (program) << "#!/bin/sh\necho \"$@\" > '" << (folder / "asked").string () << "'\ncat '"
+                            << (folder / "answer").string () << "'\n";
+    std::filesystem::permissions (program, std::filesystem::perms::owner_all);
+    const std::string path = std::getenv ("PATH");
+    ::setenv ("PATH", (folder.folder ().string () + ":" + path).c_str (), 1);
+
+    OpenPanel open (system);
+    open.synth.setAdditions ({ true, false });
+    const auto choose = [&] (std::int32_t command, const std::string& answer)
+    {
+        std::ofstream (folder / "answer") << answer << '\n';
+        std::filesystem::remove (folder / "asked");
+        const auto entry = std::ranges::find (commandEntries (), command, &CommandEntry::tag);
+        open.press (toRect (panel::menuButtonRect).getCenter ());
+        open.key (VirtualKey::Down);
+        for (auto n = entry; n != commandEntries ().end (); ++n)
+            open.key (VirtualKey::Up); // from the first entry to the last and upwards
+        open.key (VirtualKey::Return);
+        EXPECT_TRUE (Bench::eventually (
+            [&]
+            {
+                open.idle ();
+                return !open.panel.isAskingForFile ();
+            }));
+    };
+    const auto place = [&] (const char* name) { return (folder / name).string (); };
+
+    open.synth.setProgram (3);
+    choose (commandSaveProgram, place ("one")); // and gets the ending
+    EXPECT_NE (contentOf (folder / "asked").find ("--save"), std::string::npos);
+    EXPECT_NE (contentOf (folder / "asked").find ("/Sub Bass.fxp"), std::string::npos)
+        << contentOf (folder / "asked");
+    const std::string preset = contentOf (folder / "one.fxp");
+    EXPECT_EQ (preset.size (), 236u);
+    choose (commandSaveBank, place ("all.fxb"));
+    EXPECT_EQ (std::filesystem::file_size (folder / "all.fxb"), 24056u);
+    EXPECT_TRUE (system.messages.empty ());
+
+    open.synth.setParameter (paramFilterRez, 0.123f);
+    for (const auto& [answer, isReplaced] :
+         { std::pair{ platform::Answer::no, false }, { platform::Answer::yes, true } })
+    {
+        system.answer = answer;
+        choose (commandSaveProgram, place ("one"));
+        EXPECT_EQ (contentOf (folder / "one.fxp") != preset, isReplaced);
+    }
+    EXPECT_EQ (system.messages.size (), 2u) << "the dialog has not asked for this name";
+
+    open.synth.setAdditions ({ false, true });
+    choose (commandLoadFile, place ("all.fxb"));
+    EXPECT_NE (open.value (paramFilterRez), 0.123f);
+    EXPECT_TRUE (open.synth.additions ().songLock && !open.synth.additions ().pedalAndWheel);
+    open.undo ();
+    EXPECT_EQ (open.value (paramFilterRez), 0.123f);
+    open.synth.setProgram (9);
+    choose (commandLoadFile, place ("one.fxp"));
+    EXPECT_EQ (open.synth.programName (9), "Sub Bass");
+    EXPECT_EQ (open.value (paramFilterRez), 0.123f);
+    choose (commandLoadFile, place ("zenity"));
+    EXPECT_EQ (system.messages.back ().text, "Cannot load this file: it is no preset or bank file.");
+    choose (commandLoadFile, ""); // dismissed
+    EXPECT_EQ (system.messages.size (), 3u);
+    open.undo ();
+    EXPECT_EQ (open.synth.programName (9), "Long Boom") << "neither of the last two made a step";
+    ::setenv ("PATH", path.c_str (), 1);
+}
+
+TEST_F (PanelInProcess, HostsAndControllersMakeNoSteps)
+{
+    OpenPanel open (system);
+    open.synth.setParameter (commandLearn, 18.0f);
+    open.play ({ midi (0xB0, 74, 32), midi (0xB0, 74, 64) });
+    open.synth.setParameter (paramFilterRez, 0.123f);
+    open.idle ();
+    const float learned = open.value (paramFilterFreq);
+    open.undo ();
+    EXPECT_EQ (open.value (paramFilterFreq), learned);
+    EXPECT_EQ (open.value (paramFilterRez), 0.123f);
 }
 
 // The toolkit's scroll bars read a flag that nobody sets; nothing of the panel may bring one.

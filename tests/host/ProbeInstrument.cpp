@@ -2,6 +2,7 @@
 //   1 Clicks  left: at the sample of every note-on its velocity / 128, else 0; right: 0
 //   2 Drone   the same with 0.25 added to both channels, so that its sound never ends
 //   3 Tempo   left as Clicks; right: the tempo / 1000 at the first sample of every block, else 0
+// It has two parameters, which do nothing, and gives its sounds as chunks or not, as PROBE_FLAGS says.
 // Every break of the rules that hosts must keep gives the sample value 9.
 #include "plugin/vst2.h"
 
@@ -16,8 +17,15 @@ constexpr float brokenRule = 9.0f;
 constexpr int drone = 1;
 constexpr int tempo = 2;
 
+constexpr std::size_t programs = 3;
+using Values = std::array<float, 2>;
+
 struct Probe : AEffect
 {
+    std::array<Values, programs> values = { { { 0.0f, 0.125f }, { 0.25f, 0.375f }, { 0.5f, 0.625f } } };
+    std::array<std::array<char, kVstMaxProgNameLen + 1>, programs> names = { "Clicks  ", " Drone", "Tempo" };
+    Values& current () { return values[static_cast<std::size_t> (selected)]; }
+
     AudioMasterCallback host = nullptr;
     VstEvents* events = nullptr;
     VstIntPtr selected = 0;
@@ -27,8 +35,6 @@ struct Probe : AEffect
     VstIntPtr largestBlock = 0;
     double nextSample = 0.0;
 };
-
-constexpr std::array<const char*, 3> names = { "Clicks  ", " Drone", "Tempo" };
 
 VstIntPtr dispatch (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt)
 {
@@ -42,7 +48,19 @@ VstIntPtr dispatch (AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr 
     else if (opcode == effGetProgram)
         return probe.selected;
     else if (opcode == effGetProgramNameIndexed)
-        std::strcpy (static_cast<char*> (ptr), names[static_cast<std::size_t> (index)]);
+        std::strcpy (static_cast<char*> (ptr), probe.names[static_cast<std::size_t> (index)].data ());
+    else if (opcode == effSetProgramName)
+        std::strncpy (probe.names[static_cast<std::size_t> (probe.selected)].data (),
+                      static_cast<char*> (ptr), kVstMaxProgNameLen);
+    else if (opcode == effGetChunk)
+    {
+        *static_cast<void**> (ptr) = index != 0 ? probe.current ().data () : probe.values.data ()->data ();
+        return index != 0 ? sizeof probe.current () : sizeof probe.values;
+    }
+    else if (opcode == effSetChunk && index != 0)
+        std::memcpy (probe.current ().data (), ptr, static_cast<std::size_t> (value));
+    else if (opcode == effSetChunk)
+        std::memcpy (probe.values.data (), ptr, static_cast<std::size_t> (value));
     else if (opcode == effSetSampleRate)
         probe.rate = opt;
     else if (opcode == effSetBlockSize)
@@ -104,8 +122,15 @@ extern "C" __attribute__ ((visibility ("default"))) AEffect* VSTPluginMain (Audi
     probe->magic = kEffectMagic;
     probe->dispatcher = &dispatch;
     probe->processReplacing = &process;
-    probe->numPrograms = static_cast<VstInt32> (names.size ());
+    probe->setParameter = [] (AEffect* effect, VstInt32 index, float value)
+    { static_cast<Probe*> (effect)->current ()[static_cast<std::size_t> (index)] = value; };
+    probe->getParameter = [] (AEffect* effect, VstInt32 index)
+    { return static_cast<Probe*> (effect)->current ()[static_cast<std::size_t> (index)]; };
+    probe->uniqueID = fourCharacterCode ('P', 'r', 'o', 'b');
+    probe->version = 7;
+    probe->numParams = 2;
+    probe->numPrograms = programs;
     probe->numOutputs = 2;
-    probe->flags = effFlagsCanReplacing | effFlagsIsSynth;
+    probe->flags = effFlagsCanReplacing | effFlagsIsSynth | PROBE_FLAGS;
     return probe.release ();
 }

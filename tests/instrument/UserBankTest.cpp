@@ -1,4 +1,4 @@
-// The user default bank beside the library.
+// The user default bank beside the library, and the one for all formats.
 #include <fstream>
 
 #include <gtest/gtest.h>
@@ -115,4 +115,69 @@ TEST_F (UserBankTest, WhereNothingCanBeWrittenNothingHappens)
     EXPECT_EQ (std::filesystem::file_size (folder / "file"), 7u);
     EXPECT_TRUE (std::filesystem::exists (folder / "Brimvale.bnk" / "inner"));
     EXPECT_EQ (filesIn (folder.folder ()).size (), 2u) << "a temporary file was left";
+}
+
+// A file's time is set by hand where the order counts: two files may be written within one tick of the disk's
+// clock.
+TEST_F (UserBankTest, TheOneThatWasWrittenLastIsRead)
+{
+    const auto beside = folder / "Brimvale.bnk";
+    system.userBankPath = folder / "config" / "corvanex" / "Brimvale.bnk";
+    save ();
+    EXPECT_TRUE (equal (contentOf (beside), contentOf (system.userBankPath))) << "both are written";
+
+    system.banksBesideLibrary = false;
+    TestInstrument other (system); // of a format without a file beside its library
+    other.core.setProgramName ("Of all formats");
+    other.set (commandMainMenu, menuSaveDefaultBank);
+    EXPECT_NE (contentOf (beside).programs[0].nameView (), "Of all formats");
+    system.banksBesideLibrary = true;
+    const auto firstProgram = [&] { return TestInstrument (system).core.programName (0); };
+    const auto time = std::filesystem::last_write_time (beside);
+    for (const auto& [seconds, name] :
+         { std::pair{ 10, "Of all formats" }, std::pair{ -10, "Bass One" }, std::pair{ 0, "Bass One" } })
+    {
+        std::filesystem::last_write_time (system.userBankPath, time + std::chrono::seconds (seconds));
+        EXPECT_EQ (firstProgram (), name) << seconds;
+    }
+    std::filesystem::remove (beside);
+    EXPECT_EQ (firstProgram (), "Of all formats");
+    system.banksBesideLibrary = false;
+    EXPECT_EQ (firstProgram (), "Of all formats");
+    synth.core.setProgramName ("Newer");
+    save ();
+    EXPECT_EQ (firstProgram (), "Newer");
+    EXPECT_EQ (system.messages.size (), 3u) << "the questions and nothing else";
+}
+
+TEST_F (UserBankTest, ThatCannotBeWrittenAnywhereIsTold)
+{
+    std::ofstream (folder / "file") << "content";
+    const auto good = folder / "Brimvale.bnk";
+    const auto bad = folder / "file" / "Brimvale.bnk";
+    const std::filesystem::path unknown;
+    struct Case
+    {
+        bool banksBesideLibrary;
+        std::filesystem::path library, user;
+        std::string told;
+    };
+    for (const Case& row :
+         { Case{ true, bad, good, "" }, Case{ true, unknown, good, "" }, Case{ true, good, bad, "" },
+           Case{ true, bad, bad, "Could not save the user default bank!" },
+           Case{ true, unknown, bad, "Could not find proper VST DLL location!" },
+           Case{ true, unknown, unknown, "Could not find proper VST DLL location!" },
+           Case{ false, good, bad, "Could not save the user default bank!" },
+           Case{ false, good, unknown, "Could not save the user default bank!" } })
+    {
+        system.banksBesideLibrary = row.banksBesideLibrary;
+        system.libraryPath = row.library;
+        system.userBankPath = row.user;
+        TestInstrument saving (system);
+        system.messages.clear ();
+        saving.set (commandMainMenu, menuSaveDefaultBank);
+        ASSERT_EQ (system.messages.size (), row.told.empty () ? 1u : 2u) << row.library << row.user;
+        EXPECT_EQ (system.messages.back ().text == row.told, !row.told.empty ()) << row.library << row.user;
+        EXPECT_EQ (std::filesystem::remove (good), row.told.empty ());
+    }
 }

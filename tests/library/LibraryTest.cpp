@@ -85,6 +85,10 @@ TEST (Library, SettingsAndTheUserBankReachTheNextInstance)
         const BankImage found = bankOf (second);
         EXPECT_EQ (std::memcmp (&found, &saved, sizeof saved), 0);
     }
+    // The file that other formats share holds the same.
+    EXPECT_TRUE (std::filesystem::remove (std::filesystem::path (library).replace_extension (".bnk")));
+    host::Plugin third (library);
+    EXPECT_EQ (bankOf (third).programs[127].nameView (), "The last one");
     // The questions announce a command and do not hold it up, whichever button is pressed.
     EXPECT_EQ (command (first, menuMidiForget, Press::lastButton),
                Boxes{ "Warning! Forget Learned MidiCC?" });

@@ -41,5 +41,8 @@ instrument::Services FakeSystem::services ()
         current->messages.push_back ({ text, title, buttons });
         return current->answer;
     };
-    return { std::move (store), show, [] { return current->libraryPath; } };
+    instrument::Services services{ std::move (store), show, nullptr, [] { return current->userBankPath; } };
+    if (banksBesideLibrary)
+        services.libraryPath = [] { return current->libraryPath; };
+    return services;
 }

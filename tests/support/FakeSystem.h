@@ -29,7 +29,9 @@ public:
 
     std::vector<Message> messages;
     platform::Answer answer = platform::Answer::ok; // to every message
+    bool banksBesideLibrary = true;
     std::filesystem::path libraryPath;
+    std::filesystem::path userBankPath;
     std::shared_ptr<Settings> stored = std::make_shared<Settings> ();
     bool storeFails = false; // every write
     bool commitFails = false;

@@ -1,5 +1,7 @@
 #include "tests/library/Surroundings.h"
 
+#include "tests/host/TemporaryFolder.h"
+
 #include <cstdio>
 #include <stdexcept>
 #include <windows.h>
@@ -42,6 +44,8 @@ void keepAwayFromTheUsersSettings ()
         RegCloseKey (opened);
         throw std::runtime_error ("this registry holds somebody's settings; run the tests in a fresh one");
     }
+    static const TemporaryFolder data;
+    SetEnvironmentVariableW (L"APPDATA", data.folder ().c_str ());
 }
 
 void clearStoredSettings ()

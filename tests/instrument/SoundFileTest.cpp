@@ -1,0 +1,224 @@
+// Sounds as files of VST 2 hosts, laid out here byte by byte.
+#include <gtest/gtest.h>
+
+#include "instrument/SoundFile.h"
+#include "tests/host/TemporaryFolder.h"
+#include "tests/instrument/TestInstrument.h"
+
+using namespace instrument;
+
+namespace
+{
+std::string number (std::uint32_t value)
+{
+    std::string text;
+    for (int shift = 24; shift >= 0; shift -= 8)
+        text += static_cast<char> (value >> shift);
+    return text;
+}
+std::string number (float value)
+{
+    return number (std::bit_cast<std::uint32_t> (value));
+}
+std::string field (std::string text, std::size_t size)
+{
+    text.resize (size, '\0');
+    return text;
+}
+template <typename Image>
+std::string bytes (const Image& image)
+{
+    return { reinterpret_cast<const char*> (&image), sizeof image };
+}
+// With a size that nobody should trust.
+std::string header (const std::string& kind, std::uint32_t version, std::uint32_t count,
+                    const std::string& id = "Qnrk")
+{
+    return "CcnK" + number (0u) + kind + number (version) + id + number (1u) + number (count);
+}
+std::string chunk (const std::string& content)
+{
+    return number (static_cast<std::uint32_t> (content.size ())) + content;
+}
+std::string preset (const std::string& name, float value, std::uint32_t count = 38)
+{
+    std::string text = header ("FxCk", 1, count) + field (name, 28);
+    for (std::uint32_t n = 0; n < count; ++n)
+        text += number (value);
+    return text;
+}
+
+class SoundFile : public testing::Test
+{
+protected:
+    std::string load (const std::string& content)
+    {
+        std::ofstream (folder / "file", std::ios::binary) << content;
+        return loadFrom (folder / "file");
+    }
+    // The sentence that refused it; empty: none.
+    std::string loadFrom (const std::filesystem::path& file)
+    {
+        try
+        {
+            loadSounds (synth.core, file);
+        }
+        catch (const std::exception& error)
+        {
+            return error.what ();
+        }
+        return {};
+    }
+    // What the song decides rather than the file, as another instance left it.
+    BankImage otherBank ()
+    {
+        BankImage bank = synth.bank ();
+        bank.slots[0].spare = 9;
+        bank.slots[1].spare = bank.slots[2].spare = 1;
+        bank.slots[paramFilterFreq].midiController = 21;
+        bank.slots[paramVoices].value = 3.0f;
+        bank.programs[9].setName ("Ninth");
+        bank.programs[9].values[paramFilterFreq] = 0.25f;
+        return bank;
+    }
+
+    TemporaryFolder folder;
+    FakeSystem system;
+    TestInstrument synth{ system };
+};
+}
+
+TEST_F (SoundFile, HoldsWhatHostsExpect)
+{
+    synth.core.setProgram (5);
+    synth.core.setProgramName ("Twenty-four characters !");
+    const std::string record = bytes (synth.bank ().programs[5]);
+    saveProgram (synth.core, folder / "one.fxp");
+    EXPECT_EQ (contentOf (folder / "one.fxp"), "CcnK" + number (228u) + "FPCh" + number (1u) + "Qnrk" +
+                                                   number (1u) + number (38u) +
+                                                   field ("Twenty-four characters !", 28) + chunk (record));
+    saveBank (synth.core, folder / "all.fxb");
+    EXPECT_EQ (contentOf (folder / "all.fxb"), "CcnK" + number (24048u) + "FBCh" + number (2u) + "Qnrk" +
+                                                   number (1u) + number (128u) + number (5u) +
+                                                   std::string (124, '\0') + chunk (bytes (synth.bank ())));
+    BankImage plain = synth.bank ();
+    plain.slots[0].spare = 0;
+    saveBank (synth.core, folder / "all.bnk");
+    EXPECT_EQ (contentOf (folder / "all.bnk"), bytes (plain));
+
+    TestInstrument other (system);
+    for (const char* file : { "all.fxb", "all.bnk" })
+    {
+        other.core.reloadFactoryBank ();
+        other.core.setProgram (5);
+        loadSounds (other.core, folder / file);
+        EXPECT_TRUE (equal (other.bank (), synth.bank ())) << file;
+    }
+    other.core.setProgram (77);
+    loadSounds (other.core, folder / "one.fxp");
+    EXPECT_EQ (bytes (other.bank ().programs[77]), record);
+    for (const char* file : { "none/a.fxp", "." })
+        EXPECT_ANY_THROW (saveProgram (synth.core, folder / file)) << file;
+    EXPECT_EQ (filesIn (folder.folder ()), (std::set<std::string>{ "all.bnk", "all.fxb", "one.fxp" }));
+}
+
+TEST_F (SoundFile, OfOtherHostsIsTaken)
+{
+    const BankImage bank = otherBank ();
+    const BankImage before = synth.bank ();
+    const auto reserved = [] (std::uint32_t program) { return number (program) + std::string (124, '\x7F'); };
+    const std::pair<std::string, std::int32_t> banks[] = {
+        // the chunk tells the program, then the header; bytes behind the end
+        { header ("FBCh", 1, 128) + reserved (7) + chunk (bytes (bank)) + "rest", 9 },
+        { header ("FBCh", 2, 128) + reserved (0) + chunk (bytes (bank)), 9 },
+        { header ("FBCh", 2, 0) + reserved (7) + chunk (bytes (before)), 7 },
+        { header ("FBCh", 2, 128) + reserved (128) + chunk (bytes (before)), 3 },
+    };
+    for (const auto& [content, program] : banks)
+    {
+        synth.load (before);
+        synth.core.setProgram (3);
+        EXPECT_EQ (load (content), "");
+        EXPECT_EQ (synth.core.getProgram (), program);
+        const bool other = content.find ("Ninth") != std::string::npos;
+        EXPECT_EQ (synth.core.programName (9), other ? "Ninth" : before.programs[9].nameView ());
+        EXPECT_EQ (synth.core.midiController (paramFilterFreq), other ? 21u : 0u);
+        EXPECT_EQ (synth.get (paramVoices), other ? 3.0f : before.slots[paramVoices].value);
+        for (const std::size_t slot : { 1u, 2u })
+            EXPECT_EQ (synth.bank ().slots[slot].spare, before.slots[slot].spare)
+                << "an addition was switched";
+    }
+
+    synth.load (otherBank ());
+    std::string programs = header ("FxBk", 2, 128) + reserved (127);
+    for (int n = 0; n < 128; ++n)
+        programs += preset ("Program " + std::to_string (n), static_cast<float> (n) / 254.0f);
+    EXPECT_EQ (load (programs), "");
+    EXPECT_EQ (synth.core.getProgram (), 127);
+    EXPECT_EQ (synth.core.programName (64), "Program 64");
+    EXPECT_EQ (synth.bank ().programs[64].values[paramFilterFreq], 64.0f / 254.0f);
+    EXPECT_EQ (synth.get (paramPitchBend), 0.5f) << "the selected one's";
+    EXPECT_EQ (synth.core.midiController (paramFilterFreq), 21u) << "a file of values has no bindings";
+
+    EXPECT_EQ (load (preset ("Plain", 0.75f)), "");
+    EXPECT_EQ (synth.core.programName (127), "Plain");
+    EXPECT_EQ (synth.get (paramFilterFreq), 0.75f);
+    EXPECT_EQ (synth.get (paramPitchBend), 0.5f) << "belongs to no program";
+    EXPECT_TRUE (system.messages.empty ());
+}
+
+TEST_F (SoundFile, DamagedOnesAreRefusedWithASentenceAndNothingChanges)
+{
+    const std::string record = bytes (synth.bank ().programs[5]);
+    const std::string image = bytes (otherBank ());
+    const std::string name = field ("Name", 28);
+    const std::string reserved (128, '\0');
+    const std::string ends = "it ends in the middle of its data";
+    std::string notANumber = preset ("Name", 0.5f);
+    notANumber.replace (notANumber.size () - 4, 4, number (0x7FC00000u));
+    std::string nested = header ("FxBk", 1, 128) + reserved;
+    for (int depth = 0; depth < 100000; ++depth)
+        nested += header ("FxBk", 1, 1) + reserved;
+    const BankImage before = synth.bank ();
+    for (const auto& [content, sentence] : std::initializer_list<std::pair<std::string, std::string>>{
+             { "", "it is no preset or bank file" },
+             { "MThd and so on", "it is no preset or bank file" },
+             { image.substr (1), "it is no preset or bank file" },
+             { "CcnK", ends },
+             { header ("FPCh", 1, 38), ends },
+             { header ("FPCh", 1, 38) + name + number (176u) + record.substr (1), ends },
+             { header ("FPCh", 1, 38) + name + number (0xFFFFFFFFu) + record, ends },
+             { header ("FPCh", 1, 38) + name + chunk (record + "x"),
+               "it should hold 176 bytes of sounds, but 177 are there" },
+             { header ("FBCh", 2, 128) + reserved + chunk (image.substr (1)),
+               "it should hold 23896 bytes of sounds, but 23895 are there" },
+             { header ("FPCh", 1, 38, "Abc\x01") + name + chunk (record),
+               "it belongs to another plug-in, \"Abc?\"" },
+             { header ("FPCh", 3, 38) + name + chunk (record),
+               "it is of version 3 of its format, and only 1 and 2 are known" },
+             { header ("FXxx", 1, 38) + name + chunk (record), "it is neither a preset nor a bank" },
+             { preset ("Name", 0.5f, 37), "it should hold 38 values in each program, but 37 are there" },
+             { header ("FxCk", 1, 0xFFFFFFFFu) + name + record, ends },
+             { notANumber, "a value in it is no number" },
+             { header ("FxBk", 1, 1) + reserved + preset ("Name", 0.5f),
+               "it should hold 128 programs, but 1 are there" },
+             { header ("FxBk", 1, 128) + reserved + preset ("Name", 0.5f), ends },
+             { nested, "one of its programs is something else" },
+         })
+    {
+        EXPECT_EQ (load (content), sentence) << content.substr (0, 60);
+        EXPECT_TRUE (equal (synth.bank (), before)) << sentence;
+    }
+    EXPECT_EQ (loadFrom (folder / "none"), "there is no such file");
+    EXPECT_EQ (loadFrom (folder.folder ()), "it is not a file");
+    std::filesystem::resize_file (folder / "file", (64 << 20) + 1);
+    EXPECT_EQ (loadFrom (folder / "file"), "it is too large for a preset or bank file");
+    EXPECT_TRUE (system.messages.empty ());
+}
+
+TEST_F (SoundFile, IsNamedLikeTheProgram)
+{
+    EXPECT_EQ (fileNameOf ("Bass One"), "Bass One");
+    EXPECT_EQ (fileNameOf ("A/B\\C:\"?*<>|\x01\xE9. ."), "A_B_C_________");
+    EXPECT_EQ (fileNameOf (" . "), "Program");
+}
