@@ -120,6 +120,8 @@ constexpr const char* lfoWaveNames[] = { "triangle", "saw up", "saw down",
                                          "square",   "noise",  "sample and hold" };
 constexpr const char* voiceCounts[] = { "2", "4", "6", "8", "10", "12", "14", "16" };
 constexpr const char* offOn[] = { "off", "on" };
+constexpr const char* onOff[] = { "on", "off" };                         // of an inverted switch
+constexpr const char* volTypeGains[] = { "+4.1 dB", "0 dB", "-5.7 dB" }; // as volTypeGain
 
 using Names = std::span<const char* const>;
 
@@ -130,6 +132,14 @@ std::int32_t evenPosition (float value, std::int32_t last)
 std::int32_t voicesPosition (float value, std::int32_t /*last*/)
 {
     return voiceCountFor (value).value_or (mostVoices) / 2 - 1;
+}
+std::int32_t wholePosition (float value, std::int32_t /*last*/)
+{
+    return truncateToInt (value);
+}
+std::int32_t anythingBut0 (float value, std::int32_t /*last*/)
+{
+    return value != 0.0f ? 1 : 0;
 }
 std::int32_t anythingAbove0 (float value, std::int32_t /*last*/)
 {
@@ -177,10 +187,14 @@ constexpr Row rows[] = {
     named (paramLfoWave, lfoWaveNames),
     { paramLfoPitch, 0.0f, vibratoCents, depthInCents, "off" },
     { paramGlideMono, 0.0f, glide, seconds, "off, polyphonic" },
+    named (paramGlideAuto, offOn, anythingBut0),
     named (paramVoices, voiceCounts, voicesPosition),
+    named (paramVolType, volTypeGains, wholePosition),
+    named (paramShowKeys, offOn, anythingBut0),
     { paramVelocityAmp, 0.0f, inPercent, percent, "off" },
     { paramVelocityFilter, 0.0f, inPercent, percent, "off" },
     named (paramSmothFilt, offOn, anythingAbove0),
+    named (paramHighQuality, onOff, anythingBut0),
     named (paramFilterKeyTrak, offOn, anythingAbove0),
     named (paramLfoBmpSync, offOn, anythingAbove0),
 };
