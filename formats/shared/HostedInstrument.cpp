@@ -5,17 +5,16 @@
 #include <cstdio>
 #include <cstring>
 
-#include "editor/ValueText.h"
 #include "formats/shared/State.h"
+#include "instrument/ValueText.h"
 
 namespace formats
 {
-using instrument::BankImage;
-using instrument::programCount;
-using namespace editor;
+using namespace instrument;
 
 namespace
 {
+constexpr Additions everyAddition = { true, true };
 constexpr std::uint8_t statusProgramChange = 0xC0;
 constexpr std::uint8_t statusActiveSensing = 0xFE;
 
@@ -48,7 +47,7 @@ engine::Event midiEvent (std::int32_t offset, std::uint8_t status, std::uint8_t 
 }
 
 HostedInstrument::HostedInstrument (instrument::Services surroundings, instrument::FormatHost& host)
-    : core (std::move (surroundings), host)
+    : core (std::move (surroundings), host, everyAddition)
 {
 }
 

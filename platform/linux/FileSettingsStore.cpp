@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <charconv>
 #include <chrono>
-#include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
 #include <map>
@@ -17,6 +16,7 @@
 #include <utility>
 
 #include "platform/AtomicFile.h"
+#include "platform/UserFolder.h"
 
 namespace
 {
@@ -25,20 +25,10 @@ using Numbers = std::map<std::string, std::uint32_t, std::less<>>;
 constexpr std::string_view header = "# Settings of Corvanex instruments: number, tab, group\\name\n";
 constexpr std::streamoff mostBytes = 1 << 20; // of a file that can be ours
 
-std::filesystem::path configurationFolder ()
-{
-    // Relative paths count as not set, for they would mean another folder in every host.
-    if (const char* config = std::getenv ("XDG_CONFIG_HOME"); config != nullptr && *config == '/')
-        return config;
-    if (const char* home = std::getenv ("HOME"); home != nullptr && *home == '/')
-        return std::filesystem::path (home) / ".config";
-    return {};
-}
-
 std::filesystem::path settingsFile ()
 {
-    const std::filesystem::path folder = configurationFolder ();
-    return folder.empty () ? folder : folder / "corvanex" / "settings";
+    const std::filesystem::path folder = platform::userFolder ();
+    return folder.empty () ? folder : folder / "settings";
 }
 
 bool isName (std::string_view text)
