@@ -2,6 +2,7 @@
 
 #include "editor/PanelFactory.h"
 #include "formats/clap/IdleTimer.h"
+#include "platform/EditorWindow.h"
 
 namespace clap
 {
@@ -162,6 +163,6 @@ std::unique_ptr<Gui> makeGui (instrument::Instrument& instrument, Reporter& repo
 
 const char* windowApi ()
 {
-    return CLAP_WINDOW_API_X11;
+    return platform::windowSystem ();
 }
 }
