@@ -25,7 +25,8 @@ std::string format (const char* pattern, Numbers... numbers)
     return text;
 }
 
-// Units: how a number is told, and what a typed one may be followed by.
+// Units: how a number is told, and what a typed one may be followed by. The digits change where the number
+// would be rounded up to the next form's, so that a text that is typed is told in the same words.
 std::string percent (double x)
 {
     return format ("%.0f %%", x);
@@ -36,16 +37,16 @@ std::string signedPercent (double x)
 }
 std::string cents (double x)
 {
-    return format (std::abs (x) < 10.0 ? "%+.1f cents" : "%+.0f cents", x);
+    return format (std::abs (x) < 9.95 ? "%+.1f cents" : "%+.0f cents", x);
 }
 std::string depthInCents (double x)
 {
-    return format (x < 10.0 ? "\xC2\xB1%.1f cents" : "\xC2\xB1%.0f cents", x);
+    return format (x < 9.95 ? "\xC2\xB1%.1f cents" : "\xC2\xB1%.0f cents", x);
 }
 std::string seconds (double x)
 {
-    if (x < 1.0)
-        return format (x < 0.01 ? "%.1f ms" : "%.0f ms", x * 1000.0);
+    if (x < 0.9995)
+        return format (x < 0.00995 ? "%.1f ms" : "%.0f ms", x * 1000.0);
     return format ("%.2f s", x);
 }
 std::string hertz (double x)
