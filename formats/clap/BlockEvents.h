@@ -8,7 +8,7 @@ namespace clap
 {
 // The host's event list in the form that the engine reads, without a copy. Notes and MIDI act at the same
 // sample as in every other format. What the instrument does not know (note expressions, modulation, other
-// spaces) becomes an event at which nothing happens. Audio thread.
+// spaces) becomes no event. Audio thread.
 class BlockEvents final : public engine::EventList
 {
 public:

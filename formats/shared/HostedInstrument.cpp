@@ -16,7 +16,6 @@ namespace
 {
 constexpr Additions everyAddition = { true, true };
 constexpr std::uint8_t statusProgramChange = 0xC0;
-constexpr std::uint8_t statusActiveSensing = 0xFE;
 
 ValueContext contextOf (const instrument::Instrument& core)
 {
@@ -35,15 +34,6 @@ std::string lowered (const std::string& text)
     return result;
 }
 
-engine::Event midiEvent (std::int32_t offset, std::uint8_t status, std::uint8_t data1)
-{
-    engine::Event event;
-    event.offset = offset;
-    event.kind = engine::Event::Kind::midi;
-    event.status = status;
-    event.data1 = data1;
-    return event;
-}
 }
 
 HostedInstrument::HostedInstrument (instrument::Services surroundings, instrument::FormatHost& host)
@@ -77,22 +67,28 @@ double HostedInstrument::valueAfter (std::int32_t index, double shown)
 // A program travels as the MIDI message does: of the events at one sample the engine takes those first.
 engine::Event HostedInstrument::eventFor (std::int32_t offset, std::int32_t index, double shown) const
 {
-    if (!isShown (index) || (index == shownProgram && value (index) == shownLimited (index, shown)))
-        return silentEvent (offset);
-    if (index == shownProgram)
-        return midiEvent (offset, statusProgramChange,
-                          static_cast<std::uint8_t> (shownLimited (index, shown)));
-    engine::Event event;
-    event.offset = offset;
-    event.kind = engine::Event::Kind::parameter;
-    event.index = index;
-    event.value = storedValue (index, shown, core.getParameter (index));
+    engine::Event event = noEvent (offset);
+    if (index == shownProgram && value (index) != shownLimited (index, shown))
+    {
+        event.kind = engine::Event::Kind::midi;
+        event.status = statusProgramChange;
+        event.data1 = static_cast<std::uint8_t> (shownLimited (index, shown));
+    }
+    else if (isParameter (index))
+    {
+        event.kind = engine::Event::Kind::parameter;
+        event.index = index;
+        event.value = storedValue (index, shown, core.getParameter (index));
+    }
     return event;
 }
 
-engine::Event silentEvent (std::int32_t offset)
+engine::Event noEvent (std::int32_t offset)
 {
-    return midiEvent (offset, statusActiveSensing, 0);
+    engine::Event event;
+    event.offset = offset;
+    event.kind = engine::Event::Kind::none;
+    return event;
 }
 
 // --- Texts

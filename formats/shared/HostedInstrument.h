@@ -50,6 +50,6 @@ private:
     instrument::Instrument core;
 };
 
-// An event that nothing happens at, for whatever the instrument does not know.
-engine::Event silentEvent (std::int32_t offset);
+// For whatever the instrument does not know. Audio thread.
+engine::Event noEvent (std::int32_t offset);
 }

@@ -83,7 +83,7 @@ clap_output_events_t ClapEvents::output ()
     return { this, [] (const clap_output_events_t* list, const clap_event_header_t* event)
              {
                  auto& own = *static_cast<ClapEvents*> (list->ctx);
-                 if (own.entries.size () >= own.mostOutput || event->size > sizeof (Entry))
+                 if (own.entries.size () >= own.most || event->size > sizeof (Entry))
                      return false;
                  std::memcpy (&own.entries.emplace_back (), event, event->size);
                  return true;
@@ -223,6 +223,7 @@ std::vector<std::string> ClapHost::block (ClapEvents in, float* left, float* rig
                                           const clap_event_transport_t* song) const
 {
     ClapEvents out;
+    out.most = mostTold;
     const clap_input_events_t input = in.input ();
     const clap_output_events_t output = out.output ();
     float* channels[] = { left, right };

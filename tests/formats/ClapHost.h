@@ -39,7 +39,7 @@ public:
 
     clap_input_events_t input ();
     clap_output_events_t output ();
-    std::size_t mostOutput = 1000; // beyond this many the list is full
+    std::size_t most = 1000; // beyond this many an output list is full
 
 private:
     struct alignas (std::max_align_t) Entry
@@ -83,6 +83,7 @@ public:
     void turn ();
 
     const clap_plugin_t* plugin = nullptr;
+    std::size_t mostTold = 1000; // in one block
 
     // What the plug-in asked for
     std::atomic<int> flushRequests = 0;
