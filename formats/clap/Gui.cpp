@@ -3,11 +3,14 @@
 #include "editor/PanelFactory.h"
 #include "formats/clap/IdleTimer.h"
 #include "platform/EditorWindow.h"
+#include "platform/FloatingWindow.h"
 
 namespace clap
 {
 namespace
 {
+constexpr char defaultTitle[] = "Brimvale";
+
 class PanelGui final : public Gui, private editor::PanelHost
 {
 public:
@@ -48,20 +51,30 @@ private:
     const Host& host;
     IdleTimer idleTimer;
     std::unique_ptr<editor::HostedPanel> panel;
-    void* parent = nullptr; // window that the panel opens in
+    std::unique_ptr<platform::FloatingWindow> ownWindow; // null in one of the host's
+    void* parent = nullptr;                              // window that the panel opens in
     bool isShown = false;
 };
 
 bool PanelGui::create (bool isFloating)
 {
     destroy ();
-    return !isFloating;
+    if (!isFloating)
+        return true;
+    const auto size = panel->size ();
+    ownWindow = platform::FloatingWindow::make (size.width, size.height);
+    if (ownWindow == nullptr)
+        return false;
+    ownWindow->setTitle (defaultTitle);
+    parent = ownWindow->handle ();
+    return true;
 }
 
 void PanelGui::destroy ()
 {
     hide ();
     parent = nullptr;
+    ownWindow = nullptr;
 }
 
 bool PanelGui::size (std::uint32_t& width, std::uint32_t& height)
@@ -74,25 +87,35 @@ bool PanelGui::size (std::uint32_t& width, std::uint32_t& height)
 
 bool PanelGui::setParent (void* window)
 {
+    if (ownWindow != nullptr)
+        return false;
     hide ();
     parent = window;
     return true;
 }
 
-bool PanelGui::setTransient (void* /*window*/)
+bool PanelGui::setTransient (void* window)
 {
-    return false;
+    if (ownWindow != nullptr)
+        ownWindow->stayAbove (window);
+    return ownWindow != nullptr;
 }
 
-void PanelGui::suggestTitle (const char* /*title*/) {}
+void PanelGui::suggestTitle (const char* title)
+{
+    if (ownWindow != nullptr && title != nullptr)
+        ownWindow->setTitle (title);
+}
 
 bool PanelGui::show ()
 {
-    if (!isShown && panel->open (parent))
-    {
-        isShown = true;
+    if (isShown)
+        return true;
+    if (ownWindow != nullptr)
+        ownWindow->show ();
+    isShown = panel->open (parent);
+    if (isShown)
         idleTimer.start ();
-    }
     return isShown;
 }
 
@@ -101,6 +124,8 @@ bool PanelGui::hide ()
 {
     idleTimer.stop ();
     panel->close ();
+    if (ownWindow != nullptr)
+        ownWindow->hide ();
     isShown = false;
     return true;
 }
@@ -122,6 +147,11 @@ void PanelGui::hostCalls ()
 void PanelGui::idle ()
 {
     panel->idle ();
+    if (ownWindow != nullptr && ownWindow->closeAsked ())
+    {
+        hide ();
+        host.windowClosed ();
+    }
     if (reporter.hasNews ())
         host.requestFlush ();
 }
@@ -146,7 +176,10 @@ void PanelGui::endEdit (std::int32_t index)
 
 bool PanelGui::resize (int width, int height)
 {
-    return host.requestResize (width, height);
+    if (ownWindow == nullptr)
+        return host.requestResize (width, height);
+    ownWindow->resize (width, height);
+    return true;
 }
 
 void PanelGui::updateDisplay ()

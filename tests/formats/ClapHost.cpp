@@ -140,7 +140,7 @@ const void* ClapHost::offer (const char* name) const
         },
         [] (const clap_host_t*) { return true; },
         [] (const clap_host_t*) { return true; },
-        [] (const clap_host_t*, bool) {},
+        [] (const clap_host_t* host, bool) { ++of (host).windowsClosed; },
     };
     static constexpr clap_host_timer_support_t timerSupport = {
         [] (const clap_host_t* host, std::uint32_t period, clap_id* id)

@@ -88,6 +88,7 @@ public:
     // What the plug-in asked for
     std::atomic<int> flushRequests = 0;
     std::atomic<bool> callbackAsked = false;
+    int windowsClosed = 0;
     clap_param_rescan_flags rescans = 0;
     std::function<bool (int width, int height)> resize;
 

@@ -1,5 +1,9 @@
 // The panel in CLAP hosts, beside the one that VST 2.4 hosts open.
+#include <cstdio>
+#include <cstdlib>
+
 #include <gtest/gtest.h>
+#include <xcb/xcb.h>
 
 #include "parameters/Parameters.h"
 #include "tests/formats/ClapHost.h"
@@ -11,7 +15,7 @@ namespace
 class ClapPanel final : public FormatPanel
 {
 public:
-    explicit ClapPanel (ClapHost& clapHost) : host (clapHost)
+    explicit ClapPanel (ClapHost& clapHost, bool floats = false) : host (clapHost), isFloating (floats)
     {
         host.resize = [this] (int width, int height) { return resized (width, height), true; };
     }
@@ -24,6 +28,12 @@ public:
     }
     bool open (void* handle) override
     {
+        if (isFloating)
+        {
+            const bool isMade = host.gui ().create (host.plugin, nullptr, true);
+            host.gui ().suggest_title (host.plugin, title);
+            return isMade && host.gui ().show (host.plugin);
+        }
         clap_window_t window = { CLAP_WINDOW_API_X11, {} };
         window.ptr = handle;
         return host.gui ().create (host.plugin, CLAP_WINDOW_API_X11, false) &&
@@ -32,9 +42,39 @@ public:
     void close () override { host.gui ().destroy (host.plugin); }
     void turn () override { host.turn (); }
 
+    static constexpr char title[] = "A title \xE2\x98\x83";
+
 private:
     ClapHost& host;
+    bool isFloating;
 };
+
+// As a window manager does where somebody presses the button of the title bar.
+void closeByTitleBar (const std::string& title)
+{
+    FILE* found = popen (("xdotool search --name '" + title + "'").c_str (), "r");
+    unsigned window = 0;
+    ASSERT_EQ (std::fscanf (found, "%u", &window), 1);
+    pclose (found);
+    xcb_connection_t* display = xcb_connect (nullptr, nullptr);
+    const auto atom = [display] (const std::string& name)
+    {
+        const auto asked =
+            xcb_intern_atom (display, 0, static_cast<std::uint16_t> (name.size ()), name.c_str ());
+        const std::unique_ptr<xcb_intern_atom_reply_t, decltype (&std::free)> reply (
+            xcb_intern_atom_reply (display, asked, nullptr), std::free);
+        return reply->atom;
+    };
+    xcb_client_message_event_t message = {};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom ("WM_PROTOCOLS");
+    message.data.data32[0] = atom ("WM_DELETE_WINDOW");
+    xcb_send_event (display, 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*> (&message));
+    xcb_flush (display);
+    xcb_disconnect (display);
+}
 
 // One display for all, as programs know it.
 class ClapPanels : public testing::Test
@@ -89,6 +129,21 @@ TEST_F (ClapPanels, AHandOnAKnobIsRecorded)
     EXPECT_EQ (told[0], "begin 18");
     EXPECT_TRUE (told[1].ends_with (" live"));
     EXPECT_EQ (told[2], "end 18");
+    stage.close ();
+}
+
+TEST_F (ClapPanels, FloatsInAWindowOfItsOwn)
+{
+    ClapHost host;
+    ClapPanel panel (host, true);
+    stage.expectThePanel (panel, 1);
+    stage.open (panel);
+    EXPECT_TRUE (stage.shows (stage.expected (100), 100));
+    closeByTitleBar (ClapPanel::title);
+    EXPECT_TRUE (stage.until ([&] { return host.windowsClosed == 1; }));
+    EXPECT_TRUE (stage.until ([&] { return stage.picture (100) != stage.expected (100); }));
+    EXPECT_TRUE (host.gui ().show (host.plugin)) << "the host may show it again";
+    EXPECT_TRUE (stage.shows (stage.expected (100), 100));
     stage.close ();
 }
 
