@@ -35,7 +35,7 @@ engine::Event midi (std::int32_t offset, std::uint8_t status, std::uint8_t data1
 engine::Event noteOn (std::int32_t offset, const clap_event_note_t& note)
 {
     if (note.key < 0 || note.key > highestNote)
-        return formats::noEvent (offset);
+        return formats::silentEvent (offset);
     const double velocity = std::isnan (note.velocity) ? 1.0 : std::clamp (note.velocity, 0.0, 1.0);
     const auto data2 = static_cast<std::uint8_t> (std::lround (velocity * highestVelocity));
     return midi (offset, statusNoteOn, static_cast<std::uint8_t> (note.key),
@@ -48,7 +48,7 @@ engine::Event noteOff (std::int32_t offset, const clap_event_note_t& note)
     if (note.key < 0)
         return midi (offset, statusController, controllerAllNotesOff, 0);
     if (note.key > highestNote)
-        return formats::noEvent (offset);
+        return formats::silentEvent (offset);
     return midi (offset, statusNoteOff, static_cast<std::uint8_t> (note.key), 0);
 }
 }
@@ -63,10 +63,10 @@ engine::Event BlockEvents::at (std::int32_t n) const
 {
     const clap_event_header_t* header = list->get (list, static_cast<std::uint32_t> (n));
     if (header == nullptr)
-        return formats::noEvent (0);
+        return formats::silentEvent (0);
     const auto offset = static_cast<std::int32_t> (header->time);
     if (header->space_id != CLAP_CORE_EVENT_SPACE_ID)
-        return formats::noEvent (offset);
+        return formats::silentEvent (offset);
     switch (header->type)
     {
     case CLAP_EVENT_NOTE_ON:
@@ -85,7 +85,7 @@ engine::Event BlockEvents::at (std::int32_t n) const
         return synth.eventFor (offset, static_cast<std::int32_t> (change.param_id), change.value);
     }
     default:
-        return formats::noEvent (offset);
+        return formats::silentEvent (offset);
     }
 }
 

@@ -67,7 +67,7 @@ double HostedInstrument::valueAfter (std::int32_t index, double shown)
 // A program travels as the MIDI message does: of the events at one sample the engine takes those first.
 engine::Event HostedInstrument::eventFor (std::int32_t offset, std::int32_t index, double shown) const
 {
-    engine::Event event = noEvent (offset);
+    engine::Event event = silentEvent (offset);
     if (index == shownProgram && value (index) != shownLimited (index, shown))
     {
         event.kind = engine::Event::Kind::midi;
@@ -76,14 +76,16 @@ engine::Event HostedInstrument::eventFor (std::int32_t offset, std::int32_t inde
     }
     else if (isParameter (index))
     {
-        event.kind = engine::Event::Kind::parameter;
+        const float stored = core.getParameter (index);
         event.index = index;
-        event.value = storedValue (index, shown, core.getParameter (index));
+        event.value = storedValue (index, shown, stored);
+        if (event.value != stored)
+            event.kind = engine::Event::Kind::parameter;
     }
     return event;
 }
 
-engine::Event noEvent (std::int32_t offset)
+engine::Event silentEvent (std::int32_t offset)
 {
     engine::Event event;
     event.offset = offset;

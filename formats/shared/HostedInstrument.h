@@ -28,7 +28,8 @@ public:
     static double valueAfter (std::int32_t index, double shown);
 
     // A value that a host sets at a sample of a block, for an engine::EventList that is read in place: it has
-    // to be asked for when its turn comes, for what is stored then counts. Audio thread.
+    // to be asked for when its turn comes, for what is stored then counts: setting that again is no event.
+    // Audio thread.
     engine::Event eventFor (std::int32_t offset, std::int32_t index, double shown) const;
 
     // User-interface thread
@@ -51,5 +52,5 @@ private:
 };
 
 // For whatever the instrument does not know. Audio thread.
-engine::Event noEvent (std::int32_t offset);
+engine::Event silentEvent (std::int32_t offset);
 }

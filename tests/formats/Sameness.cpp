@@ -204,8 +204,9 @@ private:
             play (waiting, acts - begin, sound);
             begin = acts;
             const float stored = plugin.parameter (event.index);
-            plugin.setParameter (event.index,
-                                 storedValue (event.index, static_cast<double> (event.value), stored));
+            const float wanted = storedValue (event.index, static_cast<double> (event.value), stored);
+            if (wanted != stored) // not every format can tell what is there already
+                plugin.setParameter (event.index, wanted);
         }
         play (waiting, block.frames - begin, sound);
     }
