@@ -37,6 +37,9 @@ public:
     // "begin 18", "value 18 0.5 live" or "end 18"; "live" where it is to be recorded.
     std::vector<std::string> told () const;
 
+    void makeRoom (std::size_t count) { entries.reserve (count); }
+    void clear () { entries.clear (); }
+
     clap_input_events_t input ();
     clap_output_events_t output ();
     std::size_t most = 1000; // beyond this many an output list is full
