@@ -72,7 +72,8 @@ void closeByTitleBar (const std::string& title)
     message.type = atom ("WM_PROTOCOLS");
     message.data.data32[0] = atom ("WM_DELETE_WINDOW");
     xcb_send_event (display, 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*> (&message));
-    xcb_flush (display);
+    // Answered when the message is on its way: a connection that ends at once may take it along.
+    std::free (xcb_get_input_focus_reply (display, xcb_get_input_focus (display), nullptr));
     xcb_disconnect (display);
 }
 
