@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "engine/Controllers.h"
 #include "engine/PitchLaw.h"
 
 namespace engine
@@ -25,19 +26,6 @@ constexpr int dataBits = 7;
 constexpr int bendCentre = 8192; // of a pitch wheel's 14 bits
 constexpr float dataMax = 127.0f;
 
-enum Controller : std::uint32_t
-{
-    controllerModulation = 1,
-    controllerDataEntry = 6,
-    controllerVolume = 7,
-    controllerExpression = 11,
-    controllerSustain = 64,
-    controllerFirstParameterNumber = 98,
-    controllerLastParameterNumber = 101,
-    controllerAllSoundOff = 120,
-    controllerReset = 121,
-    controllerAllNotesOff = 123
-};
 constexpr int highestNote = 127;
 
 constexpr std::uint32_t keyboardVelocity = 120;

@@ -1,5 +1,5 @@
 #!/bin/bash
-# Installs the Debian packages of packages.txt that are missing: scripts/installPackages.sh run|test
+# Installs the Debian packages of packages.txt that are missing: scripts/installPackages.sh run|test|package
 # Says what it installs, asks nothing, and touches no network when everything is there.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
@@ -7,8 +7,8 @@ here=$(cd "$(dirname "$0")" && pwd)
 . "$here/common.sh"
 
 group=${1:-test}
-[ "$group" = run ] || [ "$group" = test ] || fail "the group of packages is run or test, not $group."
-# Testing needs what running needs, too.
+[[ $group =~ ^(run|test|package)$ ]] || fail "the group of packages is run, test or package, not $group."
+# The others need what running needs, too.
 mapfile -t wanted < <(awk -v group="$group" '$1 == "run" || $1 == group { print $2 }' "$here/packages.txt")
 command -v apt-get > /dev/null ||
     fail "this is no Debian system; install these yourself or use Debian 12: ${wanted[*]}."

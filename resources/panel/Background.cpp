@@ -16,59 +16,38 @@ constexpr int titleBand = 15; // height of the strip that carries a plate's titl
 const TextStyle logoStyle{ fontFamily, true, 20, -0.6, letterColour };
 const TextStyle subtitleStyle{ "Liberation Sans Narrow", true, 6, 1.45, scaleColour };
 
-// A plate is one rectangle or, where two sections interlock, two that share an edge.
-struct Plate
+void platePath (Canvas& canvas, const Section& section)
 {
-    bool titled;
-    Rect first, second;
-};
-
-constexpr Plate plates[] = {
-    { true, { 176, 8, 259, 87 }, {} },                    // program
-    { true, { 438, 8, 131, 87 }, {} },                    // voices and velocity
-    { false, { 572, 8, 26, 87 }, {} },                    // menu
-    { true, { 14, 98, 45, 189 }, {} },                    // master
-    { true, { 62, 98, 142, 189 }, { 190, 211, 63, 76 } }, // oscillators and noise
-    { true, { 207, 98, 96, 110 }, { 256, 190, 47, 97 } }, // LFO
-    { true, { 306, 98, 96, 189 }, {} },                   // filter
-    { true, { 405, 98, 138, 110 }, {} },                  // amplitude envelope
-    { true, { 405, 211, 138, 76 }, {} },                  // filter envelope
-    { true, { 546, 98, 52, 110 }, {} },                   // output
-    { false, { 546, 211, 52, 76 }, {} },                  // badge
-};
-
-void platePath (Canvas& canvas, const Plate& plate)
-{
-    for (const Rect& part : { plate.first, plate.second })
+    for (const Rect& part : { section.first, section.second })
     {
         if (part.width > 0)
             canvas.roundedRect (part.x, part.y, part.width, part.height, plateRadius);
     }
 }
 
-void drawPlate (Canvas& canvas, const Plate& plate)
+void drawPlate (Canvas& canvas, const Section& section)
 {
     cairo_t* cr = canvas.context ();
     cairo_save (cr);
     cairo_translate (cr, 0, 1);
     canvas.setColour (shadowColour);
-    platePath (canvas, plate);
+    platePath (canvas, section);
     cairo_fill (cr);
     cairo_restore (cr);
 
     canvas.setColour (plateColour);
-    platePath (canvas, plate);
+    platePath (canvas, section);
     cairo_fill (cr);
 
     cairo_save (cr);
-    platePath (canvas, { plate.titled, plate.first, {} });
+    platePath (canvas, { section.name, section.titled, section.first, {} });
     cairo_clip (cr);
-    if (plate.titled)
+    if (section.titled)
     {
-        canvas.fillRect (plate.first.x, plate.first.y, plate.first.width, titleBand,
+        canvas.fillRect (section.first.x, section.first.y, section.first.width, titleBand,
                          mix (plateColour, highlightColour, 0.09));
     }
-    canvas.fillRect (plate.first.x, plate.first.y, plate.first.width, 1,
+    canvas.fillRect (section.first.x, section.first.y, section.first.width, 1,
                      mix (plateColour, highlightColour, 0.25));
     cairo_restore (cr);
 }
@@ -193,8 +172,8 @@ std::vector<PrintedText> printedTexts (const Canvas& canvas)
 Picture drawBackground (double scale)
 {
     Canvas canvas (panelRect.width, panelRect.height, caseColour, scale);
-    for (const Plate& plate : plates)
-        drawPlate (canvas, plate);
+    for (const Section& section : sections ())
+        drawPlate (canvas, section);
     drawSliderTicks (canvas);
     for (const Control& control : controls ())
     {

@@ -98,6 +98,20 @@ constexpr Label labelTable[] = {
     { "LOOP", 487, 275, left, plain },
     { "ON", 353, 275, centre, plain },
 };
+
+constexpr Section sectionTable[] = {
+    { "Program", true, { 176, 8, 259, 87 }, {} },
+    { "Voices and velocity", true, { 438, 8, 131, 87 }, {} },
+    { "Menu", false, { 572, 8, 26, 87 }, {} },
+    { "Master", true, { 14, 98, 45, 189 }, {} },
+    { "Oscillators and noise", true, { 62, 98, 142, 189 }, { 190, 211, 63, 76 } },
+    { "LFO", true, { 207, 98, 96, 110 }, { 256, 190, 47, 97 } },
+    { "Filter", true, { 306, 98, 96, 189 }, {} },
+    { "Amp envelope", true, { 405, 98, 138, 110 }, {} },
+    { "Filter envelope", true, { 405, 211, 138, 76 }, {} },
+    { "Output", true, { 546, 98, 52, 110 }, {} },
+    { nullptr, false, { 546, 211, 52, 76 }, {} },
+};
 }
 
 std::span<const Bitmap> bitmaps ()
@@ -129,6 +143,11 @@ std::span<const Control> controls ()
 std::span<const Label> labels ()
 {
     return labelTable;
+}
+
+std::span<const Section> sections ()
+{
+    return sectionTable;
 }
 
 int setForZoom (double percent)

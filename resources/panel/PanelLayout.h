@@ -122,6 +122,23 @@ struct Label
     LabelStyle style;
 };
 
+// A plate of the panel and what stands on it: one rectangle or, where two sections interlock, two that share
+// an edge.
+struct Section
+{
+    const char* name; // null for the badge, which is no section of controls
+    bool titled;      // has a strip for the title, which is among the labels
+    Rect first, second;
+
+    constexpr bool contains (double x, double y) const { return isIn (first, x, y) || isIn (second, x, y); }
+
+private:
+    static constexpr bool isIn (const Rect& rect, double x, double y)
+    {
+        return x >= rect.x && x < rect.right () && y >= rect.y && y < rect.bottom ();
+    }
+};
+
 // From a control's bottom to the top of its label's capitals; more where numbers stand below the control.
 inline constexpr int labelGap = 6;
 inline constexpr int labelGapBelowNumbers = 14;
@@ -146,6 +163,7 @@ std::string largerFile (const Bitmap& bitmap, int percent);
 // In the order in which the views are added: later rows lie on top.
 std::span<const Control> controls ();
 std::span<const Label> labels ();
+std::span<const Section> sections (); // from the top left; later ones lie on top
 
 // Top of the capitals of a control's own label.
 int labelTop (const Control& control);

@@ -1,7 +1,5 @@
 // Draws the panel's bitmaps into a folder: makePanel resources/panel
-// With --controls it also writes the list of controls.
 #include "picture/Png.h"
-#include "resources/panel/ControlList.h"
 #include "resources/panel/PanelArt.h"
 
 #include <CLI/CLI.hpp>
@@ -25,9 +23,8 @@ int main (int argc, char** argv)
     try
     {
         CLI::App app{ "Draws the bitmaps of the panel." };
-        std::string folder, controls;
+        std::string folder;
         app.add_option ("folder", folder, "Where the pictures go")->check (CLI::ExistingDirectory);
-        app.add_option ("--controls", controls, "Markdown file for the list of controls");
         CLI11_PARSE (app, argc, argv);
 
         if (!folder.empty ())
@@ -43,11 +40,6 @@ int main (int argc, char** argv)
                     picture::writePng (panel::drawBitmap (bitmap, percent), file);
                 }
             }
-        }
-        if (!controls.empty ())
-        {
-            const std::string page = panel::controlList ();
-            writeFile (controls, { page.begin (), page.end () });
         }
     }
     catch (const std::exception& error)

@@ -7,7 +7,6 @@
 
 #include "picture/Dib.h"
 #include "picture/Png.h"
-#include "resources/panel/ControlList.h"
 #include "resources/panel/PanelArt.h"
 #include "tests/panel/PanelFiles.h"
 
@@ -50,8 +49,6 @@ TEST (PanelPictures, bitmapFilesHoldTheirSizesAndAreOpaque)
 
 TEST (PanelPictures, committedFilesAreWhatTheTablesMake)
 {
-    EXPECT_EQ (readResource ("../../docs/controls.md"), panel::controlList ())
-        << "renew it: makePanel --controls docs/controls.md";
     const std::string list = readResource ("../resources.txt");
     const auto expectListed = [&list] (const char* type, int id, const std::string& file)
     {
