@@ -54,12 +54,8 @@ void UserBank::save (const BankImage& image) const
 {
     const std::filesystem::path bankFile = path ();
     if (bankFile.empty ())
-    {
         services.showMessage ("Could not find proper VST DLL location!", "Error!", Buttons::ok);
-        return;
-    }
-    std::error_code failed;
-    std::filesystem::create_directories (bankFile.parent_path (), failed);
-    platform::replaceFile (bankFile, std::as_bytes (std::span (&image, 1)));
+    else
+        platform::replaceFile (bankFile, std::as_bytes (std::span (&image, 1)));
 }
 }

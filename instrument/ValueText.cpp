@@ -230,15 +230,15 @@ bool begins (const std::string& name, const std::string& wanted)
     return isWhole || (wanted[0] >= 'a' && wanted[0] <= 'z');
 }
 
-// The start of a position's share.
-std::optional<float> positionNamed (const std::string& wanted, Names names)
+// The start of a position's share, or the position itself where that is what is stored.
+std::optional<float> positionNamed (const std::string& wanted, const Row& row)
 {
-    const std::size_t last = names.size () - 1;
-    for (std::size_t position = 0; position <= last; ++position)
+    const float last = row.position == wholePosition ? 1.0f : static_cast<float> (row.names.size () - 1);
+    for (std::size_t position = 0; position < row.names.size (); ++position)
     {
-        const std::string name = names[position];
+        const std::string name = lowered (row.names[position]);
         if (begins (name, wanted) || begins (name, "+" + wanted))
-            return static_cast<float> (position) / static_cast<float> (last);
+            return static_cast<float> (position) / last;
     }
     return std::nullopt;
 }
@@ -310,7 +310,7 @@ std::optional<float> valueFromText (std::int32_t parameter, const std::string& t
         return divisionNamed (wanted);
     const Row row = rowOf (parameter, context);
     if (!row.names.empty ())
-        return positionNamed (wanted, row.names);
+        return positionNamed (wanted, row);
     if (row.special != nullptr && std::string (row.special).starts_with (wanted))
         return row.specialAt;
 

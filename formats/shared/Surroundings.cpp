@@ -1,5 +1,7 @@
 #include "formats/shared/Surroundings.h"
 
+#include <system_error>
+
 #include "platform/UserFolder.h"
 
 namespace formats
@@ -10,6 +12,8 @@ instrument::Services surroundings ()
     services.libraryPath = [] // of which the bank's own path is made
     {
         const std::filesystem::path folder = platform::userFolder ();
+        std::error_code failed; // then the bank cannot be saved, which is no error
+        std::filesystem::create_directories (folder, failed);
         return folder.empty () ? folder : folder / "Brimvale.bnk";
     };
     return services;
