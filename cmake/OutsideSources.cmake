@@ -48,10 +48,10 @@ target_include_directories(ebur128 SYSTEM PUBLIC ${BRIMVALE_EBUR128_DIR}/ebur128
 target_compile_options(ebur128 PRIVATE ${plainly})
 
 # Debian packages of headers alone. The cross compiler must not see the rest of the folder that they lie in,
-# so it gets a folder with nothing but them.
+# so it gets a folder with nothing but them. Further arguments: where else to look.
 function(brimvale_header_package name folder header)
     string(TOUPPER BRIMVALE_${name}_DIR variable)
-    find_path(${variable} ${header} NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+    find_path(${variable} ${header} PATHS ${ARGN} NO_CMAKE_FIND_ROOT_PATH REQUIRED)
     file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/outside/${name})
     file(CREATE_LINK ${${variable}}/${folder} ${CMAKE_BINARY_DIR}/outside/${name}/${folder} SYMBOLIC)
     add_library(${name} INTERFACE)

@@ -1,5 +1,6 @@
 #include "editor/Panel.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -73,6 +74,14 @@ Panel::Size Panel::size ()
     if (closed)
         updateRect ();
     return shownSize;
+}
+
+bool Panel::setHostScale (double scale)
+{
+    if (!closed || synth.settings ().read (settingsKey, zoomName) != 0)
+        return false;
+    zoomChoice = std::max (0, zoomEntryFitting (scale));
+    return true;
 }
 
 bool Panel::open (void* parentWindow)

@@ -38,6 +38,7 @@ public:
 
     // HostedPanel
     Size size () override;
+    bool setHostScale (double scale) override;
     bool open (void* parentWindow) override;
     void close () override;
     void idle () override;

@@ -23,6 +23,10 @@ public:
     // What the window has or, while it is closed, will have.
     virtual Size size () = 0;
 
+    // What the host enlarges its windows by, for the size at which the panel opens until the user has chosen
+    // a zoom. False while it is open, or when the user has.
+    virtual bool setHostScale (double scale) = 0;
+
     // Opens inside the host's window (an HWND or an X11 window id); false when that failed.
     virtual bool open (void* parentWindow) = 0;
     virtual void close () = 0;

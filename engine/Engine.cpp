@@ -257,8 +257,7 @@ void Engine::applyPedalOrWheel (std::uint32_t controller, std::uint32_t data)
             endKeptKeys ();
         break;
     case controllerAllSoundOff:
-        voices.silence (false);
-        endAllNotes ();
+        silence ();
         break;
     case controllerReset:
         pedalAndWheel.resetControllers ();
@@ -298,6 +297,12 @@ void Engine::endAllNotes ()
     voices.releaseAll ();
     voices.forgetKeys ();
     host.allKeysEnded ();
+}
+
+void Engine::silence ()
+{
+    voices.silence (false);
+    endAllNotes ();
 }
 
 void Engine::endNote (int note)

@@ -49,6 +49,9 @@ public:
     // A key goes down or up; notes outside 0..127 are ignored.
     void noteEvent (int note, std::uint32_t velocity, bool isNoteOn);
 
+    // Ends every voice at once and forgets the held keys; controllers stay as they are.
+    void silence ();
+
     // Applies the current cutoff setting to every voice's filter.
     void refreshVoiceFilters ();
 

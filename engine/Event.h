@@ -12,7 +12,8 @@ struct Event
     {
         midi,      // `status`, `data1` and `data2` of a short message
         parameter, // `index` changes to `value`
-        foreign    // anything else a host may put into its list
+        foreign,   // anything else a VST 2.4 host may put into its list
+        none       // nothing happens
     };
 
     std::int32_t offset = 0; // samples from the start of the block

@@ -76,7 +76,7 @@ std::optional<Event> EventIntake::nextDue (std::int32_t n)
         // does not sound.
         next += event.kind == Event::Kind::foreign ? 2 : 1;
         const bool wasFirst = programsFirst && isProgramChange (event);
-        if (event.kind != Event::Kind::foreign && !wasFirst)
+        if ((event.kind == Event::Kind::midi || event.kind == Event::Kind::parameter) && !wasFirst)
             return event;
     }
     return std::nullopt;

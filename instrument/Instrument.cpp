@@ -66,10 +66,12 @@ Instrument::Instrument (Services surroundings, FormatHost& formatHost, Additions
     setProgram (0);
 }
 
-void Instrument::setSampleRate (float hz)
+bool Instrument::setSampleRate (float hz)
 {
-    if (hz >= lowestSampleRate && hz <= highestSampleRate)
+    const bool isPossible = hz >= lowestSampleRate && hz <= highestSampleRate;
+    if (isPossible)
         hostSampleRate.store (hz, std::memory_order_relaxed);
+    return isPossible;
 }
 
 // --- Parameters and programs
@@ -453,5 +455,12 @@ void Instrument::render (float* left, float* right, std::int32_t frames)
     const AudioCall call (*this);
     beginAudioCall ();
     engine.renderBlock (left, right, frames);
+}
+
+void Instrument::silence ()
+{
+    const AudioCall call (*this);
+    beginAudioCall ();
+    engine.silence ();
 }
 }

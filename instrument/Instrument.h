@@ -56,7 +56,7 @@ public:
     float parameterValue (std::int32_t index) const; // as the engine uses it: finite and within its range
     void setProgram (std::int32_t program);          // outside 0..127: ignored
     std::int32_t getProgram () const { return currentProgram.load (std::memory_order_relaxed); }
-    void setSampleRate (float hz);                           // outside 1000..1000000 Hz: stays as it was
+    bool setSampleRate (float hz); // outside 1000..1000000 Hz: false, stays as it was
     std::uint32_t midiController (std::int32_t index) const; // bound controller, 0: none
     Additions additions () const { return wantedAdditions.load (std::memory_order_relaxed); }
     void setAdditions (Additions wanted) { wantedAdditions.store (wanted, std::memory_order_relaxed); }
@@ -100,6 +100,8 @@ public:
 
     // The next frames into both outputs; null ones are left out.
     void render (float* left, float* right, std::int32_t frames);
+
+    void silence (); // every voice at once; held keys are forgotten
 
 private:
     class AudioCall;

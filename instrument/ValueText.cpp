@@ -25,7 +25,8 @@ std::string format (const char* pattern, Numbers... numbers)
     return text;
 }
 
-// Units: how a number is told, and what a typed one may be followed by.
+// Units: how a number is told, and what a typed one may be followed by. The digits change where the number
+// would be rounded up to the next form's, so that a text that is typed is told in the same words.
 std::string percent (double x)
 {
     return format ("%.0f %%", x);
@@ -36,16 +37,16 @@ std::string signedPercent (double x)
 }
 std::string cents (double x)
 {
-    return format (std::abs (x) < 10.0 ? "%+.1f cents" : "%+.0f cents", x);
+    return format (std::abs (x) < 9.95 ? "%+.1f cents" : "%+.0f cents", x);
 }
 std::string depthInCents (double x)
 {
-    return format (x < 10.0 ? "\xC2\xB1%.1f cents" : "\xC2\xB1%.0f cents", x);
+    return format (x < 9.95 ? "\xC2\xB1%.1f cents" : "\xC2\xB1%.0f cents", x);
 }
 std::string seconds (double x)
 {
-    if (x < 1.0)
-        return format (x < 0.01 ? "%.1f ms" : "%.0f ms", x * 1000.0);
+    if (x < 0.9995)
+        return format (x < 0.00995 ? "%.1f ms" : "%.0f ms", x * 1000.0);
     return format ("%.2f s", x);
 }
 std::string hertz (double x)
@@ -120,6 +121,8 @@ constexpr const char* lfoWaveNames[] = { "triangle", "saw up", "saw down",
                                          "square",   "noise",  "sample and hold" };
 constexpr const char* voiceCounts[] = { "2", "4", "6", "8", "10", "12", "14", "16" };
 constexpr const char* offOn[] = { "off", "on" };
+constexpr const char* onOff[] = { "on", "off" };                         // of an inverted switch
+constexpr const char* volTypeGains[] = { "+4.1 dB", "0 dB", "-5.7 dB" }; // as volTypeGain
 
 using Names = std::span<const char* const>;
 
@@ -130,6 +133,14 @@ std::int32_t evenPosition (float value, std::int32_t last)
 std::int32_t voicesPosition (float value, std::int32_t /*last*/)
 {
     return voiceCountFor (value).value_or (mostVoices) / 2 - 1;
+}
+std::int32_t wholePosition (float value, std::int32_t /*last*/)
+{
+    return truncateToInt (value);
+}
+std::int32_t anythingBut0 (float value, std::int32_t /*last*/)
+{
+    return value != 0.0f ? 1 : 0;
 }
 std::int32_t anythingAbove0 (float value, std::int32_t /*last*/)
 {
@@ -177,10 +188,14 @@ constexpr Row rows[] = {
     named (paramLfoWave, lfoWaveNames),
     { paramLfoPitch, 0.0f, vibratoCents, depthInCents, "off" },
     { paramGlideMono, 0.0f, glide, seconds, "off, polyphonic" },
+    named (paramGlideAuto, offOn, anythingBut0),
     named (paramVoices, voiceCounts, voicesPosition),
+    named (paramVolType, volTypeGains, wholePosition),
+    named (paramShowKeys, offOn, anythingBut0),
     { paramVelocityAmp, 0.0f, inPercent, percent, "off" },
     { paramVelocityFilter, 0.0f, inPercent, percent, "off" },
     named (paramSmothFilt, offOn, anythingAbove0),
+    named (paramHighQuality, onOff, anythingBut0),
     named (paramFilterKeyTrak, offOn, anythingAbove0),
     named (paramLfoBmpSync, offOn, anythingAbove0),
 };
@@ -215,15 +230,15 @@ bool begins (const std::string& name, const std::string& wanted)
     return isWhole || (wanted[0] >= 'a' && wanted[0] <= 'z');
 }
 
-// The start of a position's share.
-std::optional<float> positionNamed (const std::string& wanted, Names names)
+// The start of a position's share, or the position itself where that is what is stored.
+std::optional<float> positionNamed (const std::string& wanted, const Row& row)
 {
-    const std::size_t last = names.size () - 1;
-    for (std::size_t position = 0; position <= last; ++position)
+    const float last = row.position == wholePosition ? 1.0f : static_cast<float> (row.names.size () - 1);
+    for (std::size_t position = 0; position < row.names.size (); ++position)
     {
-        const std::string name = names[position];
+        const std::string name = lowered (row.names[position]);
         if (begins (name, wanted) || begins (name, "+" + wanted))
-            return static_cast<float> (position) / static_cast<float> (last);
+            return static_cast<float> (position) / last;
     }
     return std::nullopt;
 }
@@ -295,7 +310,7 @@ std::optional<float> valueFromText (std::int32_t parameter, const std::string& t
         return divisionNamed (wanted);
     const Row row = rowOf (parameter, context);
     if (!row.names.empty ())
-        return positionNamed (wanted, row.names);
+        return positionNamed (wanted, row);
     if (row.special != nullptr && std::string (row.special).starts_with (wanted))
         return row.specialAt;
 

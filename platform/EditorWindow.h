@@ -8,6 +8,9 @@ class CFrame;
 // What the editor's window needs of the system. User-interface thread only.
 namespace platform
 {
+// The windows of this system as plug-in interfaces name them: "x11" or "win32". Any thread.
+const char* windowSystem ();
+
 // Starts the toolkit, and ends it when no frame is open any more.
 void startToolkit ();
 void endToolkit ();

@@ -143,6 +143,11 @@ void askForEveryMotion (xcb_window_t window)
 }
 }
 
+const char* windowSystem ()
+{
+    return "x11";
+}
+
 // Told where this library lies it would look for files beside it; everything is compiled in.
 void startToolkit ()
 {

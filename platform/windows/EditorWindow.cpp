@@ -7,6 +7,11 @@
 
 namespace platform
 {
+const char* windowSystem ()
+{
+    return "win32";
+}
+
 void startToolkit ()
 {
     VSTGUI::init (ownModule ());

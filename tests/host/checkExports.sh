@@ -1,12 +1,13 @@
 #!/bin/bash
-# The library exports its three entry points and nothing else, and a Windows library needs no file but
-# those of Windows itself: checkExports.sh LIBRARY
+# The library exports its entry points and nothing else, and a Windows library needs no file but
+# those of Windows itself: checkExports.sh LIBRARY [NAME...], without names those of VST 2.4
 set -euo pipefail
 library=$1
-expected="MAIN VSTPluginMain main"
+shift
+expected=${*:-MAIN VSTPluginMain main}
 
-case $library in
-    *.dll)
+case $(head -c 2 "$library") in
+    MZ)
         table=$(x86_64-w64-mingw32-objdump -p "$library")
         exported=$(awk '/^\[Ordinal\/Name Pointer\] Table/ { on = 1; next } on && NF == 0 { on = 0 } on { print $NF }' <<< "$table")
         needed=$(awk '/DLL Name:/ { print tolower($3) }' <<< "$table" | sort -u | tr '\n' ' ')

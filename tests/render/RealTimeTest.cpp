@@ -1,71 +1,15 @@
-// The audio thread allocates nothing, locks nothing and makes no system call while it renders. Linux only:
-// the C library's functions are replaced by counting ones, and the kernel is asked to kill a process that
-// calls it.
-#include <csignal>
-#include <cstdlib>
+// The audio thread allocates nothing, locks nothing and makes no system call while it renders.
 #include <mutex>
 
-#include <dlfcn.h>
-#include <linux/seccomp.h>
-#include <pthread.h>
-#include <sys/prctl.h>
+#include <gtest/gtest.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <gtest/gtest.h>
-
+#include "tests/render/AudioThreadWatch.h"
 #include "tests/support/Signals.h"
 #include "tests/support/TestSynth.h"
 
 using namespace parameters;
-
-namespace
-{
-int allocations = 0; // calls of the allocator, either way
-int locks = 0;
-}
-
-extern "C"
-{
-    // The C library's own, under the names that stay when malloc and its kin are replaced.
-    // NOLINTBEGIN(bugprone-reserved-identifier)
-    void* __libc_malloc (size_t size);
-    void* __libc_calloc (size_t count, size_t size);
-    void* __libc_memalign (size_t alignment, size_t size);
-    void* __libc_realloc (void* memory, size_t size);
-    void __libc_free (void* memory);
-    // NOLINTEND(bugprone-reserved-identifier)
-
-    void* malloc (size_t size)
-    {
-        return ++allocations, __libc_malloc (size);
-    }
-    void* calloc (size_t count, size_t size)
-    {
-        return ++allocations, __libc_calloc (count, size);
-    }
-    void* aligned_alloc (size_t alignment, size_t size)
-    {
-        return ++allocations, __libc_memalign (alignment, size);
-    }
-    void* realloc (void* memory, size_t size)
-    {
-        return ++allocations, __libc_realloc (memory, size);
-    }
-    void free (void* memory)
-    {
-        ++allocations, __libc_free (memory);
-    }
-
-    int pthread_mutex_lock (pthread_mutex_t* mutex)
-    {
-        using Lock = int (*) (pthread_mutex_t*);
-        static const auto real = reinterpret_cast<Lock> (dlsym (RTLD_NEXT, "pthread_mutex_lock"));
-        ++locks;
-        return real (mutex);
-    }
-}
 
 namespace
 {
@@ -136,38 +80,19 @@ private:
     float* outputs[2] = { left.data (), right.data () };
 };
 
-// Runs `work` in a process of its own that the kernel kills for any call but a plain exit. True when it
-// lived.
-template <typename Work>
-bool livesWithoutSystemCalls (Work work)
-{
-    const pid_t child = fork ();
-    if (child == 0)
-    {
-        prctl (PR_SET_SECCOMP, SECCOMP_MODE_STRICT);
-        work ();
-        syscall (SYS_exit, 0);
-    }
-    int status = 0;
-    waitpid (child, &status, 0);
-    return WIFEXITED (status) && WEXITSTATUS (status) == 0;
-}
 }
 
 TEST (RealTimeTest, RenderingAllocatesAndLocksNothing)
 {
     AudioThread thread;
-    allocations = 0;
-    locks = 0;
-    thread.run ();
-    const int counted[] = { allocations, locks };
-    EXPECT_EQ (counted[0], 0);
-    EXPECT_EQ (counted[1], 0);
+    EXPECT_EQ (callsDuring ([&thread] { thread.run (); }), (Calls{ 0, 0 }));
     EXPECT_TRUE (thread.sounded ());
-    allocations = locks = 0; // and the counters count
-    std::mutex mutex;
-    const auto number = std::make_unique<std::lock_guard<std::mutex>> (mutex);
-    EXPECT_EQ (std::pair (allocations, locks), std::pair (1, 1));
+    const auto both = [] // and the counters count
+    {
+        std::mutex mutex;
+        const auto number = std::make_unique<std::lock_guard<std::mutex>> (mutex);
+    };
+    EXPECT_EQ (callsDuring (both), (Calls{ 2, 1 }));
 }
 
 TEST (RealTimeTest, RenderingMakesNoSystemCall)

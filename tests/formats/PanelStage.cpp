@@ -1,0 +1,183 @@
+#include "tests/formats/PanelStage.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <future>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "editor/MenuTable.h"
+#include "host/Plugin.h"
+#include "resources/panel/PanelLayout.h"
+
+namespace
+{
+using namespace std::chrono_literals;
+
+constexpr int smallZoom = 0; // entries of the zoom menu
+constexpr int largeZoom = 2;
+
+class VstPanel final : public FormatPanel
+{
+public:
+    VstPanel ()
+        : plugin (BRIMVALE_LIBRARY,
+                  [this] (VstInt32 opcode, VstInt32 width, VstIntPtr height, void*, float)
+                  {
+                      if (opcode == audioMasterSizeWindow)
+                          resized (width, static_cast<int> (height));
+                      return opcode == audioMasterSizeWindow || opcode == audioMasterCanDo ? 1 : 0;
+                  })
+    {
+    }
+    std::pair<int, int> size () override
+    {
+        ERect* rect = nullptr;
+        plugin.call (effEditGetRect, 0, 0, &rect);
+        return { rect->right - rect->left, rect->bottom - rect->top };
+    }
+    bool open (void* window) override { return plugin.call (effEditOpen, 0, 0, window) != 0; }
+    void close () override { plugin.call (effEditClose); }
+    void turn () override { plugin.call (effEditIdle); }
+
+private:
+    host::Plugin plugin;
+};
+
+int places (int pixels, int percent)
+{
+    return pixels * percent / 100;
+}
+}
+
+PanelStage::PanelStage ()
+{
+    char folder[] = "/tmp/brimvale-formats.XXXXXX";
+    settingsFolder = mkdtemp (folder);
+    setenv ("XDG_CONFIG_HOME", settingsFolder.c_str (), 1);
+    screen = std::make_unique<ScreenGrab> ();
+
+    VstPanel vst;
+    open (vst);
+    const auto settled = [this] (int percent)
+    {
+        // The logo's corner is the first thing to come; all is there when it does not change any more.
+        Picture last;
+        EXPECT_TRUE (until (
+            [&]
+            {
+                const Picture now = picture (percent);
+                return now.at (5, 5) != picture::Colour{} && std::exchange (last, now) == now;
+            }));
+        return last;
+    };
+    ofVst24[100] = settled (100);
+    EXPECT_TRUE (matches (ofVst24[100], { 0, 0, 160, 90 }, bitmapFile (panel::panelBitmapId), 0));
+    chooseZoom (largeZoom);
+    ofVst24[150] = settled (150);
+    chooseZoom (smallZoom);
+    EXPECT_TRUE (shows (ofVst24[100], 100));
+    close ();
+}
+
+PanelStage::~PanelStage ()
+{
+    screen.reset ();
+    std::filesystem::remove_all (settingsFolder);
+}
+
+void PanelStage::open (FormatPanel& panel)
+{
+    mouse ("mousemove 1900 1300"); // where it touches nothing
+    const auto [width, height] = panel.size ();
+    window = platform::HostWindow::make (width, height);
+    panel.resized = [this] (int newWidth, int newHeight) { window->resize (newWidth, newHeight); };
+    ASSERT_TRUE (panel.open (window->handle ()));
+    shown = &panel;
+}
+
+void PanelStage::close ()
+{
+    shown->close ();
+    shown = nullptr;
+    window = nullptr;
+}
+
+void PanelStage::turn ()
+{
+    window->handleEvents ();
+    shown->turn ();
+    std::this_thread::sleep_for (10ms);
+}
+
+bool PanelStage::until (const std::function<bool ()>& condition)
+{
+    const auto deadline = std::chrono::steady_clock::now () + 10s;
+    while (!condition ())
+    {
+        if (std::chrono::steady_clock::now () > deadline)
+            return false;
+        turn ();
+    }
+    return true;
+}
+
+// The main loop goes on meanwhile.
+void PanelStage::mouse (const std::string& actions)
+{
+    const auto done =
+        std::async (std::launch::async, [&actions] { return std::system (("xdotool " + actions).c_str ()); });
+    while (done.wait_for (0ms) != std::future_status::ready && shown != nullptr)
+        turn ();
+}
+
+Picture PanelStage::picture (int percent)
+{
+    return screen->grab (places (panel::panelRect.width, percent), places (panel::panelRect.height, percent));
+}
+
+bool PanelStage::shows (const Picture& expected, int percent)
+{
+    return until ([&] { return picture (percent) == expected; });
+}
+
+// The zoom menu is the eleventh entry of the main menu; its own entries are told from the last one up.
+void PanelStage::chooseZoom (int entry)
+{
+    const int percent = shown->size ().first * 100 / panel::panelRect.width;
+    const panel::Rect& button = panel::menuButtonRect;
+    mouse ("mousemove " + std::to_string (places (button.x + 10, percent)) + " " +
+           std::to_string (places (button.y + 10, percent)));
+    const Picture before = picture (percent);
+    mouse ("click 1");
+    Picture last = before;
+    EXPECT_TRUE (until (
+        [&]
+        {
+            const Picture now = picture (percent);
+            return now != before && std::exchange (last, now) == now;
+        }));
+    std::string keys = "Down Down Down Down Down Down Down Down Down Down Down Right";
+    for (std::size_t step = static_cast<std::size_t> (entry); step < std::size (editor::zoomPercents); ++step)
+        keys += " Up";
+    mouse ("key --delay 30 " + keys + " Return");
+    mouse ("mousemove 1900 1300");
+}
+
+void PanelStage::expectThePanel (FormatPanel& panel, int openings)
+{
+    for (int opening = 0; opening < openings; ++opening)
+    {
+        SCOPED_TRACE (opening);
+        open (panel);
+        EXPECT_TRUE (shows (expected (100), 100));
+        chooseZoom (largeZoom);
+        EXPECT_TRUE (shows (expected (150), 150));
+        EXPECT_EQ (panel.size (), std::pair (918, 649));
+        chooseZoom (smallZoom);
+        EXPECT_TRUE (shows (expected (100), 100));
+        close ();
+    }
+}

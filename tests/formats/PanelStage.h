@@ -1,0 +1,59 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "platform/HostWindow.h"
+#include "tests/editor/Bench.h"
+
+// The panel in one format, as its hosts open it.
+class FormatPanel
+{
+public:
+    virtual ~FormatPanel () = default;
+    virtual std::pair<int, int> size () = 0; // pixels
+    virtual bool open (void* window) = 0;    // X11 window id
+    virtual void close () = 0;
+    virtual void turn () = 0; // of the host's main loop
+
+    std::function<void (int width, int height)> resized; // when the panel asks for another size
+};
+
+// A display of its own with one panel in a window at the top left, played with a real mouse and keyboard by
+// the one thread that also does what a host's main loop does.
+class PanelStage
+{
+public:
+    PanelStage ();
+    ~PanelStage ();
+
+    void open (FormatPanel& panel);
+    void close ();
+
+    // Asks at every turn of the main loop until it is so; false when that takes more than ten seconds.
+    bool until (const std::function<bool ()>& condition);
+
+    void mouse (const std::string& actions); // as xdotool takes them
+    void chooseZoom (int entry);             // of the panel's zoom menu, by keys
+    Picture picture (int percent);
+    bool shows (const Picture& expected, int percent);
+
+    // The panel as the VST 2.4 library shows it at 100 and at 150 percent.
+    const Picture& expected (int percent) const { return ofVst24.at (percent); }
+
+    // Opens it so many times, and each time makes it larger and smaller, looking at it all the while.
+    void expectThePanel (FormatPanel& panel, int openings);
+
+private:
+    void turn ();
+
+    std::string settingsFolder;
+    VirtualDisplay display;
+    std::unique_ptr<ScreenGrab> screen;
+    std::unique_ptr<platform::HostWindow> window;
+    FormatPanel* shown = nullptr;
+    std::map<int, Picture> ofVst24;
+};
