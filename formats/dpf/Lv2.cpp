@@ -1,0 +1,102 @@
+// LV2's side of the instrument.
+#include <DistrhoPluginMain.cpp>
+
+#include <charconv>
+#include <cmath>
+#include <optional>
+
+#include "formats/dpf/SynthPlugin.h"
+
+namespace dpf
+{
+namespace
+{
+constexpr char separator = ','; // of the values in a song
+constexpr double quartersPerWhole = 4.0;
+
+class Lv2Plugin final : public SynthPlugin
+{
+public:
+    // Called where a port has another value than in the block before; and after a song was loaded, where it
+    // has not the default. The host then repeats what it knew when it saved, which a program chosen by MIDI
+    // may have overtaken: such a first value is no news.
+    void setParameterValue (std::uint32_t index, float value) override
+    {
+        const auto repeated = std::exchange (fromSong[index], std::nullopt);
+        if (repeated == value)
+            setKnown (index, value);
+        else
+            takeFromHost (index, value);
+    }
+
+    void run (const float** inputs, float** outputs, std::uint32_t frames, const DISTRHO::MidiEvent* midi,
+              std::uint32_t midiCount) override
+    {
+        followSong (frames);
+        SynthPlugin::run (inputs, outputs, frames, midi, midiCount);
+    }
+
+private:
+    std::optional<engine::Transport> transport () override { return position; }
+
+    std::string extraState () const override
+    {
+        std::string text;
+        for (std::uint32_t index = 0; index < fromSong.size (); ++index)
+        {
+            std::array<char, 32> digits;
+            const auto end = std::to_chars (digits.data (), digits.data () + digits.size (), known (index));
+            text.append (digits.data (), end.ptr) += separator;
+        }
+        return text;
+    }
+
+    void setExtraState (std::string_view text) override
+    {
+        for (auto& value : fromSong)
+        {
+            float read = 0.0f;
+            const auto [end, error] = std::from_chars (text.data (), text.data () + text.size (), read);
+            value = error == std::errc () ? std::optional (read) : std::nullopt;
+            text.remove_prefix (std::min (text.find (separator), text.size () - 1) + 1);
+        }
+    }
+
+    // The framework counts a bar one block too early at each bar line that it finds itself, so a position
+    // that is exactly a bar ahead of what is due is put right; once, for a host may jump that far.
+    void followSong (std::uint32_t frames)
+    {
+        constexpr double tolerance = 1e-3; // quarters
+        const DISTRHO::TimePosition& time = getTimePosition ();
+        engine::Transport now;
+        now.samplePosition = static_cast<double> (static_cast<std::int64_t> (time.frame));
+        if (time.bbt.valid)
+        {
+            const double quartersPerBeat = quartersPerWhole / static_cast<double> (time.bbt.beatType);
+            const double bar = static_cast<double> (time.bbt.beatsPerBar) * quartersPerBeat;
+            const double beats = time.bbt.beat - 1 + time.bbt.tick / time.bbt.ticksPerBeat;
+            double quarters = (time.bbt.bar - 1) * bar + beats * quartersPerBeat;
+            const bool isAhead = due && std::abs (quarters - bar - *due) < tolerance;
+            wasPutRight = isAhead && !wasPutRight;
+            if (wasPutRight)
+                quarters -= bar;
+            now.tempo = time.bbt.beatsPerMinute;
+            now.quarterPosition = quarters;
+            const double minutes = frames / (60.0 * getSampleRate ());
+            due = quarters + (time.playing ? minutes * time.bbt.beatsPerMinute : 0.0);
+        }
+        position = now;
+    }
+
+    std::array<std::optional<float>, formats::shownCount> fromSong;
+    std::optional<engine::Transport> position;
+    std::optional<double> due; // quarters, where the next block should begin
+    bool wasPutRight = false;
+};
+}
+}
+
+DISTRHO::Plugin* DISTRHO::createPlugin ()
+{
+    return new dpf::Lv2Plugin;
+}
