@@ -1,5 +1,11 @@
-// LV2's side of the instrument.
+// LV2's side of the instrument: the framework's, but for what it tells the host, which it takes for told
+// where it is not, and under the numbers of other ports.
+#include <src/DistrhoDefines.h>
+#undef DISTRHO_PLUGIN_EXPORT
+#define DISTRHO_PLUGIN_EXPORT extern "C" // the list of exports decides, on Windows too
+#define lv2_descriptor frameworkDescriptor
 #include <DistrhoPluginMain.cpp>
+#undef lv2_descriptor
 
 #include <charconv>
 #include <cmath>
@@ -11,7 +17,10 @@ namespace dpf
 {
 namespace
 {
-constexpr char separator = ','; // of the values in a song
+constexpr char separator = ',';                                        // of the values in a song
+constexpr std::uint32_t firstControl = DISTRHO_PLUGIN_NUM_OUTPUTS + 2; // behind two ports for events
+
+const LV2_ControlInputPort_Change_Request* nextRequest = nullptr; // of the instance that is being made
 constexpr double quartersPerWhole = 4.0;
 
 class Lv2Plugin final : public SynthPlugin
@@ -38,6 +47,12 @@ public:
 
 private:
     std::optional<engine::Transport> transport () override { return position; }
+
+    bool tellHost (std::uint32_t index, float value) override
+    {
+        return request != nullptr && request->request_change (request->handle, firstControl + index, value) ==
+                                         LV2_CONTROL_INPUT_PORT_CHANGE_SUCCESS;
+    }
 
     std::string extraState () const override
     {
@@ -88,15 +103,40 @@ private:
         position = now;
     }
 
+    const LV2_ControlInputPort_Change_Request* request = nextRequest;
     std::array<std::optional<float>, formats::shownCount> fromSong;
     std::optional<engine::Transport> position;
     std::optional<double> due; // quarters, where the next block should begin
     bool wasPutRight = false;
 };
+
+LV2_Handle instantiate (const LV2_Descriptor* descriptor, double hz, const char* bundlePath,
+                        const LV2_Feature* const* features)
+{
+    for (const LV2_Feature* const* feature = features; *feature != nullptr; ++feature)
+    {
+        if (std::strcmp ((*feature)->URI, LV2_CONTROL_INPUT_PORT_CHANGE_REQUEST_URI) == 0)
+            nextRequest = static_cast<const LV2_ControlInputPort_Change_Request*> ((*feature)->data);
+    }
+    const LV2_Handle made = frameworkDescriptor (0)->instantiate (descriptor, hz, bundlePath, features);
+    nextRequest = nullptr;
+    return made;
+}
 }
 }
 
 DISTRHO::Plugin* DISTRHO::createPlugin ()
 {
     return new dpf::Lv2Plugin;
+}
+
+extern "C" const LV2_Descriptor* lv2_descriptor (std::uint32_t index)
+{
+    static const LV2_Descriptor descriptor = []
+    {
+        LV2_Descriptor ours = *frameworkDescriptor (0);
+        ours.instantiate = dpf::instantiate;
+        return ours;
+    }();
+    return index == 0 ? &descriptor : nullptr;
 }

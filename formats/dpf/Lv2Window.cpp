@@ -3,7 +3,7 @@
 #include <src/DistrhoDefines.h>
 #undef DISTRHO_PLUGIN_EXPORT
 #define DISTRHO_PLUGIN_EXPORT extern "C" // the list of exports decides, on Windows too
-#define lv2ui_descriptor frameworkDescriptor
+#define lv2ui_descriptor frameworkWindow
 #include <DistrhoUIMain.cpp>
 #undef lv2ui_descriptor
 
@@ -36,8 +36,8 @@ LV2UI_Handle instantiate (const LV2UI_Descriptor* descriptor, const char* uri, c
                           const LV2_Feature* const* features)
 {
     nextResize = DISTRHO::getLv2Feature<LV2UI_Resize> (features, LV2_UI__resize);
-    const auto window = frameworkDescriptor (0)->instantiate (descriptor, uri, bundlePath, write, controller,
-                                                              widget, features);
+    const auto window =
+        frameworkWindow (0)->instantiate (descriptor, uri, bundlePath, write, controller, widget, features);
     nextResize = nullptr;
     return window;
 }
@@ -53,7 +53,7 @@ extern "C" const LV2UI_Descriptor* lv2ui_descriptor (std::uint32_t index)
 {
     static const LV2UI_Descriptor descriptor = []
     {
-        LV2UI_Descriptor ours = *frameworkDescriptor (0);
+        LV2UI_Descriptor ours = *frameworkWindow (0);
         ours.instantiate = dpf::instantiate;
         return ours;
     }();

@@ -166,7 +166,7 @@ void SynthPlugin::run (const float** /*inputs*/, float** outputs, std::uint32_t 
     synth.instrument ().processEvents (events.size () > 0 ? &events : nullptr);
     synth.instrument ().render (outputs[0], outputs[1], static_cast<std::int32_t> (frames));
     events.clear ();
-    tellHost ();
+    tellHostOfChanges ();
 }
 
 // --- What the host knows
@@ -188,17 +188,17 @@ bool SynthPlugin::isHeld (std::uint32_t index) const
 
 void SynthPlugin::takeFromHost (std::uint32_t index, float value)
 {
-    if (!isHeld (index))
+    if (!isHeld (index) && value != getParameterValue (index)) // an echo is not heard by the engine
         synth.setValue (asIndex (index), static_cast<double> (value));
     setKnown (index, value); // last, so that nobody finds a difference in between
 }
 
-void SynthPlugin::tellHost ()
+void SynthPlugin::tellHostOfChanges ()
 {
     for (std::uint32_t index = 0; index < knownToHost.size (); ++index)
     {
         const float value = getParameterValue (index);
-        if (value != known (index) && requestParameterValueChange (index, value))
+        if (value != known (index) && tellHost (index, value))
             setKnown (index, value);
     }
 }

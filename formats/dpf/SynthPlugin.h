@@ -61,6 +61,10 @@ protected:
     void setKnown (std::uint32_t index, float value);
     float known (std::uint32_t index) const;
 
+    // From within a block: tells the host that the instrument changed a value itself. False when the host
+    // takes no such news.
+    virtual bool tellHost (std::uint32_t index, float value) = 0;
+
     // What a song has to keep besides the state that all formats share; a line of text without blanks.
     virtual std::string extraState () const { return {}; }
     virtual void setExtraState (std::string_view /*text*/) {}
@@ -76,7 +80,7 @@ private:
     bool resize (int width, int height) override;
     void updateDisplay () override {} // every block and idle call compares the values anyway
 
-    void tellHost ();
+    void tellHostOfChanges ();
 
     std::array<std::atomic<float>, formats::shownCount> knownToHost;
     std::atomic<std::uint64_t> held = 0; // one bit for each parameter

@@ -17,6 +17,10 @@ namespace dpf
 {
 namespace
 {
+constexpr auto noInterface = static_cast<v3_result> (V3_NO_INTERFACE);
+constexpr auto invalidArgument = static_cast<v3_result> (V3_INVALID_ARG);
+constexpr auto notInitialised = static_cast<v3_result> (V3_NOT_INITIALIZED);
+
 constexpr std::uint8_t noteOff = 0x80, noteOn = 0x90, controller = 0xB0, pitchBend = 0xE0;
 constexpr int dataSteps = 128, bendSteps = 128 * 128;
 constexpr unsigned dataBits = 7, dataMask = 0x7F;
@@ -74,6 +78,10 @@ public:
 
 private:
     std::optional<engine::Transport> transport () override { return position; }
+    bool tellHost (std::uint32_t index, float value) override
+    {
+        return requestParameterValueChange (index, value);
+    }
 
     static engine::Transport positionFrom (const v3_process_context& context)
     {
@@ -171,12 +179,12 @@ struct DeafQueue : v3_param_value_queue_cpp
 {
     DeafQueue ()
     {
-        query_interface = [] (void*, const v3_tuid, void**) -> v3_result { return V3_NO_INTERFACE; };
+        query_interface = [] (void*, const v3_tuid, void**) -> v3_result { return noInterface; };
         ref = unref = [] (void*) -> std::uint32_t { return 1; };
         queue.get_param_id = [] (void*) -> v3_param_id { return 0; };
         queue.get_point_count = [] (void*) -> std::int32_t { return 0; };
         queue.get_point = [] (void*, std::int32_t, std::int32_t*, double*) -> v3_result
-        { return V3_INVALID_ARG; };
+        { return invalidArgument; };
         queue.add_point = [] (void*, std::int32_t, double, std::int32_t*) -> v3_result { return V3_OK; };
     }
 };
@@ -185,7 +193,7 @@ struct DeafHost : v3_param_changes_cpp
 {
     DeafHost ()
     {
-        query_interface = [] (void*, const v3_tuid, void**) -> v3_result { return V3_NO_INTERFACE; };
+        query_interface = [] (void*, const v3_tuid, void**) -> v3_result { return noInterface; };
         ref = unref = [] (void*) -> std::uint32_t { return 1; };
         changes.get_param_count = [] (void*) -> std::int32_t { return 0; };
         changes.get_param_data = [] (void*, std::int32_t) -> v3_param_value_queue** { return nullptr; };
@@ -203,7 +211,7 @@ v3_result V3_API process (void* self, v3_process_data* data)
 {
     DISTRHO::PluginVst3* const framework = (*static_cast<DISTRHO::dpf_audio_processor**> (self))->vst3;
     if (framework == nullptr)
-        return static_cast<v3_result> (V3_NOT_INITIALIZED);
+        return notInitialised;
     pluginOf (*framework).take (*data);
     v3_process_data rest = *data;
     rest.input_events = nullptr;
@@ -231,7 +239,7 @@ v3_result V3_API getParameterInfo (void* self, std::int32_t place, v3_param_info
 {
     const DISTRHO::PluginVst3* const framework = frameworkOf (self);
     if (framework == nullptr || place < 0 || place >= getParameterCount (self))
-        return static_cast<v3_result> (V3_INVALID_ARG);
+        return invalidArgument;
     if (!formats::isShown (place))
         return framework->getParameterInfo (place - formats::shownCount, info);
     const v3_result result =
@@ -247,7 +255,7 @@ v3_result V3_API getText (void* self, v3_param_id id, double fraction, v3_str_12
 {
     DISTRHO::PluginVst3* const framework = frameworkOf (self);
     if (framework == nullptr)
-        return static_cast<v3_result> (V3_NOT_INITIALIZED);
+        return notInitialised;
     if (!isShownId (id))
         return framework->getParameterStringForValue (id, fraction, text);
     const auto index = static_cast<std::int32_t> (id - firstShown);
@@ -261,7 +269,7 @@ v3_result V3_API getValueOfText (void* self, v3_param_id id, std::int16_t* text,
 {
     DISTRHO::PluginVst3* const framework = frameworkOf (self);
     if (framework == nullptr || !isShownId (id))
-        return static_cast<v3_result> (V3_INVALID_ARG);
+        return invalidArgument;
     const auto index = static_cast<std::int32_t> (id - firstShown);
     const DISTRHO::ScopedUTF8String typed (text);
     const auto value = pluginOf (*framework).hosted ().valueOf (index, static_cast<const char*> (typed));
