@@ -95,10 +95,10 @@ private:
             wasPutRight = isAhead && !wasPutRight;
             if (wasPutRight)
                 quarters -= bar;
-            now.tempo = time.bbt.beatsPerMinute;
+            now.tempo = time.bbt.beatsPerMinute * quartersPerBeat;
             now.quarterPosition = quarters;
-            const double minutes = frames / (60.0 * getSampleRate ());
-            due = quarters + (time.playing ? minutes * time.bbt.beatsPerMinute : 0.0);
+            const double minutes = time.playing ? frames / (60.0 * getSampleRate ()) : 0.0;
+            due = quarters + minutes * *now.tempo;
         }
         position = now;
     }

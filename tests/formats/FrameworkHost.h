@@ -3,7 +3,6 @@
 #include <memory>
 #include <string>
 
-#include "platform/HostWindow.h"
 #include "tests/formats/Sameness.h"
 
 // One instrument of a library that the framework makes, as the smallest host of its format has it.
@@ -19,12 +18,14 @@ public:
     virtual void set (std::int32_t index, double shown) = 0;
     virtual double value (std::int32_t index) = 0;
 
-    bool hearsChanges = true; // of values that the instrument changed itself
+    bool hearsChanges = true; // that the instrument made itself
 
-    virtual bool openPanel (platform::HostWindow& window) = 0;
+    virtual bool openPanel (void* window) = 0;
+    virtual std::pair<int, int> panelSize () = 0;
     virtual void idlePanel () = 0;
     virtual void closePanel () = 0;
-    std::string edits; // what the panel told: "begin 18;set 18;end 18;"
+    std::function<bool (int width, int height)> resize; // what the panel asks for; false: refused
+    std::string edits;                                  // what it told: "begin 18;set 18;end 18;"
 
     // A song's state around the letters that the instrument keeps in it.
     virtual std::string stateAround (const std::string& letters) const = 0;

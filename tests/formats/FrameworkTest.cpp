@@ -1,4 +1,7 @@
 // The libraries that the framework makes, as their hosts see them: VST3 or LV2, one with each test program.
+#include <array>
+#include <cstring>
+
 #include <gtest/gtest.h>
 
 #include "formats/dpf/Base64.h"
@@ -80,6 +83,28 @@ TEST (Framework, ASongComesBackAsItWas)
     other->set (paramFilterRez, 0.5); // news
     play (*other, {});
     EXPECT_NE (other->saveBank (), host->saveBank ());
+}
+
+// Some hosts send values while they do not play, and want to hear what the instrument did, without
+// complaints.
+TEST (Framework, ValuesCountWithoutFramesAndChangesAreTold)
+{
+    testing::internal::CaptureStderr ();
+    testing::internal::CaptureStdout ();
+    const auto host = started ();
+    host->set (paramFilterFreq, 0.25);
+    play (*host, {}, 0);
+    instrument::BankImage image;
+    std::memcpy (&image, host->saveBank ().data (), sizeof image);
+    EXPECT_EQ (image.programs[0].values[paramFilterFreq], 0.25f);
+    EXPECT_EQ (host->value (paramFilterFreq), 0.25);
+
+    play (*host, std::array{ midi (5, 0xC0, 7, 0) });
+    EXPECT_EQ (host->value (shownProgram), 7.0);
+    EXPECT_EQ (host->value (paramFilterFreq),
+               static_cast<double> (image.programs[7].values[paramFilterFreq]));
+    EXPECT_EQ (testing::internal::GetCapturedStderr (), "");
+    EXPECT_EQ (testing::internal::GetCapturedStdout (), "");
 }
 
 TEST (Framework, DamagedSongsChangeNothing)

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include <gtest/gtest.h>
 #include <lilv/lilv.h>
 #include <lv2/atom/forge.h>
 #include <lv2/atom/util.h>
@@ -27,6 +28,8 @@
 
 #include "formats/shared/ShownParameters.h"
 #include "platform/SharedLibrary.h"
+#include "tests/support/Events.h"
+#include "tests/support/Signals.h"
 
 namespace
 {
@@ -150,16 +153,18 @@ public:
                 const_cast<std::string*> (&state), 0, features.data ());
     }
 
-    bool openPanel (platform::HostWindow& parent) override
+    bool openPanel (void* window) override
     {
-        window = &parent;
-        const LV2_Feature parentFeature = { LV2_UI__parent, parent.handle () };
+        const LV2_Feature parentFeature = { LV2_UI__parent, window };
         const LV2_Feature instanceFeature = { LV2_INSTANCE_ACCESS_URI, instance->lv2_handle };
         LV2_Extension_Data_Feature data = { instance->lv2_descriptor->extension_data };
         const LV2_Feature dataFeature = { LV2_DATA_ACCESS_URI, &data };
         resizing = { this, [] (LV2UI_Feature_Handle handle, int width, int height)
                      {
-                         static_cast<Lv2Host*> (handle)->window->resize (width, height);
+                         auto& host = *static_cast<Lv2Host*> (handle);
+                         if (!host.resize (width, height))
+                             return 1;
+                         host.shownSize = { width, height };
                          return 0;
                      } };
         const LV2_Feature resizeFeature = { LV2_UI__resize, &resizing };
@@ -186,6 +191,7 @@ public:
         return ui != nullptr && widget != nullptr;
     }
 
+    std::pair<int, int> panelSize () override { return shownSize; }
     void idlePanel () override
     {
         static_cast<const LV2UI_Idle_Interface*> (panel->extension_data (LV2_UI__idleInterface))->idle (ui);
@@ -218,7 +224,8 @@ private:
                                                           { LV2_TIME__barBeat, position - bar * beats },
                                                           { LV2_TIME__beatUnit, beatType },
                                                           { LV2_TIME__beatsPerBar, beats },
-                                                          { LV2_TIME__beatsPerMinute, *song.tempo } };
+                                                          { LV2_TIME__beatsPerMinute,
+                                                            *song.tempo * beatType / 4.0 } };
         LV2_Atom_Forge_Frame object;
         lv2_atom_forge_frame_time (&forge, 0);
         lv2_atom_forge_object (&forge, &object, 0, number (LV2_TIME__Position));
@@ -275,7 +282,7 @@ private:
     LV2UI_Resize resizing;
     LV2UI_Touch touching;
 
-    platform::HostWindow* window = nullptr;
+    std::pair<int, int> shownSize = { 612, 433 };
     const LV2UI_Descriptor* panel = nullptr;
     LV2UI_Handle ui = nullptr;
 };
@@ -284,4 +291,37 @@ private:
 std::unique_ptr<FrameworkHost> makeHost ()
 {
     return std::make_unique<Lv2Host> ();
+}
+
+// Told its place once, the instrument counts on by itself; bars begin where they do.
+TEST (Lv2, ASongThatTellsItsPlaceOnceKeepsTime)
+{
+    constexpr int frames = 1000;
+    std::array<std::vector<float>, 2> sounds;
+    for (const bool once : { false, true })
+    {
+        Lv2Host host;
+        host.start (44100.0, frames);
+        host.set (parameters::paramLfoBmpSync, 1);
+        host.set (parameters::paramLfoFilter, 1);
+        host.set (parameters::paramFilterFreq, 0.4);
+        host.set (parameters::paramLfoRate, 0.3);
+        engine::Transport song = { 0.0, 133.0, 0.0 };
+        for (int block = 0; block < 160; ++block)
+        {
+            std::vector<float> left (frames), right (frames);
+            const std::array note = { noteOn (0, 50) };
+            host.render (block == 0 ? std::span<const engine::Event> (note)
+                                    : std::span<const engine::Event> (),
+                         !once || block == 0 ? &song : nullptr, left.data (), right.data (), frames);
+            sounds[once].insert (sounds[once].end (), left.begin (), left.end ());
+            song.samplePosition += frames;
+            *song.quarterPosition = song.samplePosition / 44100.0 * 133.0 / 60.0;
+        }
+    }
+    float most = 0.0f;
+    for (std::size_t n = 0; n < sounds[0].size (); ++n)
+        most = std::max (most, std::abs (sounds[0][n] - sounds[1][n]));
+    EXPECT_LT (most, 1e-3f);
+    EXPECT_GT (peakOf (sounds[0]), 0.05f);
 }

@@ -3,10 +3,12 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <map>
 #include <tuple>
 #include <utility>
 
+#include <gtest/gtest.h>
 #include <travesty/audio_processor.h>
 #include <travesty/bstream.h>
 #include <travesty/component.h>
@@ -197,11 +199,11 @@ struct Frame final : Unknown
     }
     virtual v3_result resize (v3_plugin_view** view, v3_view_rect* rect)
     {
-        window->resize (rect->right, rect->bottom);
-        return v3_cpp_obj (view)->on_size (view, rect);
+        return host.resize (rect->right, rect->bottom) ? v3_cpp_obj (view)->on_size (view, rect) : V3_FALSE;
     }
+    explicit Frame (FrameworkHost& owner) : host (owner) {}
     Loop loop;
-    platform::HostWindow* window = nullptr;
+    FrameworkHost& host;
 };
 
 class Vst3Host final : public FrameworkHost
@@ -306,12 +308,17 @@ public:
         return "__dpf_state_begin__\0bank\0"s + letters + "\0__dpf_state_end__\0\xfe"s;
     }
 
-    bool openPanel (platform::HostWindow& window) override
+    bool openPanel (void* window) override
     {
-        frame.window = &window;
         view = v3_cpp_obj (controller)->create_view (controller, "editor");
         v3_cpp_obj (view)->set_frame (view, frame.as<v3_plugin_frame> ());
-        return v3_cpp_obj (view)->attached (view, window.handle (), V3_VIEW_PLATFORM_TYPE_NATIVE) == V3_OK;
+        return v3_cpp_obj (view)->attached (view, window, V3_VIEW_PLATFORM_TYPE_NATIVE) == V3_OK;
+    }
+    std::pair<int, int> panelSize () override
+    {
+        v3_view_rect rect;
+        v3_cpp_obj (view)->get_size (view, &rect);
+        return { rect.right, rect.bottom };
     }
     void idlePanel () override
     {
@@ -326,9 +333,11 @@ public:
         v3_cpp_obj_unref (std::exchange (view, nullptr));
     }
 
-private:
+    v3_edit_controller** controller = nullptr;
+
     static v3_param_id idOf (std::int32_t index) { return firstShown + static_cast<v3_param_id> (index); }
 
+private:
     void addValue (std::int32_t index, double shown, int offset)
     {
         changes.add (idOf (index), offset, shown / formats::shownHighest (index));
@@ -373,13 +382,12 @@ private:
 
     Application application;
     Handler handler{ edits };
-    Frame frame;
+    Frame frame{ *this };
     Changes changes;
     Notes notes;
     platform::SharedLibrary file{ BRIMVALE_FORMAT_LIBRARY };
     v3_component** component = nullptr;
     v3_audio_processor** processor = nullptr;
-    v3_edit_controller** controller = nullptr;
     v3_midi_mapping** mapping = nullptr;
     v3_plugin_view** view = nullptr;
 };
@@ -388,4 +396,37 @@ private:
 std::unique_ptr<FrameworkHost> makeHost ()
 {
     return std::make_unique<Vst3Host> ();
+}
+
+TEST (Vst3, ListsTheShownParametersAndOneChannelsControllersHidden)
+{
+    Vst3Host host;
+    const auto& controller = *v3_cpp_obj (host.controller);
+    ASSERT_EQ (controller.get_parameter_count (host.controller), formats::shownCount + 130);
+    for (std::int32_t place = 0; place < formats::shownCount + 130; ++place)
+    {
+        v3_param_info info;
+        ASSERT_EQ (controller.get_parameter_info (host.controller, place, &info), V3_OK);
+        const bool isHidden = !formats::isShown (place) || !formats::shownParameter (place).automated;
+        EXPECT_EQ ((info.flags & V3_PARAM_IS_HIDDEN) != 0, isHidden) << place;
+        if (!formats::isShown (place))
+            continue;
+        EXPECT_EQ (info.param_id, Vst3Host::idOf (place));
+        EXPECT_EQ (info.step_count, std::max (formats::shownParameter (place).positions - 1, 0)) << place;
+        EXPECT_EQ (info.default_normalised_value * formats::shownHighest (place),
+                   formats::shownDefault (place));
+    }
+    v3_param_info beyond;
+    EXPECT_NE (controller.get_parameter_info (host.controller, formats::shownCount + 130, &beyond), V3_OK);
+
+    v3_str_128 text;
+    double fraction = 0.0;
+    const auto program = Vst3Host::idOf (formats::shownProgram);
+    controller.get_parameter_string_for_value (host.controller, program, 126.0 / 127.0, text);
+    EXPECT_EQ (std::u16string (text, text + 17), u"127 Old Telephone");
+    EXPECT_EQ (controller.get_parameter_value_for_string (host.controller, program, text, &fraction), V3_OK);
+    EXPECT_EQ (fraction, 126.0 / 127.0);
+    std::int16_t nonsense[] = { 'x', 'y', 0 };
+    EXPECT_NE (controller.get_parameter_value_for_string (host.controller, program, nonsense, &fraction),
+               V3_OK);
 }
