@@ -3,6 +3,7 @@
 #include <src/DistrhoDefines.h>
 #undef DISTRHO_PLUGIN_EXPORT
 #define DISTRHO_PLUGIN_EXPORT extern "C" // the list of exports decides, on Windows too
+#include <src/lv2/lv2.h>                 // declares ours
 #define lv2_descriptor frameworkDescriptor
 #include <DistrhoPluginMain.cpp>
 #undef lv2_descriptor

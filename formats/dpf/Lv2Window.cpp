@@ -3,6 +3,7 @@
 #include <src/DistrhoDefines.h>
 #undef DISTRHO_PLUGIN_EXPORT
 #define DISTRHO_PLUGIN_EXPORT extern "C" // the list of exports decides, on Windows too
+#include <src/lv2/ui.h>                  // declares ours
 #define lv2ui_descriptor frameworkWindow
 #include <DistrhoUIMain.cpp>
 #undef lv2ui_descriptor

@@ -12,12 +12,7 @@ class FrameworkPanel final : public FormatPanel
 public:
     FrameworkPanel ()
     {
-        host->resize = [this] (int width, int height)
-        {
-            if (!isRefused)
-                resized (width, height);
-            return !isRefused;
-        };
+        host->resize = [this] (int width, int height) { return resized (width, height), true; };
     }
     std::pair<int, int> size () override { return isOpen ? host->panelSize () : std::pair (612, 433); }
     bool open (void* window) override { return isOpen = host->openPanel (window); }
@@ -29,7 +24,6 @@ public:
     void turn () override { host->idlePanel (); }
 
     std::unique_ptr<FrameworkHost> host = makeHost ();
-    bool isRefused = false;
 
 private:
     bool isOpen = false;
@@ -43,6 +37,13 @@ TEST (FrameworkPanels, AreThePanelOfVst24)
     stage.expectThePanel (panel, 3);
 
     stage.open (panel);
+    stage.chooseZoom (2);
+    ASSERT_TRUE (stage.shows (stage.expected (150), 150));
+    stage.close ();
+    stage.open (panel); // in a window for 100 percent, which the host could not know better
+    ASSERT_TRUE (stage.shows (stage.expected (150), 150));
+    EXPECT_EQ (panel.size (), std::pair (918, 649));
+    stage.chooseZoom (0);
     ASSERT_TRUE (stage.shows (stage.expected (100), 100));
     panel.host->edits.clear ();
     const panel::Rect& knob = controlOf (parameters::paramFilterFreq).rect;

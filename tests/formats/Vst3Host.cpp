@@ -199,7 +199,8 @@ struct Frame final : Unknown
     }
     virtual v3_result resize (v3_plugin_view** view, v3_view_rect* rect)
     {
-        return host.resize (rect->right, rect->bottom) ? v3_cpp_obj (view)->on_size (view, rect) : V3_FALSE;
+        return host.resize (rect->right, rect->bottom) ? v3_cpp_obj (view)->on_size (view, rect)
+                                                       : static_cast<v3_result> (V3_FALSE);
     }
     explicit Frame (FrameworkHost& owner) : host (owner) {}
     Loop loop;
