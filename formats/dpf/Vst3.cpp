@@ -1,6 +1,6 @@
 // VST3's side of the instrument. The framework's objects are used as they are, but for the operations below,
-// which take the place of its own: its reading of a block (order, bends, parameters within a block and
-// without frames, song position), its list of parameters and its texts.
+// which take the place of its own: its reading of a block (order, bends, values within a block and without
+// frames, song position), its list of parameters and their texts, and its way of keeping songs.
 #include <src/DistrhoDefines.h>
 #undef DISTRHO_PLUGIN_EXPORT
 #define DISTRHO_PLUGIN_EXPORT extern "C" // the list of exports decides, on Windows too
@@ -9,7 +9,10 @@
 #undef GetPluginFactory
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <span>
+#include <vector>
 
 #include "formats/dpf/SynthPlugin.h"
 
@@ -304,6 +307,53 @@ v3_result V3_API getControllerParameter (void* /*self*/, std::int32_t bus, std::
     return V3_TRUE;
 }
 
+// --- Songs
+
+// The state that all formats share, and nothing around it. The framework's own way through text fails on
+// hosts that take or give a song in pieces.
+v3_result V3_API saveSong (void* self, v3_bstream** stream)
+{
+    DISTRHO::PluginVst3* const framework = (*static_cast<DISTRHO::dpf_component**> (self))->vst3;
+    if (framework == nullptr)
+        return notInitialised;
+    std::vector<std::byte> state = pluginOf (*framework).hosted ().saveState ();
+    std::span<std::byte> rest = state;
+    while (!rest.empty ())
+    {
+        std::int32_t written = 0;
+        v3_cpp_obj (stream)->write (stream, rest.data (), static_cast<std::int32_t> (rest.size ()), &written);
+        if (written <= 0)
+            return V3_FALSE;
+        rest = rest.subspan (std::min (static_cast<std::size_t> (written), rest.size ()));
+    }
+    return V3_OK;
+}
+
+v3_result V3_API loadSong (void* self, v3_bstream** stream)
+{
+    constexpr std::size_t mostBytes = 1 << 20; // far more than a state has
+    const DISTRHO::dpf_component& component = **static_cast<DISTRHO::dpf_component**> (self);
+    const DISTRHO::PluginVst3* const framework = component.vst3;
+    if (framework == nullptr)
+        return notInitialised;
+    std::vector<std::byte> state;
+    std::array<std::byte, 4096> piece;
+    for (std::int32_t read = 1; read > 0 && state.size () < mostBytes;)
+    {
+        read = 0;
+        v3_cpp_obj (stream)->read (stream, piece.data (), static_cast<std::int32_t> (piece.size ()), &read);
+        state.insert (state.end (), piece.begin (),
+                      piece.begin () + std::clamp<std::int32_t> (read, 0, piece.size ()));
+    }
+    if (!pluginOf (*framework).hosted ().loadState (state))
+        return V3_FALSE;
+    const DISTRHO::dpf_edit_controller* const controllerSide = component.controller;
+    if (controllerSide != nullptr && controllerSide->handler != nullptr)
+        v3_cpp_obj (controllerSide->handler)
+            ->restart_component (controllerSide->handler, V3_RESTART_PARAM_VALUES_CHANGED);
+    return V3_OK;
+}
+
 // --- Objects, of which those operations become part before a host sees them
 
 void mendMapping (void* object)
@@ -349,9 +399,13 @@ v3_result V3_API queryComponent (void* self, const v3_tuid id, void** found)
 v3_result V3_API createInstance (void* self, const v3_tuid classId, const v3_tuid id, void** made)
 {
     const v3_result result = DISTRHO::dpf_factory::create_instance (self, classId, id, made);
-    if (result == V3_OK)
-        (*static_cast<DISTRHO::dpf_component**> (*made))->query_interface = queryComponent;
-    return result;
+    if (result != V3_OK)
+        return result;
+    DISTRHO::dpf_component& mended = **static_cast<DISTRHO::dpf_component**> (*made);
+    mended.query_interface = queryComponent;
+    mended.comp.get_state = saveSong;
+    mended.comp.set_state = loadSong;
+    return V3_OK;
 }
 }
 }

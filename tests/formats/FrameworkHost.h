@@ -27,8 +27,9 @@ public:
     std::function<bool (int width, int height)> resize; // what the panel asks for; false: refused
     std::string edits;                                  // what it told: "begin 18;set 18;end 18;"
 
-    // A song's state around the letters that the instrument keeps in it.
-    virtual std::string stateAround (const std::string& letters) const = 0;
+    // What the format keeps a state in, there and back.
+    virtual std::string songOf (std::span<const std::byte> state) const = 0;
+    virtual std::vector<std::byte> stateOf (const std::string& song) const = 0;
 
 protected:
     static constexpr int longestBlock = 1024;

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "formats/dpf/Base64.h"
 #include "formats/shared/ShownParameters.h"
 #include "formats/shared/State.h"
 #include "instrument/Bank.h"
@@ -16,17 +15,13 @@ using namespace formats;
 
 bool FrameworkHost::loadBank (std::span<const std::byte> image)
 {
-    load (stateAround (dpf::toBase64 (image)));
+    load (songOf (image));
     return true;
 }
 
 std::vector<std::byte> FrameworkHost::saveBank ()
 {
-    const std::string song = save ();
-    const std::size_t letters =
-        dpf::toBase64 (writeState (0, std::vector<std::byte> (sizeof (instrument::BankImage)))).size ();
-    const std::string before = stateAround ("!");
-    const auto state = dpf::fromBase64 (song.substr (before.find ('!'), letters)).value ();
+    const auto state = stateOf (save ());
     const auto bank = readState (state).value ().bank;
     return { bank.begin (), bank.end () };
 }
@@ -113,11 +108,10 @@ TEST (Framework, DamagedSongsChangeNothing)
     host->set (shownProgram, 9);
     play (*host, {});
     const std::string song = host->save ();
-    const std::size_t middle = song.size () / 2;
-    for (const std::string& damaged :
-         { host->stateAround (""), host->stateAround ("AAAA"), host->stateAround ("no letters!"),
-           song.substr (0, 200) + song.substr (204),
-           song.substr (0, middle) + "AAAA" + song.substr (middle + 4) })
+    std::string changed = song;
+    changed[song.size () / 2] ^= 1;
+    for (const std::string& damaged : { std::string (), std::string ("no state"), song.substr (0, 200),
+                                        song.substr (0, 200) + song.substr (204), changed, song + song })
     {
         host->load (damaged);
         play (*host, {});

@@ -26,6 +26,7 @@
 #include <lv2/urid/urid.h>
 #include <lv2/worker/worker.h>
 
+#include "formats/dpf/Base64.h"
 #include "formats/shared/ShownParameters.h"
 #include "platform/SharedLibrary.h"
 #include "tests/support/Events.h"
@@ -203,7 +204,11 @@ public:
             panel->cleanup (std::exchange (ui, nullptr));
     }
 
-    std::string stateAround (const std::string& letters) const override { return letters; }
+    std::string songOf (std::span<const std::byte> state) const override { return dpf::toBase64 (state); }
+    std::vector<std::byte> stateOf (const std::string& song) const override
+    {
+        return dpf::fromBase64 (song.substr (0, song.find ('.'))).value ();
+    }
 
 private:
     template <typename Interface>

@@ -44,20 +44,22 @@ protected:
     ~Unknown () = default;
 };
 
-struct Stream final : Unknown // of a song
+struct Stream final : Unknown // of a song, in pieces
 {
     virtual v3_result read (void* to, std::int32_t most, std::int32_t* count)
     {
-        *count = static_cast<std::int32_t> (
-            bytes.copy (static_cast<char*> (to), static_cast<std::size_t> (most), at));
+        *count = static_cast<std::int32_t> (bytes.copy (
+            static_cast<char*> (to), std::min<std::size_t> (static_cast<std::size_t> (most), piece), at));
         at += static_cast<std::size_t> (*count);
         return V3_OK;
     }
     virtual v3_result write (const void* from, std::int32_t count, std::int32_t* done)
     {
-        bytes.append (static_cast<const char*> (from), static_cast<std::size_t> (*done = count));
+        *done = std::min (count, static_cast<std::int32_t> (piece));
+        bytes.append (static_cast<const char*> (from), static_cast<std::size_t> (*done));
         return V3_OK;
     }
+    static constexpr std::size_t piece = 100;
     std::string bytes;
     std::size_t at = 0;
 };
@@ -303,10 +305,14 @@ public:
         stream.bytes = state;
         v3_cpp_obj (component)->set_state (component, stream.as<v3_bstream> ());
     }
-    std::string stateAround (const std::string& letters) const override
+    std::string songOf (std::span<const std::byte> state) const override
     {
-        using namespace std::string_literals;
-        return "__dpf_state_begin__\0bank\0"s + letters + "\0__dpf_state_end__\0\xfe"s;
+        return { reinterpret_cast<const char*> (state.data ()), state.size () };
+    }
+    std::vector<std::byte> stateOf (const std::string& song) const override
+    {
+        const auto bytes = std::as_bytes (std::span (song));
+        return { bytes.begin (), bytes.end () };
     }
 
     bool openPanel (void* window) override
