@@ -22,25 +22,30 @@ PanelWindow::PanelWindow ()
         return;
     }
     plugin.setPanelHost (this);
-    isOpen = plugin.panel ().open (reinterpret_cast<void*> (getParentWindowHandle ()));
+    plugin.panel ().open (reinterpret_cast<void*> (getParentWindowHandle ()));
 }
 
 PanelWindow::~PanelWindow ()
 {
-    if (!isEmbed ())
+    if (!hasPanel ())
         return;
     plugin.panel ().close ();
     plugin.setPanelHost (nullptr);
 }
 
+bool PanelWindow::hasPanel () const
+{
+    return plugin.currentPanelHost () == this;
+}
+
 std::uintptr_t PanelWindow::getNativeWindowHandle () const noexcept
 {
-    return isOpen ? reinterpret_cast<std::uintptr_t> (plugin.panel ().window ()) : 0;
+    return hasPanel () ? reinterpret_cast<std::uintptr_t> (plugin.panel ().window ()) : 0;
 }
 
 void PanelWindow::uiIdle ()
 {
-    if (!isOpen)
+    if (!hasPanel ())
         return;
     if (!std::exchange (sizeIsRight, true))
     {

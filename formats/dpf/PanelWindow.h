@@ -50,9 +50,10 @@ private:
 
     void sizeChanged (unsigned width, unsigned height) override;
 
+    bool hasPanel () const; // the last window that opened has it
+
     SynthPlugin& plugin;
     std::unique_ptr<WindowSeat> seat = takeNextSeat ();
-    bool isOpen = false;
     bool sizeIsRight = false;
 };
 }

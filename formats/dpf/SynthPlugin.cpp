@@ -13,8 +13,9 @@ constexpr const char* stateKey = "bank";
 constexpr char extraMark =
     '.'; // between the shared state and what else the format keeps; no letter of base64
 
-// VST3's class ID is made of this by the framework, and songs find the instrument by it: it stays for ever,
-// as do the symbols below and the number and order of the parameters.
+// The framework makes VST3's class ID of these letters: "DPF ", "clas", these and zeros, each four as a
+// little-endian number. Songs find the instrument by it, so it stays for ever, as do the symbols below and
+// the number and order of the parameters.
 constexpr char uniqueId[] = "Qnrk";
 
 // The framework makes an instance of its own to describe the library, which no user's bank shall do.

@@ -30,6 +30,7 @@ public:
 
     // Who passes the panel's wishes on to the host while it is open; null: nobody.
     void setPanelHost (editor::PanelHost* host) { panelHost = host; }
+    const editor::PanelHost* currentPanelHost () const { return panelHost; }
 
     // True where the host has a wrong idea of the value. It counts as told then.
     bool isNewsToHost (std::uint32_t index);

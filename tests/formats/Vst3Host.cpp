@@ -221,7 +221,6 @@ public:
         }
         using Entry = v3_plugin_factory** (*)();
         v3_plugin_factory** const factory = reinterpret_cast<Entry> (file.symbol ("GetPluginFactory")) ();
-        v3_class_info about;
         v3_cpp_obj (factory)->get_class_info (factory, 0, &about);
         v3_cpp_obj (factory)->create_instance (factory, about.class_id, v3_component_iid,
                                                reinterpret_cast<void**> (&component));
@@ -341,6 +340,7 @@ public:
     }
 
     v3_edit_controller** controller = nullptr;
+    v3_class_info about;
 
     static v3_param_id idOf (std::int32_t index) { return firstShown + static_cast<v3_param_id> (index); }
 
@@ -408,6 +408,9 @@ std::unique_ptr<FrameworkHost> makeHost ()
 TEST (Vst3, ListsTheShownParametersAndOneChannelsControllersHidden)
 {
     Vst3Host host;
+    EXPECT_EQ (std::string (host.about.class_id, host.about.class_id + 16),
+               " FPDsalckrnQ" + std::string (4, '\0'))
+        << "songs know it";
     const auto& controller = *v3_cpp_obj (host.controller);
     ASSERT_EQ (controller.get_parameter_count (host.controller), formats::shownCount + 130);
     for (std::int32_t place = 0; place < formats::shownCount + 130; ++place)
