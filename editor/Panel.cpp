@@ -9,6 +9,7 @@
 #include "instrument/ValueText.h"
 #include "platform/EditorWindow.h"
 #include "platform/MessageBox.h"
+#include <vstgui/lib/platform/iplatformframe.h>
 
 namespace editor
 {
@@ -147,6 +148,11 @@ void Panel::close ()
     menuButton = nullptr;
     aboutPage = nullptr;
     aboutShown = false;
+}
+
+void* Panel::window ()
+{
+    return closed ? nullptr : frame->getPlatformFrame ()->getPlatformRepresentation ();
 }
 
 void Panel::idle ()

@@ -41,6 +41,7 @@ public:
     bool setHostScale (double scale) override;
     bool open (void* parentWindow) override;
     void close () override;
+    void* window () override;
     void idle () override;
     bool onKeyDown (std::int32_t character) override; // takes every key
     bool onWheel (float distance) override;

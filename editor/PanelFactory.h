@@ -31,6 +31,9 @@ public:
     virtual bool open (void* parentWindow) = 0;
     virtual void close () = 0;
 
+    // Its own window inside the host's (an HWND or an X11 window id); null while the panel is closed.
+    virtual void* window () = 0;
+
     // To be called regularly while the panel is open.
     virtual void idle () = 0;
 

@@ -1,0 +1,121 @@
+// The libraries that the framework makes, as their hosts see them: VST3 or LV2, one with each test program.
+#include <array>
+#include <cstring>
+
+#include <gtest/gtest.h>
+
+#include "formats/shared/ShownParameters.h"
+#include "formats/shared/State.h"
+#include "instrument/Bank.h"
+#include "tests/formats/FrameworkHost.h"
+#include "tests/support/Events.h"
+#include "tests/support/Signals.h"
+
+using namespace formats;
+
+bool FrameworkHost::loadBank (std::span<const std::byte> image)
+{
+    load (songOf (image));
+    return true;
+}
+
+std::vector<std::byte> FrameworkHost::saveBank ()
+{
+    const auto state = stateOf (save ());
+    const auto bank = readState (state).value ().bank;
+    return { bank.begin (), bank.end () };
+}
+
+namespace
+{
+constexpr int frames = 256;
+
+std::vector<float> play (FrameworkHost& host, std::span<const engine::Event> events, int length = frames)
+{
+    std::vector<float> left (static_cast<std::size_t> (length)), right = left;
+    host.render (events, nullptr, left.data (), right.data (), length);
+    return left;
+}
+
+std::unique_ptr<FrameworkHost> started ()
+{
+    auto host = makeHost ();
+    host->start (44100.0, 1024);
+    return host;
+}
+
+TEST (Framework, SoundsLikeVst24)
+{
+    expectTheSameSound (makeHost);
+}
+
+// What a song is loaded with must survive what its host then does.
+TEST (Framework, ASongComesBackAsItWas)
+{
+    const auto host = started ();
+    host->hearsChanges = false;
+    host->set (paramFilterFreq, 0.25);
+    host->set (paramOsc2Range, 1);
+    play (*host, {});
+    host->set (shownProgram, 40);
+    play (*host, {});
+    host->set (paramFilterRez, 0.75);
+    play (*host, {});
+    const engine::Event program[] = { midi (5, 0xC0, 7, 0) };
+    play (*host, program); // the ports of LV2 still say 40, 0.25 and 0.75
+    const std::string song = host->save ();
+    const auto reference = play (*host, std::array{ noteOn (3, 60) }, 1024);
+
+    const auto other = started ();
+    other->load (song);
+    for (std::int32_t index = 0; index < shownCount; ++index)
+        other->set (index, host->value (index));
+    play (*other, {});
+    EXPECT_EQ (other->saveBank (), host->saveBank ());
+    EXPECT_EQ (play (*other, std::array{ noteOn (3, 60) }, 1024), reference);
+    EXPECT_GT (peakOf (reference), 0.001f);
+
+    other->set (paramFilterRez, 0.5); // news
+    play (*other, {});
+    EXPECT_NE (other->saveBank (), host->saveBank ());
+}
+
+// Some hosts send values while they do not play, and want to hear what the instrument did, without
+// complaints.
+TEST (Framework, ValuesCountWithoutFramesAndChangesAreTold)
+{
+    testing::internal::CaptureStderr ();
+    testing::internal::CaptureStdout ();
+    const auto host = started ();
+    host->set (paramFilterFreq, 0.25);
+    play (*host, {}, 0);
+    instrument::BankImage image;
+    std::memcpy (&image, host->saveBank ().data (), sizeof image);
+    EXPECT_EQ (image.programs[0].values[paramFilterFreq], 0.25f);
+    EXPECT_EQ (host->value (paramFilterFreq), 0.25);
+
+    play (*host, std::array{ midi (5, 0xC0, 7, 0) });
+    EXPECT_EQ (host->value (shownProgram), 7.0);
+    EXPECT_EQ (host->value (paramFilterFreq),
+               static_cast<double> (image.programs[7].values[paramFilterFreq]));
+    EXPECT_EQ (testing::internal::GetCapturedStderr (), "");
+    EXPECT_EQ (testing::internal::GetCapturedStdout (), "");
+}
+
+TEST (Framework, DamagedSongsChangeNothing)
+{
+    const auto host = started ();
+    host->set (shownProgram, 9);
+    play (*host, {});
+    const std::string song = host->save ();
+    std::string changed = song;
+    changed[song.size () / 2] ^= 1;
+    for (const std::string& damaged : { std::string (), std::string ("no state"), song.substr (0, 200),
+                                        song.substr (0, 200) + song.substr (204), changed, song + song })
+    {
+        host->load (damaged);
+        play (*host, {});
+        EXPECT_EQ (host->save (), song);
+    }
+}
+}
