@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "formats/dpf/Base64.h"
-#include "formats/shared/Surroundings.h"
 
 namespace dpf
 {
@@ -21,9 +20,9 @@ constexpr char uniqueId[] = "Qnrk";
 // The framework makes an instance of its own to describe the library, which no user's bank shall do.
 instrument::Services services (bool describes)
 {
-    instrument::Services found = formats::surroundings ();
+    instrument::Services found = instrument::systemServices (instrument::BankPlaces::perUser);
     if (describes)
-        found.libraryPath = [] { return std::filesystem::path (); };
+        found.userBankPath = nullptr;
     return found;
 }
 
