@@ -41,6 +41,7 @@ public:
     void close () override;
     void idle () override;
     bool onKeyDown (std::int32_t character) override; // takes every key
+    bool wantsKey (KeyGroup group) override;
     bool onWheel (float distance) override;
     bool setKnobMode (std::int32_t mode) override;
 
@@ -131,6 +132,7 @@ private:
                     const std::function<void (const std::string&)>& typed);
     void typeValue (std::int32_t parameter);
     void renameProgram ();
+    VSTGUI::CView* hoveredControl () const; // that turns, null: none
     bool turnHovered (const VSTGUI::KeyboardEvent& event);
 
     // Panel.cpp: news and their effects
