@@ -35,4 +35,17 @@ void keepLineEnds ()
     _setmode (_fileno (stdout), _O_BINARY);
     _setmode (_fileno (stderr), _O_BINARY);
 }
+
+bool attachConsole ()
+{
+    const HANDLE errors = GetStdHandle (STD_ERROR_HANDLE);
+    if (errors != nullptr && errors != INVALID_HANDLE_VALUE)
+        return true;
+    return AttachConsole (ATTACH_PARENT_PROCESS) != 0 && std::freopen ("CONOUT$", "w", stdout) != nullptr &&
+           std::freopen ("CONOUT$", "w", stderr) != nullptr;
+}
+
+// The system's libraries say nothing here.
+QuietErrors::QuietErrors () = default;
+QuietErrors::~QuietErrors () = default;
 }
