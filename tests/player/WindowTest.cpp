@@ -1,0 +1,310 @@
+// The player's window on a display of its own, with a mouse, a keyboard and somebody who drops files. What
+// sounds is taken in place of a device.
+#include <gtest/gtest.h>
+#include <xcb/xcb.h>
+
+#include "midi/Writer.h"
+#include "parameters/Parameters.h"
+#include "player/Icon.h"
+#include "player/Player.h"
+#include "tests/editor/Bench.h"
+#include "tests/host/TemporaryFolder.h"
+#include "tests/support/FakeSystem.h"
+#include "tests/support/Signals.h"
+
+using namespace parameters;
+
+namespace
+{
+template <typename Type>
+std::unique_ptr<Type, decltype (&std::free)> held (Type* reply)
+{
+    return { reply, &std::free };
+}
+
+// Mouse and keys, as xdotool takes them.
+void hand (const std::string& actions)
+{
+    EXPECT_EQ (std::system (("xdotool " + actions).c_str ()), 0) << actions;
+}
+
+// What another program sees of the window and tells it.
+class Neighbour
+{
+public:
+    Neighbour () : connection (xcb_connect (nullptr, nullptr)) {}
+    ~Neighbour () { xcb_disconnect (connection); }
+
+    xcb_atom_t atom (const std::string& name)
+    {
+        const auto length = static_cast<std::uint16_t> (name.size ());
+        return held (xcb_intern_atom_reply (connection,
+                                            xcb_intern_atom (connection, 0, length, name.c_str ()), nullptr))
+            ->atom;
+    }
+    // Of a window, by its program's class; 0: there is none.
+    xcb_window_t find (const std::string& windowClass)
+    {
+        const auto tree =
+            held (xcb_query_tree_reply (connection, xcb_query_tree (connection, root ()), nullptr));
+        for (int n = 0; n < xcb_query_tree_children_length (tree.get ()); ++n)
+        {
+            const xcb_window_t window = xcb_query_tree_children (tree.get ())[n];
+            if (property (window, "WM_CLASS") == windowClass)
+                return window;
+        }
+        return 0;
+    }
+    std::string property (xcb_window_t window, const std::string& name)
+    {
+        const auto reply = held (xcb_get_property_reply (
+            connection, xcb_get_property (connection, 0, window, atom (name), XCB_ATOM_ANY, 0, 1 << 16),
+            nullptr));
+        return { static_cast<const char*> (xcb_get_property_value (reply.get ())),
+                 static_cast<std::size_t> (xcb_get_property_value_length (reply.get ())) };
+    }
+    std::pair<int, int> size (xcb_window_t window)
+    {
+        const auto reply =
+            held (xcb_get_geometry_reply (connection, xcb_get_geometry (connection, window), nullptr));
+        return { reply->width, reply->height };
+    }
+    void tell (xcb_window_t window, const std::string& type, const std::array<std::uint32_t, 5>& words)
+    {
+        xcb_client_message_event_t message = {};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = window;
+        message.type = atom (type);
+        std::ranges::copy (words, message.data.data32);
+        xcb_send_event (connection, 0, window, 0, reinterpret_cast<const char*> (&message));
+        xcb_flush (connection);
+    }
+    // A window that can have the focus, too.
+    xcb_window_t makeWindow ()
+    {
+        const xcb_window_t window = xcb_generate_id (connection);
+        xcb_create_window (connection, XCB_COPY_FROM_PARENT, window, root (), 700, 500, 50, 50, 0,
+                           XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+        xcb_map_window (connection, window);
+        xcb_flush (connection);
+        return window;
+    }
+    void give (xcb_window_t focus)
+    {
+        xcb_set_input_focus (connection, XCB_INPUT_FOCUS_PARENT, focus, XCB_CURRENT_TIME);
+        xcb_flush (connection);
+    }
+    void offer (xcb_window_t from, const std::string& newList)
+    {
+        list = newList;
+        xcb_set_selection_owner (connection, from, atom ("XdndSelection"), XCB_CURRENT_TIME);
+    }
+    // Hands over the list to who asks for it, and takes note of the rest.
+    void serve ()
+    {
+        while (const auto event = held (xcb_poll_for_event (connection)))
+        {
+            if ((event->response_type & 0x7F) == XCB_CLIENT_MESSAGE)
+                heard.push_back (reinterpret_cast<xcb_client_message_event_t&> (*event));
+            if ((event->response_type & 0x7F) != XCB_SELECTION_REQUEST)
+                continue;
+            const auto& request = reinterpret_cast<xcb_selection_request_event_t&> (*event);
+            xcb_change_property (connection, XCB_PROP_MODE_REPLACE, request.requestor, request.property,
+                                 request.target, 8, static_cast<std::uint32_t> (list.size ()), list.data ());
+            xcb_selection_notify_event_t answer = {};
+            answer.response_type = XCB_SELECTION_NOTIFY;
+            answer.requestor = request.requestor;
+            answer.selection = request.selection;
+            answer.target = request.target;
+            answer.property = request.property;
+            xcb_send_event (connection, 0, request.requestor, 0, reinterpret_cast<const char*> (&answer));
+            xcb_flush (connection);
+        }
+    }
+    bool hasHeard (const std::string& type, std::uint32_t second)
+    {
+        const xcb_atom_t wanted = atom (type);
+        return std::ranges::any_of (heard, [&] (const auto& message)
+                                    { return message.type == wanted && message.data.data32[1] == second; });
+    }
+
+private:
+    xcb_window_t root () const { return xcb_setup_roots_iterator (xcb_get_setup (connection)).data->root; }
+
+    xcb_connection_t* connection;
+    std::string list;
+    std::vector<xcb_client_message_event_t> heard;
+};
+
+class PlayerWindowTest : public testing::Test
+{
+protected:
+    PlayerWindowTest () : performer (system.services (), {}), player (performer, { 44100.0, true, "" })
+    {
+        performer.instrument ().setParameter (param1Sustain, 1.0f);
+        window = neighbour.find (std::string ("brimvale\0Brimvale\0", 18));
+        neighbour.give (window);
+        soon ([] { return false; }, 200); // until it is drawn and has the focus
+    }
+
+    // Lets window and sound go on until it is so, ten seconds at the most.
+    bool soon (const std::function<bool ()>& condition, int milliseconds = 10000)
+    {
+        const auto end = std::chrono::steady_clock::now () + std::chrono::milliseconds (milliseconds);
+        while (!condition ())
+        {
+            if (std::chrono::steady_clock::now () > end)
+                return false;
+            player.idle (2);
+            neighbour.serve ();
+            performer.render (block.data (), 441);
+            loudness = peakOf (block);
+        }
+        return true;
+    }
+    bool isSilentSoon ()
+    {
+        return soon ([this] { return loudness < 1e-4f; });
+    }
+    bool soundsSoon (int milliseconds = 10000)
+    {
+        return soon ([this] { return loudness > 1e-3f; }, milliseconds);
+    }
+    float get (int index) { return performer.instrument ().getParameter (index); }
+    std::string title () { return neighbour.property (window, "_NET_WM_NAME"); }
+    void moveToControl (int tag)
+    {
+        const panel::Rect& rect = controlOf (tag).rect;
+        hand ("mousemove " + std::to_string (rect.x + rect.width / 2) + " " +
+              std::to_string (rect.y + rect.height / 2));
+    }
+
+    // One for all, for the toolkit remembers a display's numbers for as long as the program runs.
+    static VirtualDisplay& display ()
+    {
+        static VirtualDisplay shared;
+        return shared;
+    }
+
+    VirtualDisplay& screen = display ();
+    TemporaryFolder folder;
+    FakeSystem system;
+    player::Performer performer;
+    player::Player player;
+    Neighbour neighbour;
+    xcb_window_t window = 0;
+    std::vector<float> block = std::vector<float> (882);
+    float loudness = 0.0f;
+};
+}
+
+TEST_F (PlayerWindowTest, HasTitleIconAndThePanelsSizeAndClosesWhenAsked)
+{
+    ASSERT_NE (window, 0u);
+    EXPECT_EQ (title (), "Brimvale");
+    EXPECT_EQ (neighbour.property (window, "_NET_WM_ICON").size (), (64 * 64 + 2) * 4);
+    const auto icon = player::drawIcon (64);
+    EXPECT_EQ (icon[0] >> 24, 0u) << "round corners";
+    EXPECT_EQ (icon[32 * 64 + 32], 0xFF243136u) << "the plate's colour in the middle";
+    EXPECT_EQ (neighbour.size (window), (std::pair{ 612, 433 }));
+    performer.instrument ().setParameter (paramShowKeys, 0.0f);
+    EXPECT_TRUE (soon ([this] { return neighbour.size (window).second < 433; }));
+    EXPECT_FALSE (player.isClosed ());
+    neighbour.tell (window, "WM_PROTOCOLS", { neighbour.atom ("WM_DELETE_WINDOW") });
+    EXPECT_TRUE (soon ([this] { return player.isClosed (); }));
+}
+
+TEST_F (PlayerWindowTest, ComputerKeyboardPlaysWhileTheWindowHasTheKeys)
+{
+    moveToControl (paramFilterFreq); // the mouse on the panel, which has a window of its own
+    hand ("keydown z");
+    EXPECT_TRUE (soundsSoon ());
+    soon ([] { return false; }, 1200); // it repeats by now
+    EXPECT_GT (loudness, 1e-3f);
+    hand ("keyup z");
+    EXPECT_TRUE (isSilentSoon ());
+
+    hand ("keydown q");
+    EXPECT_TRUE (soundsSoon ());
+    neighbour.give (neighbour.makeWindow ());
+    EXPECT_TRUE (isSilentSoon ()) << "a key that is down when the focus goes";
+    hand ("keyup q keydown w");
+    EXPECT_FALSE (soundsSoon (300)) << "typed elsewhere";
+    hand ("keyup w");
+
+    hand ("mousemove 330 20 click 1"); // the panel takes the focus, and the window takes it back
+    moveToControl (paramFilterFreq);
+    hand ("click 1");
+    soon ([] { return false; }, 100);
+    hand ("keydown x");
+    EXPECT_TRUE (soundsSoon ());
+    hand ("keyup x");
+}
+
+TEST_F (PlayerWindowTest, KeysGoToThePanelWhereItWantsThem)
+{
+    const float before = get (paramFilterFreq);
+    moveToControl (paramFilterFreq);
+    EXPECT_TRUE (soon (
+        [&]
+        {
+            hand ("key Up");
+            return get (paramFilterFreq) != before;
+        }));
+    const float turned = get (paramFilterFreq);
+    hand ("key ctrl+z"); // takes it back instead of playing a C
+    EXPECT_TRUE (soon ([&] { return get (paramFilterFreq) != turned; }));
+    EXPECT_FALSE (soundsSoon (200));
+
+    hand ("keydown shift click --repeat 2 --delay 50 1 keyup shift"); // opens a field
+    soon ([] { return false; }, 300);
+    hand ("key --delay 60 3 space h z Return");
+    EXPECT_FALSE (soundsSoon (300)) << "typed into the field";
+    EXPECT_NE (get (paramFilterFreq), before);
+    hand ("keydown z");
+    EXPECT_TRUE (soundsSoon ());
+    hand ("keyup z");
+}
+
+TEST_F (PlayerWindowTest, DroppedSongIsPlayedPausedAndSought)
+{
+    midi::Song song;
+    song.ticksPerQuarter = 480;
+    song.endTick = 480 * 240;
+    song.messages = { { 0, { 0x90, 60, 100 }, 3 }, { song.endTick, { 0x80, 60, 0 }, 3 } };
+    const auto bytes = midi::fileBytes (song);
+    std::ofstream (folder / "a song.mid", std::ios::binary)
+        .write (reinterpret_cast<const char*> (bytes.data ()), static_cast<std::streamsize> (bytes.size ()));
+    std::ofstream (folder / "no song.mid") << "nothing";
+
+    const xcb_window_t source = neighbour.makeWindow ();
+    const auto drop = [&] (const std::string& list)
+    {
+        neighbour.offer (source, list);
+        neighbour.tell (window, "XdndEnter", { source, 5 << 24, neighbour.atom ("text/uri-list") });
+        neighbour.tell (window, "XdndPosition", { source, 0, 0, 0, neighbour.atom ("XdndActionCopy") });
+        EXPECT_TRUE (soon ([&] { return neighbour.hasHeard ("XdndStatus", 1); }));
+        neighbour.tell (window, "XdndDrop", { source });
+    };
+    EXPECT_EQ (neighbour.property (window, "XdndAware").size (), 4u);
+    const std::string folderUri = "file://" + folder.folder ().string ();
+    drop ("# a list\r\n" + folderUri + "/a%20song.mid\r\n");
+    EXPECT_TRUE (soundsSoon ());
+    EXPECT_TRUE (neighbour.hasHeard ("XdndFinished", 1));
+    EXPECT_TRUE (title ().starts_with ("a song.mid 0:0")) << title ();
+    EXPECT_TRUE (title ().ends_with (" / 2:00 - Brimvale")) << title ();
+
+    hand ("mousemove 330 300 key space"); // beside all controls
+    EXPECT_TRUE (isSilentSoon ());
+    EXPECT_NE (title ().find (" (paused)"), std::string::npos);
+    const double stood = performer.songPlayer ().seconds ();
+    hand ("key Right Right Left Right");
+    EXPECT_TRUE (soon ([&] { return performer.songPlayer ().seconds () > stood + 9.99; }));
+    hand ("key Home");
+    EXPECT_TRUE (soon ([&] { return performer.songPlayer ().seconds () == 0.0; }));
+
+    drop (folderUri + "/no%20song.mid");
+    EXPECT_TRUE (soon ([this] { return !system.messages.empty (); }));
+    EXPECT_TRUE (title ().starts_with ("a song.mid ")) << "the song before stays";
+}
