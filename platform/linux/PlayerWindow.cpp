@@ -101,8 +101,9 @@ public:
           keyWindow (xcb_generate_id (connection)),
           listener (owner)
     {
-        const std::uint32_t values[] = { screen->black_pixel,
-                                         XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY };
+        const std::uint32_t values[] = { screen->black_pixel, XCB_EVENT_MASK_FOCUS_CHANGE |
+                                                                  XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                                                  XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY };
         xcb_create_window (connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0,
                            static_cast<std::uint16_t> (width), static_cast<std::uint16_t> (height), 0,
                            XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual,
@@ -177,8 +178,7 @@ private:
             panelOpened (reinterpret_cast<xcb_create_notify_event_t&> (event).window);
             break;
         case XCB_DESTROY_NOTIFY:
-            if (reinterpret_cast<xcb_destroy_notify_event_t&> (event).window == panelWindow)
-                panelWindow = XCB_NONE;
+            closed (reinterpret_cast<xcb_destroy_notify_event_t&> (event).window);
             break;
         case XCB_FOCUS_IN:
             takeKeys (reinterpret_cast<xcb_focus_in_event_t&> (event));
@@ -264,6 +264,14 @@ private:
         panelWindow = child;
         const std::uint32_t mask = XCB_EVENT_MASK_FOCUS_CHANGE;
         xcb_change_window_attributes (connection, panelWindow, XCB_CW_EVENT_MASK, &mask);
+    }
+
+    void closed (xcb_window_t gone)
+    {
+        if (gone == window) // by force
+            listener.closeRequested ();
+        if (gone == panelWindow)
+            panelWindow = XCB_NONE;
     }
 
     // From the window manager, or from the panel that took the focus at a click.

@@ -45,7 +45,23 @@ bool attachConsole ()
            std::freopen ("CONOUT$", "w", stderr) != nullptr;
 }
 
-// The system's libraries say nothing here.
-QuietErrors::QuietErrors () = default;
-QuietErrors::~QuietErrors () = default;
+QuietErrors::QuietErrors () : kept (_dup (_fileno (stderr)))
+{
+    std::fflush (stderr);
+    const int nowhere = _open ("NUL", _O_WRONLY);
+    if (nowhere < 0)
+        return;
+    if (kept >= 0)
+        _dup2 (nowhere, _fileno (stderr));
+    _close (nowhere);
+}
+
+QuietErrors::~QuietErrors ()
+{
+    std::fflush (stderr);
+    if (kept < 0)
+        return;
+    _dup2 (kept, _fileno (stderr));
+    _close (kept);
+}
 }
