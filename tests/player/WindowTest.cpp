@@ -103,12 +103,20 @@ TEST_F (PlayerWindowTest, HasTitleIconAndThePanelsSizeAndClosesWhenAsked)
 TEST_F (PlayerWindowTest, ComputerKeyboardPlaysWhileTheWindowHasTheKeys)
 {
     moveToControl (paramFilterFreq); // the mouse on the panel, which has a window of its own
+    hand ("keydown q");
+    EXPECT_TRUE (soundsSoon ());
+    hand ("keyup q");
+    EXPECT_TRUE (isSilentSoon ());
+
+    // A short sound is struck once, however often the key repeats.
+    performer.instrument ().setParameter (param1Sustain, 0.01f); // 0 would loop
+    performer.instrument ().setParameter (param1Decay, 0.0f);
     hand ("keydown z");
     EXPECT_TRUE (soundsSoon ());
-    soon ([] { return false; }, 1200); // it repeats by now
-    EXPECT_GT (loudness, 1e-3f);
-    hand ("keyup z");
     EXPECT_TRUE (isSilentSoon ());
+    EXPECT_FALSE (soundsSoon (1200));
+    hand ("keyup z");
+    performer.instrument ().setParameter (param1Sustain, 1.0f);
 
     hand ("keydown q");
     EXPECT_TRUE (soundsSoon ());
@@ -118,13 +126,15 @@ TEST_F (PlayerWindowTest, ComputerKeyboardPlaysWhileTheWindowHasTheKeys)
     EXPECT_FALSE (soundsSoon (300)) << "typed elsewhere";
     hand ("keyup w");
 
-    hand ("mousemove 330 20 click 1"); // the panel takes the focus, and the window takes it back
-    moveToControl (paramFilterFreq);
-    hand ("click 1");
-    soon ([] { return false; }, 100);
-    hand ("keydown x");
-    EXPECT_TRUE (soundsSoon ());
-    hand ("keyup x");
+    for (int click = 0; click < 2; ++click) // the panel takes the focus, and the window takes it back
+    {
+        hand ("click 1");
+        soon ([] { return false; }, 100);
+        hand ("keydown x");
+        EXPECT_TRUE (soundsSoon ()) << click;
+        hand ("keyup x");
+        EXPECT_TRUE (isSilentSoon ());
+    }
 }
 
 TEST_F (PlayerWindowTest, KeysGoToThePanelWhereItWantsThem)
@@ -138,15 +148,17 @@ TEST_F (PlayerWindowTest, KeysGoToThePanelWhereItWantsThem)
             return get (paramFilterFreq) != before;
         }));
     const float turned = get (paramFilterFreq);
-    hand ("key ctrl+z"); // takes it back instead of playing a C
+    hand ("keydown ctrl keydown z"); // takes it back instead of playing a C
     EXPECT_TRUE (soon ([&] { return get (paramFilterFreq) != turned; }));
     EXPECT_FALSE (soundsSoon (200));
+    hand ("keyup z keyup ctrl");
 
     hand ("keydown shift click --repeat 2 --delay 50 1 keyup shift"); // opens a field
     soon ([] { return false; }, 300);
-    hand ("key --delay 60 3 space h z Return");
+    hand ("key 3 keydown z");
     EXPECT_FALSE (soundsSoon (300)) << "typed into the field";
-    EXPECT_NE (get (paramFilterFreq), before);
+    hand ("keyup z key BackSpace Return");
+    EXPECT_TRUE (soon ([&] { return get (paramFilterFreq) != before; }));
     hand ("keydown z");
     EXPECT_TRUE (soundsSoon ());
     hand ("keyup z");
