@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "midi/Reader.h"
-#include "player/Icon.h"
+#include "resources/icon/Icon.h"
 
 namespace player
 {
@@ -42,7 +42,7 @@ Player::Player (Performer& newPerformer, Settings newSettings)
       panel (editor::createPanel (performer.instrument (), *this))
 {
     const auto size = panel->size ();
-    window = platform::PlayerWindow::make (size.width, size.height, drawIcon (iconSide), *this);
+    window = platform::PlayerWindow::make (size.width, size.height, icon::draw (iconSide), *this);
     if (window == nullptr)
         throw std::runtime_error ("there is no display to show the panel on");
     performer.instrument ().attachEditor (panel.get ());

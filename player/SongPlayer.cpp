@@ -15,10 +15,15 @@ constexpr std::uint8_t programChange = 0xC0;
 constexpr std::uint8_t pitchBend = 0xE0;
 constexpr std::uint8_t kindBits = 0xF0;
 constexpr std::uint8_t wheelController = 1;
+constexpr std::uint8_t dataController = 6; // of the parameter whose number stands in the four from 98 on
+constexpr std::uint8_t volumeController = 7;
 constexpr std::uint8_t expressionController = 11;
 constexpr std::uint8_t pedalController = 64;
 constexpr std::uint8_t allNotesOff = 123;
 constexpr std::uint8_t firstModeController = 120; // those from here on do something once and keep no value
+constexpr std::uint8_t firstNumberController = 98;
+constexpr std::uint8_t lastNumberController = 101;
+constexpr std::uint8_t usualVolume = 100;
 constexpr std::uint8_t middle = 64;
 constexpr std::uint8_t most = 127;
 
@@ -40,6 +45,14 @@ bool isSetting (const ShortMessage& message)
            kind == pitchBend;
 }
 
+// Those that mean something in their order only.
+bool isPartOfNumbered (const ShortMessage& message)
+{
+    return (message[0] & kindBits) == controlChange &&
+           (message[1] == dataController ||
+            (message[1] >= firstNumberController && message[1] <= lastNumberController));
+}
+
 // The last of each setting before a message, a program ahead of all others: controllers may turn its knobs.
 std::vector<ShortMessage> stateBefore (std::span<const host::TimedMessage> messages)
 {
@@ -48,7 +61,8 @@ std::vector<ShortMessage> stateBefore (std::span<const host::TimedMessage> messa
     {
         if (!isSetting (message.bytes))
             continue;
-        std::erase_if (state, [&] (const ShortMessage& older) { return setTheSame (older, message.bytes); });
+        std::erase_if (state, [&] (const ShortMessage& older)
+                       { return setTheSame (older, message.bytes) && !isPartOfNumbered (older); });
         const bool isProgram = (message.bytes[0] & kindBits) == programChange;
         state.insert (isProgram ? state.begin () : state.end (), message.bytes);
     }
@@ -72,6 +86,7 @@ std::shared_ptr<const Song> readSong (const std::filesystem::path& file, double 
 SongPlayer::SongPlayer ()
     : lasting ({ { { { controlChange, pedalController, 0 } },
                    { { controlChange, wheelController, 0 } },
+                   { { controlChange, volumeController, usualVolume } },
                    { { controlChange, expressionController, most } },
                    { { pitchBend, 0, middle } } } })
 {

@@ -120,8 +120,8 @@ private:
     std::uint64_t framesAtRest = 0; // since it was played last
     std::size_t nextMessage = 0;
     bool keysMayBeDown = false;
-    std::array<Lasting, 4> lasting; // the first is the pedal
-    std::array<ShortMessage, 5> releases = {};
+    std::array<Lasting, 5> lasting; // the first is the pedal
+    std::array<ShortMessage, 6> releases = {};
     std::size_t releaseCount = 0;
     std::span<const ShortMessage> state;
     std::span<const host::TimedMessage> due;

@@ -4,8 +4,8 @@
 
 #include "midi/Writer.h"
 #include "parameters/Parameters.h"
-#include "player/Icon.h"
 #include "player/Player.h"
+#include "resources/icon/Icon.h"
 #include "tests/editor/Bench.h"
 #include "tests/host/TemporaryFolder.h"
 #include "tests/player/Neighbour.h"
@@ -89,7 +89,7 @@ TEST_F (PlayerWindowTest, HasTitleIconAndThePanelsSizeAndClosesWhenAsked)
     ASSERT_NE (window, 0u);
     EXPECT_EQ (title (), "Brimvale");
     EXPECT_EQ (neighbour.property (window, "_NET_WM_ICON").size (), (64 * 64 + 2) * 4);
-    const auto icon = player::drawIcon (64);
+    const auto icon = icon::draw (64);
     EXPECT_EQ (icon[0] >> 24, 0u) << "round corners";
     EXPECT_EQ (icon[32 * 64 + 32], 0xFF243136u) << "the plate's colour in the middle";
     EXPECT_EQ (neighbour.size (window), (std::pair{ 612, 433 }));

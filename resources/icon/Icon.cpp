@@ -1,11 +1,11 @@
-#include "player/Icon.h"
+#include "resources/icon/Icon.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "resources/panel/PanelLayout.h"
 
-namespace player
+namespace icon
 {
 namespace
 {
@@ -65,7 +65,7 @@ std::uint32_t pixelOf (const Paint& paint)
 }
 }
 
-std::vector<std::uint32_t> drawIcon (int side)
+std::vector<std::uint32_t> draw (int side)
 {
     std::vector<std::uint32_t> pixels;
     for (int row = 0; row < side; ++row)
