@@ -45,7 +45,8 @@ bool attachConsole ()
            std::freopen ("CONOUT$", "w", stderr) != nullptr;
 }
 
-QuietErrors::QuietErrors () : kept (_dup (_fileno (stderr)))
+// A program without a console has no number for its error stream.
+QuietErrors::QuietErrors () : kept (_fileno (stderr) < 0 ? -1 : _dup (_fileno (stderr)))
 {
     std::fflush (stderr);
     const int nowhere = _open ("NUL", _O_WRONLY);

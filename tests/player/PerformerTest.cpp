@@ -166,6 +166,42 @@ TEST_F (PerformerTest, PausesSeeksAndStartsAgain)
     EXPECT_TRUE (song.isPlaying ());
 }
 
+TEST_F (PerformerTest, JumpBringsWhatTheSongHasSetByThen)
+{
+    openSong ({ { 0.0, { 0xB0, 101, 0 } },
+                { 0.0, { 0xB0, 100, 0 } },
+                { 0.0, { 0xB0, 6, 12 } }, // the wheel's range
+                { 0.0, { 0xB0, 101, 127 } },
+                { 0.5, { 0xE0, 1, 90 } },
+                { 1.0, { 0xC3, 9, 0 } },
+                { 2.0, { 0xE5, 2, 80 } },
+                { 2.0, { 0xB0, 123, 0 } },
+                { 2.5, { 0xB0, 7, 5 } },
+                { 3.0, { 0xC0, 1, 0 } } },
+              4.0);
+    SongPlayer song;
+    song.open (readSong (folder / "song.mid", rate, true));
+    song.seek (1.4); // beat 2.8
+    song.beginBlock (block);
+    std::vector<ShortMessage> said;
+    for (std::size_t n = 0; n < song.interjectionCount (); ++n)
+        said.push_back (song.interjection (n));
+    EXPECT_EQ (said, (std::vector<ShortMessage>{ { 0xC3, 9, 0 },
+                                                 { 0xB0, 101, 0 },
+                                                 { 0xB0, 100, 0 },
+                                                 { 0xB0, 6, 12 },
+                                                 { 0xB0, 101, 127 },
+                                                 { 0xE5, 2, 80 },
+                                                 { 0xB0, 7, 5 } }));
+    EXPECT_FALSE (song.transport ().has_value ()) << "while it stands";
+    song.play ();
+    song.beginBlock (block);
+    ASSERT_TRUE (song.transport ().has_value ());
+    EXPECT_EQ (song.transport ()->samplePosition, std::round (1.4 * rate));
+    EXPECT_EQ (song.transport ()->tempo, 120.0);
+    EXPECT_NEAR (song.transport ()->quarterPosition.value (), 2.8, 1e-4);
+}
+
 TEST_F (PerformerTest, KeyIsNotHeldForEverWhenMessagesAreLost)
 {
     performer.liveEvents ().send ({ 0x90, 60, 100 });
