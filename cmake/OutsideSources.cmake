@@ -47,6 +47,37 @@ target_include_directories(ebur128 SYSTEM PUBLIC ${BRIMVALE_EBUR128_DIR}/ebur128
                                    PRIVATE ${BRIMVALE_EBUR128_DIR}/ebur128/queue)
 target_compile_options(ebur128 PRIVATE ${plainly})
 
+# Sound devices and MIDI keyboards, of the player alone. It gets a miniaudio of its own, with the devices and without the
+# files; a program must not link both.
+if(BRIMVALE_PLAYER)
+    brimvale_outside_source(BRIMVALE_RTMIDI_DIR rtmidi RtMidi.cpp "RtMidi 6 source folder")
+    add_library(miniaudio_devices STATIC EXCLUDE_FROM_ALL ${miniaudioSource})
+    target_include_directories(miniaudio_devices SYSTEM PUBLIC ${BRIMVALE_MINIAUDIO_DIR})
+    target_compile_definitions(
+        miniaudio_devices
+        PUBLIC MA_NO_DECODING
+               MA_NO_ENCODING
+               MA_NO_ENGINE
+               MA_NO_GENERATION
+               MA_NO_NODE_GRAPH
+               MA_NO_RESOURCE_MANAGER)
+    target_compile_options(miniaudio_devices PRIVATE -w)
+    target_link_libraries(miniaudio_devices PRIVATE ${CMAKE_DL_LIBS})
+
+    add_library(rtmidi STATIC EXCLUDE_FROM_ALL ${BRIMVALE_RTMIDI_DIR}/RtMidi.cpp)
+    target_include_directories(rtmidi SYSTEM PUBLIC ${BRIMVALE_RTMIDI_DIR})
+    target_compile_options(rtmidi PRIVATE -w)
+    if(WIN32)
+        target_compile_definitions(rtmidi PRIVATE __WINDOWS_MM__ RTMIDI_DO_NOT_ENSURE_UNIQUE_PORTNAMES)
+        target_link_libraries(rtmidi PRIVATE winmm)
+    else()
+        find_package(PkgConfig REQUIRED)
+        pkg_check_modules(alsa REQUIRED IMPORTED_TARGET alsa)
+        target_compile_definitions(rtmidi PRIVATE __LINUX_ALSA__)
+        target_link_libraries(rtmidi PRIVATE PkgConfig::alsa)
+    endif()
+endif()
+
 # Debian packages of headers alone. The cross compiler must not see the rest of the folder that they lie in,
 # so it gets a folder with nothing but them. Further arguments: where else to look.
 function(brimvale_header_package name folder header)

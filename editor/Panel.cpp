@@ -182,6 +182,16 @@ bool Panel::onKeyDown (std::int32_t character)
     return true;
 }
 
+bool Panel::wantsKey (KeyGroup group)
+{
+    if (closed)
+        return false;
+    if (popup != nullptr || field != nullptr)
+        return true;
+    return (group == KeyGroup::number && randomChoice == useNumberKeysEntry) ||
+           (group == KeyGroup::arrow && hoveredControl () != nullptr);
+}
+
 bool Panel::onWheel (float distance)
 {
     MouseWheelEvent event;

@@ -44,6 +44,7 @@ public:
     void* window () override;
     void idle () override;
     bool onKeyDown (std::int32_t character) override; // takes every key
+    bool wantsKey (KeyGroup group) override;
     bool onWheel (float distance) override;
     bool setKnobMode (std::int32_t mode) override;
 
@@ -135,6 +136,7 @@ private:
                     const std::function<void (const std::string&)>& typed, bool needsReturn = false);
     void typeValue (std::int32_t parameter);
     void renameProgram ();
+    VSTGUI::CView* hoveredControl () const; // that turns, null: none
     bool turnHovered (const VSTGUI::KeyboardEvent& event);
 
     // PanelFiles.cpp: sounds as files

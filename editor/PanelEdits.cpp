@@ -187,28 +187,32 @@ void Panel::renameProgram ()
                });
 }
 
+CView* Panel::hoveredControl () const
+{
+    const auto where = hoverHelp->mouse ();
+    if (!where)
+        return nullptr;
+    for (const ControlSlot& entry : slots)
+    {
+        if (entry.rightMenu != nullptr && entry.rightMenu->getViewSize ().pointInside (*where))
+            return entry.control;
+    }
+    return programDisplay->getViewSize ().pointInside (*where) ? programDisplay : nullptr;
+}
+
 // The arrow keys turn what lies under the mouse as the wheel does.
 bool Panel::turnHovered (const KeyboardEvent& event)
 {
     const bool up = event.virt == VirtualKey::Up || event.virt == VirtualKey::Right;
     const bool down = event.virt == VirtualKey::Down || event.virt == VirtualKey::Left;
-    const auto where = hoverHelp->mouse ();
-    if (!where || (!up && !down))
+    CView* control = up || down ? hoveredControl () : nullptr;
+    if (control == nullptr)
         return false;
     MouseWheelEvent wheel;
-    wheel.mousePosition = *where;
+    wheel.mousePosition = *hoverHelp->mouse ();
     wheel.modifiers = event.modifiers;
     wheel.deltaY = up ? 1.0 : -1.0;
-    for (const ControlSlot& entry : slots)
-    {
-        if (entry.rightMenu == nullptr || !entry.rightMenu->getViewSize ().pointInside (*where))
-            continue;
-        entry.control->dispatchEvent (wheel);
-        return true;
-    }
-    if (!programDisplay->getViewSize ().pointInside (*where))
-        return false;
-    programDisplay->dispatchEvent (wheel);
+    control->dispatchEvent (wheel);
     return true;
 }
 }

@@ -10,6 +10,14 @@ namespace editor
 {
 inline constexpr std::int32_t escapeCharacter = 27; // what the Escape key types
 
+// Keys by what a panel may want them for.
+enum class KeyGroup
+{
+    number, // of the row above the letters
+    arrow,
+    other
+};
+
 // The panel as the plug-in formats drive it, and as the instrument tells it news. User-interface thread only,
 // but for the news (see EditorLink).
 class HostedPanel : public instrument::EditorLink
@@ -39,6 +47,10 @@ public:
 
     // A key that the host caught, as the character it types; 0 where it types none. True: taken.
     virtual bool onKeyDown (std::int32_t character) = 0;
+
+    // Whether the panel would do something with such a key right now: a field or a menu is open, the mouse
+    // rests on what an arrow turns, or numbers make random sounds. For hosts that use keys themselves.
+    virtual bool wantsKey (KeyGroup group) = 0;
 
     // The wheel over the panel, in notches, positive away from the user. True: taken.
     virtual bool onWheel (float distance) = 0;

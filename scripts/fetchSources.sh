@@ -13,6 +13,7 @@ sources="
 vstgui      vst3sdk     vst3sdk_3.7.10.14+~4.13.3.orig-vstgui4.tar.gz  5a7673c7b22a66086a6749a0c7ff447fcfc4a10d2c2013d58ff1320be4e8456f  *
 miniaudio   miniaudio   miniaudio_0.11.22+dfsg.orig.tar.gz             c16866ce5071744f60874f9b0e0c2dbee2dfea96ac2c43a06a02cd1df23a019c  */miniaudio.h */LICENSE
 libebur128  libebur128  libebur128_1.2.6.orig.tar.gz                   baa7fc293a3d4651e244d8022ad03ab797ca3c2ad8442c43199afe8059faa613  *
+rtmidi      rtmidi      rtmidi_6.0.0.orig.tar.gz                       ef7bcda27fee6936b651c29ebe9544c74959d0b1583b716ce80a1c6fea7617f0  */RtMidi.cpp */RtMidi.h */LICENSE
 "
 cache=$(brimvaleCache)
 stamp=.archive-sha256 # in each folder, written last: the folder is whole

@@ -35,4 +35,34 @@ void keepLineEnds ()
     _setmode (_fileno (stdout), _O_BINARY);
     _setmode (_fileno (stderr), _O_BINARY);
 }
+
+bool attachConsole ()
+{
+    const HANDLE errors = GetStdHandle (STD_ERROR_HANDLE);
+    if (errors != nullptr && errors != INVALID_HANDLE_VALUE)
+        return true;
+    return AttachConsole (ATTACH_PARENT_PROCESS) != 0 && std::freopen ("CONOUT$", "w", stdout) != nullptr &&
+           std::freopen ("CONOUT$", "w", stderr) != nullptr;
+}
+
+// A program without a console has no number for its error stream.
+QuietErrors::QuietErrors () : kept (_fileno (stderr) < 0 ? -1 : _dup (_fileno (stderr)))
+{
+    std::fflush (stderr);
+    const int nowhere = _open ("NUL", _O_WRONLY);
+    if (nowhere < 0)
+        return;
+    if (kept >= 0)
+        _dup2 (nowhere, _fileno (stderr));
+    _close (nowhere);
+}
+
+QuietErrors::~QuietErrors ()
+{
+    std::fflush (stderr);
+    if (kept < 0)
+        return;
+    _dup2 (kept, _fileno (stderr));
+    _close (kept);
+}
 }

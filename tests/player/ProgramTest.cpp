@@ -1,0 +1,153 @@
+// The program itself, on a machine without sound or with a sound server that sends everything nowhere.
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include "player/AudioOut.h"
+#include "tests/editor/Bench.h"
+#include "tests/host/TemporaryFolder.h"
+#include "tests/player/Neighbour.h"
+#include "tests/support/FakeSystem.h"
+#include "tests/support/Signals.h"
+
+namespace
+{
+const TemporaryFolder& settings ()
+{
+    static const TemporaryFolder folder;
+    setenv ("XDG_CONFIG_HOME", folder.folder ().c_str (), 1);
+    return folder;
+}
+
+// With what it writes to standard error in its output.
+ChildProcess start (const std::string& arguments)
+{
+    settings ();
+    const std::string program = Bench::isWine () ? SOURCE_FOLDER
+                                    "/scripts/wineRun.sh --own-prefix player --this-display " SOURCE_FOLDER
+                                    "/build/windows/brimvale.exe"
+                                                 : PLAYER_PROGRAM;
+    return ChildProcess ({ "sh", "-c", "exec " + program + " " + arguments + " 2>&1" });
+}
+
+// The first line of the program's own; empty when there is none.
+std::string firstLine (ChildProcess& program)
+{
+    for (;;)
+    {
+        const std::string line = program.readLine ();
+        if (line.empty () || line.starts_with ("brimvale: ") || line.starts_with ("Brimvale"))
+            return line;
+    }
+}
+
+int tell (const std::string& command)
+{
+    return WEXITSTATUS (std::system (command.c_str ()));
+}
+}
+
+TEST (PlayerProgram, SaysWhatCannotBeDoneAndEnds)
+{
+    VirtualDisplay display;
+    struct Row
+    {
+        const char* arguments;
+        std::string line;
+        int status;
+    };
+    for (const Row& row :
+         { Row{ "--version", "Brimvale " BRIMVALE_VERSION, 0 }, Row{ "--nonsense", "brimvale: ", 2 },
+           Row{ "/nowhere/song.mid", "brimvale: cannot read the MIDI file ", 1 },
+           Row{ "--program 129", "brimvale: there is no program \"129\".", 1 } })
+    {
+        ChildProcess program = start (row.arguments);
+        EXPECT_TRUE (firstLine (program).starts_with (row.line)) << row.arguments;
+        EXPECT_EQ (program.wait (), row.status) << row.arguments;
+    }
+    if (!Bench::isWine ()) // which shows windows without a display, too
+    {
+        display.leave ();
+        ChildProcess program = start ("--no-audio --midi none");
+        EXPECT_EQ (firstLine (program), "brimvale: there is no display to show the panel on.");
+        EXPECT_EQ (program.wait (), 1);
+    }
+}
+
+TEST (PlayerProgram, OpensWithoutAnAudioDeviceAndClosesItself)
+{
+    VirtualDisplay display;
+    for (const auto& [arguments, line] :
+         { std::pair{ "--midi none", "brimvale: no audio device was found; the panel works without sound." },
+           { "--midi none --device Organ",
+             "brimvale: no audio device is called \"Organ\"; --list-devices shows those "
+             "that there are; the panel works without sound." } })
+    {
+        ChildProcess program = start (std::string (arguments) + " " SOURCE_FOLDER "/examples/demo.mid");
+        EXPECT_EQ (firstLine (program), line);
+        EXPECT_TRUE (Bench::eventually (
+            [] {
+                return tell ("xdotool search --name '^demo.mid 0:0[1-9].*Brimvale - no sound' >/dev/null") ==
+                       0;
+            }))
+            << "songs play without anybody hearing them";
+        Neighbour neighbour;
+        const std::string windowClass = Bench::isWine () ? std::string ("brimvale.exe\0brimvale.exe\0", 26)
+                                                         : std::string ("brimvale\0Brimvale\0", 18);
+        neighbour.tell (neighbour.find (windowClass, " - Brimvale - no sound"), "WM_PROTOCOLS",
+                        { neighbour.atom ("WM_DELETE_WINDOW") });
+        EXPECT_EQ (program.wait (), 0);
+    }
+}
+
+// The rest needs the sound server, which an ordinary machine for building has not.
+class JackTest : public testing::Test
+{
+protected:
+    void SetUp () override
+    {
+        if (Bench::isWine () || tell ("command -v jackd >/dev/null") != 0)
+            GTEST_SKIP () << "jackd is not installed (Debian package jackd2)";
+        setenv ("JACK_DEFAULT_SERVER", "brimvale-test", 1);
+        server = std::make_unique<ChildProcess> (std::vector<std::string>{
+            "sh", "-c", "exec jackd -n brimvale-test -r -d dummy -r 48000 -p 256 2>&1" });
+        while (!server->readLine ().starts_with ("self-connect-mode"))
+            ;
+    }
+
+    std::unique_ptr<ChildProcess> server;
+};
+
+TEST_F (JackTest, NotesComeOut)
+{
+    struct Listener final : player::AudioSource
+    {
+        explicit Listener (player::Performer& source) : performer (source) {}
+        void render (float* stereo, std::uint32_t frames) override
+        {
+            performer.render (stereo, frames);
+            for (std::uint32_t n = 0; n < 2 * frames; ++n)
+                loudest = std::max (loudest.load (), std::abs (stereo[n]));
+        }
+        player::Performer& performer;
+        std::atomic<float> loudest = 0.0f;
+    };
+    FakeSystem system;
+    player::Performer performer (system.services (), {});
+    Listener listener (performer);
+    std::unique_ptr<player::AudioOut> out;
+    ASSERT_TRUE (Bench::eventually (
+        [&]
+        {
+            const auto devices = player::AudioOut::devices ();
+            return std::ranges::any_of (devices, [] (const auto& device) { return device.system == "JACK"; });
+        }));
+    out = player::AudioOut::open ({ .device = { "jack", 0 }, .sampleRate = 0, .period = 0 });
+    EXPECT_EQ (out->sampleRate (), 48000u);
+    out->start (listener);
+    performer.liveEvents ().send ({ 0x90, 60, 100 });
+    EXPECT_TRUE (Bench::eventually ([&] { return listener.loudest > 1e-3f; }));
+    EXPECT_TRUE (out->isRunning ());
+    server.reset ();
+    EXPECT_TRUE (Bench::eventually ([&] { return !out->isRunning (); })) << "the server has gone";
+}
