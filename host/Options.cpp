@@ -1,5 +1,7 @@
 #include "host/Options.h"
 
+#include "brimvale/Version.h"
+
 #include <CLI/CLI.hpp>
 #include <cmath>
 #include <map>
@@ -30,6 +32,8 @@ std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, b
     CLI::App app ("Plays a MIDI file into a VST 2.4 instrument and writes what it sounds like to a WAV file.",
                   "brimvale-host");
     app.allow_windows_style_options (false); // "/home/me/song.mid" is a file, on every system
+    app.set_version_flag ("--version", "brimvale-host " + std::string (brimvale::version),
+                          "show the version and stop");
 
     std::string library;
     std::string song;
@@ -77,6 +81,10 @@ std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, b
             throw CLI::ValidationError ("--tail", "it needs a number of seconds");
         if (outputOption->count () > 0 && output.empty ())
             throw CLI::ValidationError ("--output", "it needs the name of a WAV file");
+    }
+    catch (const CLI::CallForVersion& version)
+    {
+        return Ending{ 0, version.what () + std::string ("\n") };
     }
     catch (const CLI::Success&)
     {
