@@ -1,6 +1,7 @@
 # Sources that Debian 12 has no package of (or none for mingw-w64). scripts/fetchSources.sh puts them into
 # a cache folder outside the checkout; each folder can be replaced by one of your own with -D.
 include_guard(GLOBAL)
+include(SameBytes)
 if(DEFINED ENV{XDG_CACHE_HOME} AND NOT "$ENV{XDG_CACHE_HOME}" STREQUAL "")
     set(brimvaleCache $ENV{XDG_CACHE_HOME}/brimvale)
 else()
@@ -14,6 +15,7 @@ function(brimvale_outside_source variable folder file what)
         message(FATAL_ERROR "${what}: no ${file} in ${${variable}}. "
                             "Run scripts/fetchSources.sh, or name a folder that has it with -D${variable}=...")
     endif()
+    brimvale_hide_folder(${${variable}})
 endfunction()
 
 if(BRIMVALE_EDITOR)

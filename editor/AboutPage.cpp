@@ -1,6 +1,9 @@
 #include "editor/AboutPage.h"
 
+#include "brimvale/Version.h"
 #include "editor/Colours.h"
+
+#include <string>
 
 namespace editor
 {
@@ -30,7 +33,8 @@ void CAboutPage::draw (CDrawContext* context)
         getDrawBackground ()->draw (context, places.picture);
     context->setFont (font);
     context->setFontColor (toColour (panel::letterColour));
-    context->drawString (versionText, places.version, kLeftText);
+    context->drawString (("Version " + std::string (brimvale::shortVersion)).c_str (), places.version,
+                         kLeftText);
     setDirty (false);
 }
 

@@ -9,8 +9,6 @@ namespace editor
 class CAboutPage : public VSTGUI::CControl
 {
 public:
-    static constexpr const char* versionText = "Version 1.43";
-
     struct Places
     {
         VSTGUI::CRect all, picture, version;

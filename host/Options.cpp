@@ -1,5 +1,6 @@
 #include "host/Options.h"
 
+#include "brimvale/Version.h"
 #include "host/Plot.h"
 
 #include <CLI/CLI.hpp>
@@ -32,6 +33,8 @@ std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, b
     CLI::App app ("Plays a MIDI file into a VST 2.4 instrument and writes what it sounds like to a WAV file.",
                   "brimvale-host");
     app.allow_windows_style_options (false); // "/home/me/song.mid" is a file, on every system
+    app.set_version_flag ("--version", "brimvale-host " + std::string (brimvale::version),
+                          "show the version and stop");
 
     std::string library;
     std::string song;
@@ -108,6 +111,10 @@ std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, b
             if (option->count () > 0 && name->empty ())
                 throw CLI::ValidationError (option->get_name (), "it needs the name of a file");
         }
+    }
+    catch (const CLI::CallForVersion& version)
+    {
+        return Ending{ 0, version.what () + std::string ("\n") };
     }
     catch (const CLI::Success&)
     {

@@ -3,7 +3,7 @@
 #include "platform/NewFile.h"
 
 #include <cerrno>
-#include <random>
+#include <chrono>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -39,11 +39,12 @@ void checkPlace (const std::filesystem::path& target)
         throw std::runtime_error (error.message ());
 }
 
-// Short, so that it fits wherever the target's own name does.
+// Short, so that it fits wherever the target's own name does. Of two at the same moment one finds the name
+// taken and asks for another.
 std::string anyName ()
 {
-    std::random_device random;
-    return "brimvale-" + std::to_string (random ()) + ".part";
+    return "brimvale-" + std::to_string (std::chrono::steady_clock::now ().time_since_epoch ().count ()) +
+           ".part";
 }
 }
 

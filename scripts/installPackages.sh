@@ -8,8 +8,9 @@ here=$(cd "$(dirname "$0")" && pwd)
 
 group=${1:-test}
 [[ $group =~ ^(run|test|package)$ ]] || fail "the group of packages is run, test or package, not $group."
-# The others need what running needs, too.
-mapfile -t wanted < <(awk -v group="$group" '$1 == "run" || $1 == group { print $2 }' "$here/packages.txt")
+# Testing needs what running needs, too, and packages hold what all needs.
+mapfile -t wanted < <(awk -v group="$group" '/^[a-z]/ && ($1 == "run" || $1 == group || group == "package") { print $2 }' \
+    "$here/packages.txt")
 command -v apt-get > /dev/null ||
     fail "this is no Debian system; install these yourself or use Debian 12: ${wanted[*]}."
 

@@ -65,6 +65,13 @@ TEST_F (Command, WritesAFileForEachChannelWhenAsked)
 }
 
 // The pipe stands for devices, which a test must not risk.
+TEST_F (Command, TellsItsVersion)
+{
+    const Outcome told = host ("--version");
+    EXPECT_EQ (told.status, 0);
+    EXPECT_EQ (told.output, "brimvale-host " VERSION "\n");
+}
+
 TEST_F (Command, RefusesWhatCannotBeDone)
 {
     for (const char* command :
