@@ -77,6 +77,7 @@ void listDevices (const Voice& voice)
 void selectProgram (instrument::Instrument& instrument, const std::string& wanted)
 {
     std::vector<std::string> names;
+    names.reserve (instrument::programCount);
     for (int program = 0; program < instrument::programCount; ++program)
         names.push_back (instrument.programName (program));
     const auto found = host::ProgramList (std::move (names)).find (wanted);

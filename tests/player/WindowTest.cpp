@@ -168,7 +168,7 @@ TEST_F (PlayerWindowTest, DroppedSongIsPlayedPausedAndSought)
 {
     midi::Song song;
     song.ticksPerQuarter = 480;
-    song.endTick = 480 * 240;
+    song.endTick = std::uint64_t{ 480 } * 240;
     song.messages = { { 0, { 0x90, 60, 100 }, 3 }, { song.endTick, { 0x80, 60, 0 }, 3 } };
     const auto bytes = midi::fileBytes (song);
     std::ofstream (folder / "a song.mid", std::ios::binary)
