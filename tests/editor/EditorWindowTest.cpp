@@ -184,7 +184,7 @@ TEST_F (EditorWindow, MouseAndKeysTurnControls)
         { paramLfoWave, 0.0f, "click 4 click 4", 0.4f }, // two of the six positions on
         { paramLfoWave, 0.4f, "click --repeat 9 --delay 30 5", 0.0f },
         { paramFilterFreq, 0.5f, "key --delay 60 Up Up Right Down", 0.54f },
-        { paramFilterFreq, 0.54f, "key shift+Left", 0.538f },
+        { paramFilterFreq, 0.54f, "keydown shift sleep 0.1 key Left sleep 0.1 keyup shift", 0.538f },
         { paramFilterFreq, 0.5f,
           "sleep 0.6 keydown shift mousedown 1 mousemove_relative -- 0 -20 "
           "mousemove_relative -- 0 -20 mouseup 1 keyup shift",
