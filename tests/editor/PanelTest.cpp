@@ -395,19 +395,6 @@ TEST_F (PanelInProcess, SoundsAreLoadedAndSavedThroughTheDialog)
     ::setenv ("PATH", path.c_str (), 1);
 }
 
-TEST_F (PanelInProcess, HostsAndControllersMakeNoSteps)
-{
-    OpenPanel open (system);
-    open.synth.setParameter (commandLearn, 18.0f);
-    open.play ({ midi (0xB0, 74, 32), midi (0xB0, 74, 64) });
-    open.synth.setParameter (paramFilterRez, 0.123f);
-    open.idle ();
-    const float learned = open.value (paramFilterFreq);
-    open.undo ();
-    EXPECT_EQ (open.value (paramFilterFreq), learned);
-    EXPECT_EQ (open.value (paramFilterRez), 0.123f);
-}
-
 // The toolkit's scroll bars read a flag that nobody sets; nothing of the panel may bring one.
 bool hasScrollbar (CViewContainer& container)
 {
