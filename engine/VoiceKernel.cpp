@@ -815,6 +815,7 @@ class Kernel
         Real& base = lanes (voices.cutoffBase, first);
         Real& hz = lanes (voices.cutoffHz, first);
         Real coefficient = lanes (voices.coefficient, first);
+        bool moves = true;
         for (int n = 0; n < samples;)
         {
             const int next = nextDue (voices.cutoffDue, n, samples);
@@ -823,7 +824,13 @@ class Kernel
             if (n == samples)
                 break;
             const auto due = V::maskOf (voices.cutoffDue.lanes[n] >> first);
-            base = due ? slewed (base, voices.cutoffTarget, voices.slewDivisor) : base;
+            if (moves)
+            {
+                const Real before = base;
+                base = due ? slewed (base, voices.cutoffTarget, voices.slewDivisor) : base;
+                if constexpr (width == 1) // what is too small a step now is so until the end
+                    moves = !due || base != before;
+            }
             const Real control =
                 env2.at[n] * voices.env2ToCutoff + base + (voices.lfo[n] + 1.0f) / 2.0f * voices.lfoToCutoff;
             hz = due ? cutoffOf (voices, control, lanes (voices.keyFactor, first)) : hz;
