@@ -273,24 +273,24 @@ float Lfo::tick ()
     }
 }
 
-// The next phases of a bouncing shape, if all of them and the one before lie between the same powers of two, 1
-// being one. Otherwise nothing happens. See climb.
-bool Lfo::bounceStraight (float* out, int samples)
+// The wanted phases of a bouncing shape, if all up to the last and the one before the first lie between the
+// same powers of two, 1 being one. Otherwise nothing happens. See climb.
+bool Lfo::bounceStraight (float* out, int samples, std::uint64_t wanted)
 {
     const float directed = rising ? step : -step;
     const float first = phase + directed;
     const float second = first + directed;
     const float each = (second + directed) - second;
-    const float last = second + static_cast<float> (samples) * each;
+    const float beyond = second + static_cast<float> (samples) * each;
     constexpr unsigned mantissaBits = 23;
     const bool inOneStretch =
-        (std::bit_cast<std::uint32_t> (phase) ^ std::bit_cast<std::uint32_t> (last)) >> mantissaBits == 0;
+        (std::bit_cast<std::uint32_t> (phase) ^ std::bit_cast<std::uint32_t> (beyond)) >> mantissaBits == 0;
     if (!inOneStretch || std::abs (phase) >= bounceEnd) // beyond it the phase of another shape may be
         return false;
-    for (int n = 0; n < samples; ++n)
-        out[n] = second + static_cast<float> (n - 1) * each;
-    out[0] = first;
-    phase = out[samples - 1];
+    const auto at = [&] (int n) { return n == 0 ? first : second + static_cast<float> (n - 1) * each; };
+    for (; wanted != 0; wanted &= wanted - 1)
+        out[std::countr_zero (wanted)] = at (std::countr_zero (wanted));
+    phase = at (samples - 1);
     return true;
 }
 
@@ -316,7 +316,7 @@ void Lfo::render (float* out, int samples, std::uint64_t wanted)
     {
     case triangle:
     case roundedTriangle:
-        if (!running.bounceStraight (out, samples))
+        if (!running.bounceStraight (out, samples, wanted))
         {
             for (int n = 0; n < samples; ++n)
             {

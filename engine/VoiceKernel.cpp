@@ -379,13 +379,62 @@ public:
             readAt<Kind::shifted> (phases, source, samples, reads);
     }
 
+    // Samples n to end - 1, and some behind them that are yet to come.
+    [[gnu::always_inline]] static inline void fill (float* out, int n, int end, float value)
+    {
+        for (; n < end; n += width)
+            reinterpret_cast<Anywhere<V::Real>*> (out + n)->value = V::Real{} + value;
+    }
+
+    // start + step, that + step and so on, each sum rounded to 32 bits. Between two powers of two all floats
+    // lie equally far apart, and there the sums are all rounded by the same amount, but perhaps for the first
+    // two (a tie goes to the even neighbour, from where all later ties go the same way). Answers the last.
+    [[gnu::always_inline]] static inline float addRepeatedly (float start, float step, int samples, float* out)
+    {
+        const float first = start + step;
+        const float second = first + step;
+        const float each = (second + step) - second;
+        const float beyond = second + static_cast<float> (samples) * each;
+        constexpr unsigned mantissaBits = 23;
+        if ((__builtin_bit_cast(std::uint32_t, start) ^ __builtin_bit_cast(std::uint32_t, beyond)) >>
+                mantissaBits !=
+            0)
+        {
+            for (int n = 0; n < samples; ++n)
+                out[n] = start += step;
+            return start;
+        }
+        typename V::Real count;
+        for (int k = 0; k < width; ++k)
+            count[k] = static_cast<float> (k - 1);
+        for (int n = 0; n < samples; n += width)
+        {
+            V::at<V::Real> (out + n) = second + count * each;
+            count += static_cast<float> (width);
+        }
+        out[0] = first;
+        return out[samples - 1];
+    }
+
 private:
+    // A vector that lies anywhere in an array.
+    template <typename Vector>
+    struct [[gnu::packed, gnu::may_alias]] Anywhere
+    {
+        Vector value;
+    };
+
     template <Reader::Kind kind>
     [[gnu::always_inline]] static inline void readAt (const double* phases, const OscillatorLanes& source,
                                                       int samples, Reader::Reads& reads)
     {
         for (int n = 0; n < samples; n += width)
-            Reader::readAt<kind> (V::at<V::Doubles> (phases + n), source, reads, n / width);
+        {
+            V::Doubles phase;
+            for (int part = 0; part < V::parts; ++part)
+                phase.part[part] = V::at<Double> (phases + n + part * (width / V::parts));
+            Reader::readAt<kind> (phase, source, reads, n / width);
+        }
     }
 
     // Oscillator::updateIncrement.
@@ -400,9 +449,13 @@ private:
                                                        source.bendHz.of[lane], source.fineHz.of[lane],
                                                        source.incrementPerHz);
         source.increment.of[lane] = increment;
-        double& phase = source.phase.of[lane];
-        if (increment > 0.0f && phase == 0.0)
-            phase = static_cast<double> (increment) + source.length;
+        source.phase.of[lane] = startedAnew (source.phase.of[lane], increment, source.length);
+    }
+
+    // A rewound cycle starts one increment in.
+    [[gnu::always_inline]] static inline double startedAnew (double phase, float increment, double length)
+    {
+        return increment > 0.0f && phase == 0.0 ? static_cast<double> (increment) + length : phase;
     }
 
     [[gnu::always_inline]] static inline double wrapped (double phase, double length)
@@ -452,10 +505,6 @@ private:
     [[gnu::always_inline]] static inline void multiples (double start, double step, double length, int samples,
                                                          double* phases)
     {
-        struct [[gnu::packed, gnu::may_alias]] Anywhere
-        {
-            Double value;
-        };
         constexpr int partWidth = width / V::parts;
         Double count;
         for (int k = 0; k < partWidth; ++k)
@@ -463,7 +512,7 @@ private:
         Double phase = start + count * step;
         for (int n = 0; n < samples; n += partWidth)
         {
-            reinterpret_cast<Anywhere*> (phases + n)->value = phase >= length ? phase - length : phase;
+            reinterpret_cast<Anywhere<Double>*> (phases + n)->value = phase >= length ? phase - length : phase;
             phase += partWidth * step;
         }
     }
@@ -471,12 +520,32 @@ private:
     // Samples n to end - 1 of a glide.
     static void glide (OscillatorLanes& source, std::size_t lane, int n, int end, double* phases)
     {
-        for (; n < end; ++n)
+        using Real = V::Real;
+        alignas (64) float hz[longestRun];
+        float& current = source.glideCurrent.of[lane];
+        const int samples = end - n;
+        for (int k = 0; k < samples; ++k)
+            hz[k] = current =
+                pitchLaw::glided (current, source.glideTarget.of[lane], source.glideDelta.of[lane]);
+        for (int k = samples; k % width != 0; ++k)
+            hz[k] = current;
+
+        alignas (64) float increments[longestRun];
+        for (int k = 0; k < samples; k += width)
+            V::at<Real> (increments + k) = pitchLaw::incrementOf<Real> (
+                V::at<Real> (hz + k), source.tuneCorrection, Real{} + source.lfoPitchFactor.of[lane],
+                source.masterPitchFactor, Real{} + source.bendHz.of[lane], Real{} + source.fineHz.of[lane],
+                source.incrementPerHz);
+
+        double phase = source.phase.of[lane];
+        for (int k = 0; k < samples; ++k)
         {
-            updateIncrement (source, lane);
-            phases[n] = wrapped (source.phase.of[lane], source.length);
-            source.phase.of[lane] = phases[n] + static_cast<double> (source.increment.of[lane]);
+            phase = wrapped (startedAnew (phase, increments[k], source.length), source.length);
+            phases[n + k] = phase;
+            phase += static_cast<double> (increments[k]);
         }
+        source.phase.of[lane] = phase;
+        source.increment.of[lane] = increments[samples - 1];
     }
 
     static void findPhases (const VoiceLanes& voices, OscillatorLanes& source, bool followsLfo,
@@ -519,7 +588,7 @@ class Kernel
     // One vector for each sample of a run.
     struct alignas (64) Rows
     {
-        Real at[longestRun];
+        Real at[longestRun + (width == 1 ? AlongTime::width : 0)];
     };
 
     template <typename Number>
@@ -752,10 +821,18 @@ class Kernel
         Real level2 = lanes (voices.env2.level, first);
         const Real amplitudeStep = lanes (voices.amplitude.step, first);
         const Real step2 = lanes (voices.env2.step, first);
-        for (int n = 0; n < samples; ++n)
+        if constexpr (width == 1)
         {
-            amplitudes.at[n] = amplitude += amplitudeStep;
-            env2.at[n] = level2 += step2;
+            amplitude = AlongTime::addRepeatedly (amplitude, amplitudeStep, samples, amplitudes.at);
+            level2 = AlongTime::addRepeatedly (level2, step2, samples, env2.at);
+        }
+        else
+        {
+            for (int n = 0; n < samples; ++n)
+            {
+                amplitudes.at[n] = amplitude += amplitudeStep;
+                env2.at[n] = level2 += step2;
+            }
         }
         lanes (voices.amplitude.level, first) = amplitude;
         lanes (voices.env2.level, first) = level2;
@@ -819,8 +896,12 @@ class Kernel
         for (int n = 0; n < samples;)
         {
             const int next = nextDue (voices.cutoffDue, n, samples);
-            for (; n < next; ++n)
-                coefficients.at[n] = coefficient;
+            if constexpr (width == 1)
+                AlongTime::fill (coefficients.at, n, next, coefficient);
+            else
+                for (int k = n; k < next; ++k)
+                    coefficients.at[k] = coefficient;
+            n = next;
             if (n == samples)
                 break;
             const auto due = V::maskOf (voices.cutoffDue.lanes[n] >> first);
