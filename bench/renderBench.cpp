@@ -186,6 +186,7 @@ void addRows (const VoiceKernel& kernel)
     const std::pair<const char*, Settings> cases[] = {
         { "noise", { { paramNoise, 0.5f } } },
         { "pulse width", { { paramOsc1PW, 0.5f } } },
+        { "saws", { { paramOsc1Wave, 0.5f } } },
         { "LFO noise", { { paramLfoWave, 0.8f } } },
         { "vibrato", { { paramLfoPitch, 0.4f } } },
         { "low quality", { { paramHighQuality, 1.0f } } },

@@ -28,6 +28,8 @@ struct VectorTypes
     using Bits [[gnu::vector_size (width * floatBytes), gnu::may_alias]] = std::int32_t;
     using Double [[gnu::vector_size (width * doubleBytes / parts), gnu::may_alias]] = double;
     using AllDoubles [[gnu::vector_size (width * doubleBytes), gnu::may_alias]] = double;
+    using PartOfReal [[gnu::vector_size (width * floatBytes / parts), gnu::may_alias]] = float;
+    using PartOfBits [[gnu::vector_size (width * floatBytes / parts), gnu::may_alias]] = std::int32_t;
     using Pairs [[gnu::vector_size (width * floatBytes), gnu::may_alias]] = double; // of floats
 };
 
@@ -39,6 +41,8 @@ struct VectorTypes<1>
     using Bits = std::int32_t;
     using Double = double;
     using AllDoubles = double;
+    using PartOfReal = float;
+    using PartOfBits = std::int32_t;
     static constexpr int parts = 1;
 };
 
@@ -102,18 +106,31 @@ struct Vectors : VectorTypes<width>
                      __builtin_shufflevector (all, all, 8, 9, 10, 11, 12, 13, 14, 15) };
     }
 
-    template <typename To>
-    [[gnu::always_inline]] static inline To narrowed (const Doubles& x)
+    [[gnu::always_inline]] static inline Real narrowed (const Doubles& x)
+    {
+        return narrowedTo<Real, typename Types::PartOfReal> (x);
+    }
+
+    // Without what is behind the point.
+    [[gnu::always_inline]] static inline Bits truncated (const Doubles& x)
+    {
+        return narrowedTo<Bits, typename Types::PartOfBits> (x);
+    }
+
+    // Part by part, or the parts as one: which of them does not go through memory differs.
+    template <typename Whole, typename Part>
+    [[gnu::always_inline]] static inline Whole narrowedTo (const Doubles& x)
     {
         if constexpr (parts == 1)
-            return converted<To> (x.part[0]);
+            return converted<Whole> (x.part[0]);
         else if constexpr (width == 4)
-            return converted<To> (__builtin_shufflevector (x.part[0], x.part[1], 0, 1, 2, 3));
+            return converted<Whole> (__builtin_shufflevector (x.part[0], x.part[1], 0, 1, 2, 3));
         else if constexpr (width == 8)
-            return converted<To> (__builtin_shufflevector (x.part[0], x.part[1], 0, 1, 2, 3, 4, 5, 6, 7));
+            return __builtin_shufflevector (converted<Part> (x.part[0]), converted<Part> (x.part[1]), 0, 1, 2,
+                                            3, 4, 5, 6, 7);
         else
-            return converted<To> (__builtin_shufflevector (x.part[0], x.part[1], 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10,
-                                                           11, 12, 13, 14, 15));
+            return __builtin_shufflevector (converted<Part> (x.part[0]), converted<Part> (x.part[1]), 0, 1, 2,
+                                            3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
     }
 
     [[gnu::always_inline]] static inline Doubles sum (Doubles a, const Doubles& b)
@@ -202,12 +219,12 @@ public:
     [[gnu::always_inline]] static inline void readAt (const Doubles& phase, const OscillatorLanes& source,
                                                       Reads& reads, int n)
     {
-        const auto index = V::template narrowed<Bits> (phase);
+        const auto index = V::truncated (phase);
         reads.index[n] = index;
         if constexpr (kind == Kind::plain)
             reads.exactFraction[n] = V::difference (phase, V::widened (index));
         else if constexpr (kind == Kind::full)
-            reads.fraction[n] = V::template narrowed<Real> (phase) - V::template converted<Real> (index);
+            reads.fraction[n] = V::narrowed (phase) - V::template converted<Real> (index);
         else
             reads.fraction[n] =
                 shiftedPosition (phase, source.pulseOffset, source.length) - V::template converted<Real> (index);
@@ -261,7 +278,7 @@ private:
         for (Double& p : phase.part)
             p += static_cast<double> (offset);
         const float end = static_cast<float> (length) + offset;
-        const auto position = V::template narrowed<Real> (phase);
+        const auto position = V::narrowed (phase);
         return position >= end ? position - end : position;
     }
 
@@ -270,7 +287,7 @@ private:
         Real value;
         Real next;
         readPairs (table, reads.index[n], value, next);
-        return V::template narrowed<Real> (V::sum (
+        return V::narrowed (V::sum (
             V::widened (value), V::product (reads.exactFraction[n], V::widened (next - value))));
     }
 
@@ -879,9 +896,9 @@ class Kernel
             else
                 x = x * parameters::cutoffSpanHz + static_cast<double> (parameters::lowestCutoffHz);
         }
-        const Real raised = V::template narrowed<Real> (hz) < parameters::lowestCutoffHz
+        const Real raised = V::narrowed (hz) < parameters::lowestCutoffHz
                                 ? Real{} + parameters::lowestCutoffHz
-                                : V::template narrowed<Real> (hz);
+                                : V::narrowed (hz);
         return raised > parameters::highestCutoffHz ? Real{} + parameters::highestCutoffHz : raised;
     }
 
