@@ -226,8 +226,8 @@ public:
         else if constexpr (kind == Kind::full)
             reads.fraction[n] = V::narrowed (phase) - V::template converted<Real> (index);
         else
-            reads.fraction[n] =
-                shiftedPosition (phase, source.pulseOffset, source.length) - V::template converted<Real> (index);
+            reads.fraction[n] = shiftedPosition (phase, source.pulseOffset, source.length) -
+                                V::template converted<Real> (index);
     }
 
     // A source without a table.
@@ -242,7 +242,8 @@ public:
     }
 
     // The two oscillators, `vectors` of them.
-    [[gnu::noinline]] static void mix (const VoiceLanes& voices, const Reads& reads1, const Reads& reads2, int vectors, Real* out)
+    [[gnu::noinline]] static void mix (const VoiceLanes& voices, const Reads& reads1, const Reads& reads2,
+                                       int vectors, Real* out)
     {
         const float* const table1 = tableOf (voices.osc1);
         const float* const table2 = tableOf (voices.osc2);
@@ -259,7 +260,8 @@ public:
                 out[n] = readFull (table1, reads1, n) * level1 + readPlain (table2, reads2, n) * level2;
     }
 
-    [[gnu::noinline]] static void addNoise (const OscillatorLanes& noise, const Reads& reads, int vectors, Real* out)
+    [[gnu::noinline]] static void addNoise (const OscillatorLanes& noise, const Reads& reads, int vectors,
+                                            Real* out)
     {
         const float* const table = tableOf (noise);
         const float level = noise.level;
@@ -287,8 +289,8 @@ private:
         Real value;
         Real next;
         readPairs (table, reads.index[n], value, next);
-        return V::narrowed (V::sum (
-            V::widened (value), V::product (reads.exactFraction[n], V::widened (next - value))));
+        return V::narrowed (
+            V::sum (V::widened (value), V::product (reads.exactFraction[n], V::widened (next - value))));
     }
 
     [[gnu::always_inline]] static inline Real readFull (const float* table, const Reads& reads, int n)
@@ -316,8 +318,8 @@ private:
 
     // Two neighbouring samples of a table for each lane. One 64-bit load fetches both: that is faster here
     // than the gather instructions.
-    [[gnu::always_inline]] static inline void readPairs (const float* table, const Bits& indices,
-                                                         Real& first, Real& second)
+    [[gnu::always_inline]] static inline void readPairs (const float* table, const Bits& indices, Real& first,
+                                                         Real& second)
     {
         struct [[gnu::packed, gnu::may_alias]] Pair
         {
@@ -347,12 +349,11 @@ private:
         }
         if constexpr (width == 16)
         {
-            const Real a = reinterpret_cast<Real> (Pairs{ pair (0), pair (1), pair (4), pair (5),
-                                                          pair (8), pair (9), pair (12), pair (13) });
-            const Real b = reinterpret_cast<Real> (Pairs{ pair (2), pair (3), pair (6), pair (7),
-                                                          pair (10), pair (11), pair (14), pair (15) });
-            first =
-                __builtin_shufflevector (a, b, 0, 2, 16, 18, 4, 6, 20, 22, 8, 10, 24, 26, 12, 14, 28, 30);
+            const Real a = reinterpret_cast<Real> (
+                Pairs{ pair (0), pair (1), pair (4), pair (5), pair (8), pair (9), pair (12), pair (13) });
+            const Real b = reinterpret_cast<Real> (
+                Pairs{ pair (2), pair (3), pair (6), pair (7), pair (10), pair (11), pair (14), pair (15) });
+            first = __builtin_shufflevector (a, b, 0, 2, 16, 18, 4, 6, 20, 22, 8, 10, 24, 26, 12, 14, 28, 30);
             second =
                 __builtin_shufflevector (a, b, 1, 3, 17, 19, 5, 7, 21, 23, 9, 11, 25, 27, 13, 15, 29, 31);
         }
@@ -376,24 +377,22 @@ public:
     using Double = V::Double;
     using Reader = Sources<width>;
 
-    // `reads` get the vectors that the next samples fill, the last one perhaps in part.
-    [[gnu::noinline]] static void findReads (const VoiceLanes& voices, OscillatorLanes& source, bool followsLfo,
-                                             std::size_t lane, int samples, Reader::Reads& reads)
+    // The sources of one voice, a run, into out[0 .. longestRun-1].
+    static void mix (VoiceLanes& voices, std::size_t lane, int samples, float* out)
     {
-        if (source.table == nullptr)
-            return Reader::standStill (reads, (samples + width - 1) / width);
-        alignas (64) double phases[longestRun + width];
-        findPhases (voices, source, followsLfo, lane, samples, phases);
-        for (int n = samples; n % width != 0; ++n)
-            phases[n] = 0.0;
-        using Kind = Reader::Kind;
-        const auto kind = Reader::kindOf (source);
-        if (kind == Kind::plain)
-            readAt<Kind::plain> (phases, source, samples, reads);
-        else if (kind == Kind::full)
-            readAt<Kind::full> (phases, source, samples, reads);
-        else
-            readAt<Kind::shifted> (phases, source, samples, reads);
+        const bool followsLfo = voices.lfoPitchDepth > 0.0f;
+        const int vectors = (samples + width - 1) / width;
+        auto* const mixed = reinterpret_cast<V::Real*> (out);
+        Reader::Reads reads1;
+        Reader::Reads reads2;
+        findReads (voices, voices.osc1, followsLfo, lane, samples, reads1);
+        findReads (voices, voices.osc2, followsLfo, lane, samples, reads2);
+        Reader::mix (voices, reads1, reads2, vectors, mixed);
+        if (voices.noiseSounds)
+        {
+            findReads (voices, voices.noise, false, lane, samples, reads1);
+            Reader::addNoise (voices.noise, reads1, vectors, mixed);
+        }
     }
 
     // Samples n to end - 1, and some behind them that are yet to come.
@@ -406,7 +405,8 @@ public:
     // start + step, that + step and so on, each sum rounded to 32 bits. Between two powers of two all floats
     // lie equally far apart, and there the sums are all rounded by the same amount, but perhaps for the first
     // two (a tie goes to the even neighbour, from where all later ties go the same way). Answers the last.
-    [[gnu::always_inline]] static inline float addRepeatedly (float start, float step, int samples, float* out)
+    [[gnu::always_inline]] static inline float addRepeatedly (float start, float step, int samples,
+                                                              float* out)
     {
         const float first = start + step;
         const float second = first + step;
@@ -434,6 +434,27 @@ public:
     }
 
 private:
+    // `reads` get the vectors that the next samples fill, the last one perhaps in part.
+    [[gnu::noinline]] static void findReads (const VoiceLanes& voices, OscillatorLanes& source,
+                                             bool followsLfo, std::size_t lane, int samples,
+                                             Reader::Reads& reads)
+    {
+        if (source.table == nullptr)
+            return Reader::standStill (reads, (samples + width - 1) / width);
+        alignas (64) double phases[longestRun + width];
+        findPhases (voices, source, followsLfo, lane, samples, phases);
+        for (int n = samples; n % width != 0; ++n)
+            phases[n] = 0.0;
+        using Kind = Reader::Kind;
+        const auto kind = Reader::kindOf (source);
+        if (kind == Kind::plain)
+            readAt<Kind::plain> (phases, source, samples, reads);
+        else if (kind == Kind::full)
+            readAt<Kind::full> (phases, source, samples, reads);
+        else
+            readAt<Kind::shifted> (phases, source, samples, reads);
+    }
+
     // A vector that lies anywhere in an array.
     template <typename Vector>
     struct [[gnu::packed, gnu::may_alias]] Anywhere
@@ -461,10 +482,9 @@ private:
         if (source.glides)
             hz = source.glideCurrent.of[lane] = pitchLaw::glided (
                 source.glideCurrent.of[lane], source.glideTarget.of[lane], source.glideDelta.of[lane]);
-        const float increment = pitchLaw::incrementOf (hz, source.tuneCorrection,
-                                                       source.lfoPitchFactor.of[lane], source.masterPitchFactor,
-                                                       source.bendHz.of[lane], source.fineHz.of[lane],
-                                                       source.incrementPerHz);
+        const float increment = pitchLaw::incrementOf (
+            hz, source.tuneCorrection, source.lfoPitchFactor.of[lane], source.masterPitchFactor,
+            source.bendHz.of[lane], source.fineHz.of[lane], source.incrementPerHz);
         source.increment.of[lane] = increment;
         source.phase.of[lane] = startedAnew (source.phase.of[lane], increment, source.length);
     }
@@ -498,7 +518,8 @@ private:
         double phase = wrapped (source.phase.of[lane], length);
         if (addsExactly (phase) && addsExactly (step) && step * width <= length)
         {
-            const int inOneCycle = step * longestRun <= length ? longestRun : static_cast<int> (length / step);
+            const int inOneCycle =
+                step * longestRun <= length ? longestRun : static_cast<int> (length / step);
             while (n < end)
             {
                 const int samples = end - n < inOneCycle ? end - n : inOneCycle;
@@ -519,8 +540,8 @@ private:
     }
 
     // start, start + step and so on, which pass the end of the cycle once at the most.
-    [[gnu::always_inline]] static inline void multiples (double start, double step, double length, int samples,
-                                                         double* phases)
+    [[gnu::always_inline]] static inline void multiples (double start, double step, double length,
+                                                         int samples, double* phases)
     {
         constexpr int partWidth = width / V::parts;
         Double count;
@@ -529,7 +550,8 @@ private:
         Double phase = start + count * step;
         for (int n = 0; n < samples; n += partWidth)
         {
-            reinterpret_cast<Anywhere<Double>*> (phases + n)->value = phase >= length ? phase - length : phase;
+            reinterpret_cast<Anywhere<Double>*> (phases + n)->value =
+                phase >= length ? phase - length : phase;
             phase += partWidth * step;
         }
     }
@@ -566,7 +588,7 @@ private:
     }
 
     static void findPhases (const VoiceLanes& voices, OscillatorLanes& source, bool followsLfo,
-                                              std::size_t lane, int samples, double* phases)
+                            std::size_t lane, int samples, double* phases)
     {
         const bool glidesAlways = source.isFull && source.glides;
         const bool isGliding = glidesAlways && source.glideCurrent.of[lane] != source.glideTarget.of[lane];
@@ -782,8 +804,8 @@ class Kernel
         }
     }
 
-    [[gnu::noinline]] static void findReads (const VoiceLanes& voices, OscillatorLanes& source, bool followsLfo,
-                                             std::size_t first, int samples, Reads& reads)
+    [[gnu::noinline]] static void findReads (const VoiceLanes& voices, OscillatorLanes& source,
+                                             bool followsLfo, std::size_t first, int samples, Reads& reads)
     {
         using Kind = typename Reader::Kind;
         const auto kind = Reader::kindOf (source);
@@ -799,24 +821,26 @@ class Kernel
 
     [[gnu::noinline]] static void mixSources (VoiceLanes& voices, std::size_t first, int samples, Rows& mix)
     {
-        const bool followsLfo = voices.lfoPitchDepth > 0.0f;
         if constexpr (width == 1)
         {
-            AlongTime::Reader::Reads reads1;
-            AlongTime::Reader::Reads reads2;
-            AlongTime::findReads (voices, voices.osc1, followsLfo, first, samples, reads1);
-            AlongTime::findReads (voices, voices.osc2, followsLfo, first, samples, reads2);
-            const int vectors = (samples + AlongTime::width - 1) / AlongTime::width;
-            auto* const out = reinterpret_cast<typename Vectors<AlongTime::width>::Real*> (mix.at);
-            AlongTime::Reader::mix (voices, reads1, reads2, vectors, out);
-            if (voices.noiseSounds)
+            AlongTime::mix (voices, first, samples, mix.at);
+        }
+        else if constexpr (width < AlongTime::width)
+        {
+            alignas (64) float along[width][longestRun];
+            for (std::size_t lane = 0; lane < width; ++lane)
             {
-                AlongTime::findReads (voices, voices.noise, false, first, samples, reads1);
-                AlongTime::Reader::addNoise (voices.noise, reads1, vectors, out);
+                if (first + lane < voices.used)
+                    AlongTime::mix (voices, first + lane, samples, along[lane]);
+                else
+                    AlongTime::fill (along[lane], 0, longestRun, 0.0f);
             }
+            for (int n = 0; n < samples; n += 4)
+                turn (&along[0][n], longestRun, &mix.at[n]);
         }
         else
         {
+            const bool followsLfo = voices.lfoPitchDepth > 0.0f;
             Reads reads1;
             Reads reads2;
             findReads (voices, voices.osc1, followsLfo, first, samples, reads1);
@@ -828,6 +852,23 @@ class Kernel
                 Reader::addNoise (voices.noise, reads1, samples, mix.at);
             }
         }
+    }
+
+    // Four samples of each of four voices become four vectors.
+    [[gnu::always_inline]] static inline void turn (const float* from, int distance, Real* to)
+    {
+        const Real& a = V::template at<Real> (from);
+        const Real& b = V::template at<Real> (from + distance);
+        const Real& c = V::template at<Real> (from + 2 * distance);
+        const Real& d = V::template at<Real> (from + 3 * distance);
+        const Real ab01 = __builtin_shufflevector (a, b, 0, 4, 1, 5);
+        const Real ab23 = __builtin_shufflevector (a, b, 2, 6, 3, 7);
+        const Real cd01 = __builtin_shufflevector (c, d, 0, 4, 1, 5);
+        const Real cd23 = __builtin_shufflevector (c, d, 2, 6, 3, 7);
+        to[0] = __builtin_shufflevector (ab01, cd01, 0, 1, 4, 5);
+        to[1] = __builtin_shufflevector (ab01, cd01, 2, 3, 6, 7);
+        to[2] = __builtin_shufflevector (ab23, cd23, 0, 1, 4, 5);
+        to[3] = __builtin_shufflevector (ab23, cd23, 2, 3, 6, 7);
     }
 
     // Both envelopes in one loop: each addition waits for the one before, and so they wait together.
@@ -857,8 +898,7 @@ class Kernel
         insertColumns (voices.env2, first, samples, env2);
     }
 
-    static void insertColumns (const EnvelopeLanes& envelope, std::size_t first, int samples,
-                               Rows& levels)
+    static void insertColumns (const EnvelopeLanes& envelope, std::size_t first, int samples, Rows& levels)
     {
         for (std::size_t lane = 0; lane < width; ++lane)
         {
@@ -970,9 +1010,8 @@ class Kernel
 
     template <typename Keep>
     [[gnu::noinline]] static void filterRun (const VoiceLanes& voices, std::size_t first, int samples,
-                                             const Rows& mix, const Rows& coefficients,
-                                             const Rows& levels, Rows& sound, Memory& memory,
-                                             Keep& keep)
+                                             const Rows& mix, const Rows& coefficients, const Rows& levels,
+                                             Rows& sound, Memory& memory, Keep& keep)
     {
         Memory m = memory;
         const filterCore::Switches switches = voices.filterSwitches;
@@ -1053,8 +1092,7 @@ class Kernel
     }
 
     // Voice after voice, in ascending order: a sum of floats depends on it.
-    [[gnu::noinline]] static void addVoices (const Rows& sound, std::size_t voices, float* out,
-                                             int samples)
+    [[gnu::noinline]] static void addVoices (const Rows& sound, std::size_t voices, float* out, int samples)
     {
         for (int n = 0; n < samples; ++n)
         {
