@@ -108,23 +108,28 @@ struct Vectors : VectorTypes<width>
 
     [[gnu::always_inline]] static inline Real narrowed (const Doubles& x)
     {
-        return narrowedTo<Real, typename Types::PartOfReal> (x);
+        return narrowedTo<Real, typename Types::PartOfReal, (width > 4)> (x);
     }
 
-    // Without what is behind the point.
+    // Without what is behind the point. `isFirstOfTwo`: `x` is narrowed once more afterwards.
+    template <bool isFirstOfTwo>
     [[gnu::always_inline]] static inline Bits truncated (const Doubles& x)
     {
-        return narrowedTo<Bits, typename Types::PartOfBits> (x);
+        return narrowedTo<Bits, typename Types::PartOfBits, (width > 4 || isFirstOfTwo)> (x);
     }
 
-    // Part by part, or the parts as one: which of them does not go through memory differs.
-    template <typename Whole, typename Part>
+    // The parts one by one, or as one long vector: that is faster with four lanes, but the compiler puts the
+    // long one into memory where it needs it twice.
+    template <typename Whole, typename Part, bool oneByOne>
     [[gnu::always_inline]] static inline Whole narrowedTo (const Doubles& x)
     {
         if constexpr (parts == 1)
             return converted<Whole> (x.part[0]);
-        else if constexpr (width == 4)
+        else if constexpr (!oneByOne)
             return converted<Whole> (__builtin_shufflevector (x.part[0], x.part[1], 0, 1, 2, 3));
+        else if constexpr (width == 4)
+            return __builtin_shufflevector (converted<Part> (x.part[0]), converted<Part> (x.part[1]), 0, 1, 2,
+                                            3);
         else if constexpr (width == 8)
             return __builtin_shufflevector (converted<Part> (x.part[0]), converted<Part> (x.part[1]), 0, 1, 2,
                                             3, 4, 5, 6, 7);
@@ -219,7 +224,7 @@ public:
     [[gnu::always_inline]] static inline void readAt (const Doubles& phase, const OscillatorLanes& source,
                                                       Reads& reads, int n)
     {
-        const auto index = V::truncated (phase);
+        const auto index = V::template truncated<kind == Kind::full> (phase);
         reads.index[n] = index;
         if constexpr (kind == Kind::plain)
             reads.exactFraction[n] = V::difference (phase, V::widened (index));

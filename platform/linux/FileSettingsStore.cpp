@@ -135,7 +135,7 @@ public:
         const bool exists = ::stat (path.c_str (), &file) == 0;
         if (!exists || !isKnown || !isSame (file, known))
         {
-            loaded = load (path).value_or (Numbers ());
+            loaded = exists ? load (path).value_or (Numbers ()) : Numbers ();
             known = file;
             // A file's time stands still for some milliseconds, and so does not tell of a second change.
             isKnown =
