@@ -279,15 +279,14 @@ bool Lfo::bounceStraight (float* out, int samples, std::uint64_t wanted)
 {
     const float directed = rising ? step : -step;
     const float first = phase + directed;
-    const float second = first + directed;
-    const float each = (second + directed) - second;
-    const float beyond = second + static_cast<float> (samples) * each;
+    const float each = (first + directed) - first;
+    const float beyond = first + static_cast<float> (samples) * each;
     constexpr unsigned mantissaBits = 23;
     const bool inOneStretch =
         (std::bit_cast<std::uint32_t> (phase) ^ std::bit_cast<std::uint32_t> (beyond)) >> mantissaBits == 0;
     if (!inOneStretch || std::abs (phase) >= bounceEnd) // beyond it the phase of another shape may be
         return false;
-    const auto at = [&] (int n) { return n == 0 ? first : second + static_cast<float> (n - 1) * each; };
+    const auto at = [&] (int n) { return first + static_cast<float> (n) * each; };
     for (; wanted != 0; wanted &= wanted - 1)
         out[std::countr_zero (wanted)] = at (std::countr_zero (wanted));
     phase = at (samples - 1);

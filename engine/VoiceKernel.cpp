@@ -409,14 +409,13 @@ public:
 
     // start + step, that + step and so on, each sum rounded to 32 bits. Between two powers of two all floats
     // lie equally far apart, and there the sums are all rounded by the same amount, but perhaps for the first
-    // two (a tie goes to the even neighbour, from where all later ties go the same way). Answers the last.
+    // (a tie goes to the even neighbour, from where all later ties go the same way). Answers the last.
     [[gnu::always_inline]] static inline float addRepeatedly (float start, float step, int samples,
                                                               float* out)
     {
         const float first = start + step;
-        const float second = first + step;
-        const float each = (second + step) - second;
-        const float beyond = second + static_cast<float> (samples) * each;
+        const float each = (first + step) - first;
+        const float beyond = first + static_cast<float> (samples) * each;
         constexpr unsigned mantissaBits = 23;
         if ((__builtin_bit_cast(std::uint32_t, start) ^ __builtin_bit_cast(std::uint32_t, beyond)) >>
                 mantissaBits !=
@@ -428,13 +427,12 @@ public:
         }
         typename V::Real count;
         for (int k = 0; k < width; ++k)
-            count[k] = static_cast<float> (k - 1);
+            count[k] = static_cast<float> (k);
         for (int n = 0; n < samples; n += width)
         {
-            V::at<V::Real> (out + n) = second + count * each;
+            V::at<V::Real> (out + n) = first + count * each;
             count += static_cast<float> (width);
         }
-        out[0] = first;
         return out[samples - 1];
     }
 
