@@ -85,6 +85,20 @@ void renderVoices (benchmark::State& state, const VoiceKernel& kernel, const Set
     count (state, voices, block);
 }
 
+// Voices that began at different samples follow their modulation at different samples, too.
+void renderStaggered (benchmark::State& state, const VoiceKernel& kernel, int voices)
+{
+    Player player (kernel, {}, 0, usualBlock);
+    for (int n = 0; n < voices; ++n)
+    {
+        player.synth.engine.noteEvent (lowestNote + 3 * n, 100, true);
+        player.synth.block (100 + 7 * n);
+    }
+    for ([[maybe_unused]] auto _ : state)
+        player.render ();
+    count (state, voices, usualBlock);
+}
+
 // Mono, with a note every half second that is still on its way to its pitch when the next one comes.
 void renderGlide (benchmark::State& state, const VoiceKernel& kernel)
 {
@@ -183,12 +197,13 @@ void addRows (const VoiceKernel& kernel)
     }
     benchmark::RegisterBenchmark ((std::string (kernel.name) + "/glide/voices:1/block:512").c_str (),
                                   [&kernel] (benchmark::State& state) { renderGlide (state, kernel); });
+    benchmark::RegisterBenchmark ((std::string (kernel.name) + "/staggered/voices:16/block:512").c_str (),
+                                  [&kernel] (benchmark::State& state)
+                                  { renderStaggered (state, kernel, mostVoices); });
     const std::pair<const char*, Settings> cases[] = {
-        { "noise", { { paramNoise, 0.5f } } },
-        { "pulse width", { { paramOsc1PW, 0.5f } } },
-        { "LFO noise", { { paramLfoWave, 0.8f } } },
-        { "vibrato", { { paramLfoPitch, 0.4f } } },
-        { "low quality", { { paramHighQuality, 1.0f } } },
+        { "noise", { { paramNoise, 0.5f } } },      { "pulse width", { { paramOsc1PW, 0.5f } } },
+        { "saws", { { paramOsc1Wave, 0.5f } } },    { "LFO noise", { { paramLfoWave, 0.8f } } },
+        { "vibrato", { { paramLfoPitch, 0.4f } } }, { "low quality", { { paramHighQuality, 1.0f } } },
         { "smooth", { { paramSmothFilt, 1.0f } } },
     };
     for (const auto& [name, changes] : cases)

@@ -143,12 +143,20 @@ void Engine::renderBlock (float* left, float* right, std::int32_t frames)
     for (std::int32_t done = 0; done < frames;)
     {
         applyEvents (std::min (done + 1, frames - 1)); // the block has no sample for offsets from `frames` on
-        const std::int32_t run = intake.samplesToNext (done, std::min (frames - done, longestRun));
-        renderer.renderRun (mono.data (), run);
-        if (left != nullptr)
-            std::copy_n (mono.data (), run, left + done);
-        if (right != nullptr)
-            std::copy_n (mono.data (), run, right + done);
+        const bool isAsleep = renderer.isAsleep ();
+        const std::int32_t run =
+            intake.samplesToNext (done, isAsleep ? frames - done : std::min (frames - done, longestRun));
+        if (!isAsleep)
+            renderer.renderRun (mono.data (), run);
+        for (float* const channel : { left, right })
+        {
+            if (channel == nullptr)
+                continue;
+            if (isAsleep)
+                std::fill_n (channel + done, run, 0.0f);
+            else
+                std::copy_n (mono.data (), run, channel + done);
+        }
         done += run;
         samplesRendered = done;
     }

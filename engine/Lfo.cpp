@@ -1,6 +1,7 @@
 #include "engine/Lfo.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 #include "parameters/KnobLaws.h"
@@ -272,25 +273,58 @@ float Lfo::tick ()
     }
 }
 
+// The wanted phases of a bouncing shape, if all up to the last and the one before the first lie between the
+// same powers of two, 1 being one. Otherwise nothing happens. See climb.
+bool Lfo::bounceStraight (float* out, int samples, std::uint64_t wanted)
+{
+    const float directed = rising ? step : -step;
+    const float first = phase + directed;
+    const float each = (first + directed) - first;
+    const float beyond = first + static_cast<float> (samples) * each;
+    constexpr unsigned mantissaBits = 23;
+    const bool inOneStretch =
+        (std::bit_cast<std::uint32_t> (phase) ^ std::bit_cast<std::uint32_t> (beyond)) >> mantissaBits == 0;
+    if (!inOneStretch || std::abs (phase) >= bounceEnd) // beyond it the phase of another shape may be
+        return false;
+    const auto at = [&] (int n) { return first + static_cast<float> (n) * each; };
+    for (; wanted != 0; wanted &= wanted - 1)
+        out[std::countr_zero (wanted)] = at (std::countr_zero (wanted));
+    phase = at (samples - 1);
+    return true;
+}
+
+// The sine takes long: it is only taken where it is wanted, and side by side.
+void Lfo::roundOff (float* phases, std::uint64_t wanted)
+{
+    float picked[64];
+    const int count = std::popcount (wanted);
+    std::uint64_t left = wanted;
+    for (int n = 0; n < count; ++n, left &= left - 1)
+        picked[n] = phases[std::countr_zero (left)];
+    for (int n = 0; n < count; ++n)
+        picked[n] = sineOfPhase (picked[n]);
+    left = wanted;
+    for (int n = 0; n < count; ++n, left &= left - 1)
+        phases[std::countr_zero (left)] = picked[n];
+}
+
 void Lfo::render (float* out, int samples, std::uint64_t wanted)
 {
     Lfo running = *this; // a copy that can live in registers
     switch (shape)
     {
     case triangle:
-        for (int n = 0; n < samples; ++n)
-        {
-            running.bounce ();
-            out[n] = running.phase;
-        }
-        break;
     case roundedTriangle:
-        for (int n = 0; n < samples; ++n)
+        if (!running.bounceStraight (out, samples, wanted))
         {
-            running.bounce ();
-            if ((wanted >> n & 1u) != 0) // the sine takes long
-                out[n] = sineOfPhase (running.phase);
+            for (int n = 0; n < samples; ++n)
+            {
+                running.bounce ();
+                out[n] = running.phase;
+            }
         }
+        if (shape == roundedTriangle)
+            roundOff (out, wanted);
         break;
     default:
         for (int n = 0; n < samples; ++n)

@@ -53,6 +53,8 @@ private:
 
     double cyclePosition () const;
     void bounce ();
+    bool bounceStraight (float* out, int samples, std::uint64_t wanted);
+    static void roundOff (float* phases, std::uint64_t wanted);
     void advanceSaw (std::int64_t ticks);
     void advanceBounce (std::int64_t ticks);
 

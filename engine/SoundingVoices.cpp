@@ -107,7 +107,9 @@ void SoundingVoices::render (const VoiceKernel& kernel, const Settings& settings
             lanes.cutoffBase.of[lane] = settings.filterFreqParam;
     }
     prepareEnvelopes (settings, samples);
-    lfo.render (lanes.lfo, samples, lanes.cutoffDue.samples | lanes.pitchDue.samples);
+    const std::uint64_t forCutoff = lanes.lfoToCutoff != 0.0f ? lanes.cutoffDue.samples : 0;
+    const std::uint64_t forPitch = lanes.lfoPitchDepth > 0.0f ? lanes.pitchDue.samples : 0;
+    lfo.render (lanes.lfo, samples, forCutoff | forPitch);
     kernel.render (lanes, out, samples);
     finishEnvelopes ();
 }
@@ -131,23 +133,20 @@ void SoundingVoices::take (const Settings& settings, bool isMono)
 // last time, and afterwards those at the end of the run. Answers the lanes that are due at all.
 unsigned SoundingVoices::schedule (DueLanes& due, std::int32_t Voice::*counter, int interval, int samples)
 {
-    due = {};
+    due.samples = 0;
+    std::fill_n (due.lanes, longestRun, std::uint16_t{ 0 });
+    unsigned dueInRun = 0;
     for (std::size_t lane = 0; lane < lanes.used; ++lane)
     {
         std::int32_t& since = sounding[lane]->*counter;
-        const int first = std::max (interval - 1 - since, 0);
-        setBit (due.lanes[first], lane);
-        since = first < samples ? (samples - 1 - first) % interval : since + samples;
-    }
-    unsigned dueInRun = 0;
-    for (int first = 0; first < std::min (interval, samples); ++first)
-    {
-        const std::uint16_t dueLanes = due.lanes[first];
-        dueInRun |= dueLanes;
-        for (int n = first; n < samples && dueLanes != 0; n += interval)
+        int n = std::max (interval - 1 - since, 0);
+        since += samples;
+        for (; n < samples; n += interval)
         {
-            due.lanes[n] = dueLanes;
+            setBit (due.lanes[n], lane);
             due.samples |= std::uint64_t{ 1 } << n;
+            dueInRun |= 1u << lane;
+            since = samples - 1 - n;
         }
     }
     return dueInRun;

@@ -11,7 +11,6 @@ namespace player
 {
 namespace
 {
-constexpr char programName[] = "Brimvale";
 constexpr ma_uint32 channels = 2;
 
 // One part of the system that plays sound, while this lives.

@@ -11,7 +11,6 @@ namespace player
 {
 namespace
 {
-constexpr char programName[] = "Brimvale";
 constexpr unsigned char firstChannelStatus = 0x80;
 constexpr unsigned char firstSystemStatus = 0xF0;
 

@@ -6,7 +6,7 @@ namespace player
 {
 namespace
 {
-constexpr ShortMessage allNotesOff = { 0xB0, 123, 0 };
+constexpr ShortMessage endOfAllNotes = { 0xB0, 123, 0 };
 
 engine::Event eventOf (const ShortMessage& message, std::uint64_t offset)
 {
@@ -58,7 +58,7 @@ void Performer::takeLiveEvents ()
     while (handPlayedCount < LiveEvents::capacity && live.next (handPlayed[handPlayedCount]))
         ++handPlayedCount;
     if (live.takeOverflow ())
-        handPlayed[handPlayedCount++] = allNotesOff;
+        handPlayed[handPlayedCount++] = endOfAllNotes;
 }
 
 std::int32_t Performer::size () const

@@ -10,7 +10,6 @@ namespace player
 {
 namespace
 {
-constexpr char programName[] = "Brimvale";
 constexpr int iconSide = 64;         // pixels
 constexpr double seekSeconds = 5.0;  // of one step
 constexpr int firstNumberKey = 0x02; // scan codes of the row above the letters

@@ -17,7 +17,6 @@ namespace
 {
 using namespace player;
 
-constexpr char programName[] = "Brimvale";
 constexpr char silentNote[] = "no sound";
 constexpr int failedStatus = 1;
 constexpr int turn = 10; // milliseconds of the event loop

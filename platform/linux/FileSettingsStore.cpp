@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -112,13 +113,46 @@ private:
     bool heldByOther = false;
 };
 
+// The numbers that stand in a settings file now. It is read again only when it has changed: an instance that
+// opens asks for each of its settings, and another instance may have replaced the file.
+class StoredNumbers
+{
+public:
+    const Numbers& numbers (const std::filesystem::path& path)
+    {
+        const auto now = std::chrono::system_clock::now ();
+        struct stat file = {};
+        const bool exists = ::stat (path.c_str (), &file) == 0;
+        if (!exists || !isKnown || !isSame (file, known))
+        {
+            loaded = exists ? load (path).value_or (Numbers ()) : Numbers ();
+            known = file;
+            // A file's time stands still for some milliseconds, and so does not tell of a second change.
+            isKnown =
+                exists &&
+                std::chrono::system_clock::from_time_t (file.st_mtim.tv_sec) + std::chrono::seconds (2) < now;
+        }
+        return loaded;
+    }
+
+private:
+    static bool isSame (const struct stat& a, const struct stat& b)
+    {
+        return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
+               a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
+    }
+
+    Numbers loaded;
+    struct stat known = {}; // looked at before the file was read: what replaces it meanwhile is another file
+    bool isKnown = false;
+};
+
 class FileSettingsStore final : public platform::SettingsStore
 {
 public:
-    // Always looks at the file, for another instance may have replaced it.
     std::uint32_t read (std::string_view subkey, std::string_view name) const override
     {
-        const Numbers numbers = load (path).value_or (Numbers ());
+        const Numbers& numbers = stored.numbers (path);
         const auto found = numbers.find (fullName (subkey, name));
         return found != numbers.end () ? found->second : 0;
     }
@@ -191,6 +225,7 @@ private:
     }
 
     std::filesystem::path path = settingsFile ();
+    mutable StoredNumbers stored;
     Numbers pending;
 };
 }

@@ -4,6 +4,7 @@
 #include "tests/library/linux/Screen.h"
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -164,6 +165,30 @@ TEST_F (SettingsFile, EditedCountsAndDamagedIsSetAside)
     EXPECT_EQ (stored ("One"), 0u);
     EXPECT_TRUE (store ("One", 1));
     EXPECT_TRUE (std::filesystem::is_fifo (beside (".damaged3")));
+}
+
+// An instance reads the file only when it has changed, and must not miss that it has: another file as old and
+// as long in its place, an edit, one more within the same tick of the clock, its removal.
+TEST_F (SettingsFile, AChangeIsSeenByWhoHasReadBefore)
+{
+    const auto mine = platform::makeSettingsStore ();
+    const auto number = [&mine] { return mine->read ("Brimvale", "A"); };
+    const auto old = std::filesystem::file_time_type::clock::now () - std::chrono::hours (1);
+    edit (header + "1\tBrimvale\\A\n");
+    std::filesystem::last_write_time (settings, old);
+    EXPECT_EQ (number (), 1u);
+    EXPECT_EQ (number (), 1u);
+
+    ASSERT_TRUE (store ("A", 2));
+    std::filesystem::last_write_time (settings, old);
+    EXPECT_EQ (number (), 2u);
+    for (const char digit : { '3', '4', '5' })
+    {
+        edit (header + digit + "\tBrimvale\\A\n");
+        EXPECT_EQ (number (), static_cast<std::uint32_t> (digit - '0'));
+    }
+    std::filesystem::remove (settings);
+    EXPECT_EQ (number (), 0u);
 }
 
 TEST_F (SettingsFile, RightsAreKeptAndMissingOnesLoseNothing)
