@@ -1,5 +1,7 @@
 #include "player/Options.h"
 
+#include "brimvale/Version.h"
+
 #include <CLI/CLI.hpp>
 
 namespace player
@@ -39,7 +41,7 @@ std::optional<Ending> parseOptions (const std::vector<std::string>& arguments, O
     CLI::App app ("Brimvale without a host: plays MIDI keyboards, the computer's keyboard and MIDI files.",
                   "brimvale");
     app.allow_windows_style_options (false); // "/home/me/song.mid" is a file, on every system
-    app.set_version_flag ("--version", "Brimvale " BRIMVALE_VERSION);
+    app.set_version_flag ("--version", std::string ("Brimvale ") + brimvale::version);
 
     std::string song;
     app.add_option ("SONG", song, "a MIDI file to play");

@@ -5,6 +5,7 @@
 
 #include <clap/plugin-features.h>
 
+#include "brimvale/Version.h"
 #include "formats/clap/Extensions.h"
 
 namespace clap
@@ -29,7 +30,7 @@ const clap_plugin_descriptor_t descriptor = {
     .url = "",
     .manual_url = "",
     .support_url = "",
-    .version = BRIMVALE_VERSION,
+    .version = brimvale::version,
     .description = "Two-oscillator subtractive synthesizer",
     .features = features,
 };

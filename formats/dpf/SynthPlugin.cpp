@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "brimvale/Version.h"
 #include "formats/dpf/Base64.h"
 
 namespace dpf
@@ -68,7 +69,7 @@ const char* SynthPlugin::getDescription () const
 
 std::uint32_t SynthPlugin::getVersion () const
 {
-    return BRIMVALE_VERSION;
+    return d_version (brimvale::versionNumbers[0], brimvale::versionNumbers[1], brimvale::versionNumbers[2]);
 }
 
 std::int64_t SynthPlugin::getUniqueId () const
