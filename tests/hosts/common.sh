@@ -33,17 +33,21 @@ finish () {
 }
 gone () { ! kill -0 "$1"; }
 
-# A figure of a WAV file: peak or level, in dB.
-figure () {
-    "$build/brimvale-measure" "$2" | awk -v name="$1" '$1 == name { print $2 }'
+# The energy of a WAV file in dB, whatever silence lies around it; nothing for silence.
+energy () {
+    "$build/brimvale-measure" "$1" | awk '$1 == "length" { seconds = $2 }
+        $1 == "level" && $2 != "-inf" { print $2 + 10 * log (seconds) / log (10) }'
 }
 
-# Whether the levels of two WAV files are at most so many dB apart.
-closeTo () {
-    awk -v a="$(figure level "$1")" -v b="$(figure level "$2")" -v most="$3" \
-        'BEGIN { exit !(a != "-inf" && b != "-inf" && a - b <= most && b - a <= most) }'
+# Whether the energies of two WAV files with sound are at most so many dB apart, or farther.
+apart () { # first second condition
+    local a b
+    a=$(energy "$1") && b=$(energy "$2") && [ -n "$a" ] && [ -n "$b" ] &&
+        awk -v a="$a" -v b="$b" "BEGIN { d = a > b ? a - b : b - a; exit !(d $3) }"
 }
-farFrom () { ! closeTo "$@"; }
+sounds () { [ -n "$(energy "$1")" ]; }
+closeTo () { apart "$1" "$2" "<= $3"; }
+farFrom () { apart "$1" "$2" "> $3"; }
 
 # A song of eight notes, a beat of 480 ticks at 120 BPM, each as long as ON ticks of STEP: song FILE STEP ON VELOCITY
 song () {
@@ -62,13 +66,13 @@ reference () {
     "$build/brimvale-host" "$build/Brimvale.so" "$1" -o "$2" --rate 48000 --block 512 --format float --tail 2 > /dev/null
 }
 
-# Sets X and Y to the place of the newest visible window of a size.
+# Sets `place` to the left and top of the newest visible window of a size (half a pixel may be rounded).
 windowOf () {
     local window
     for window in $(xdotool search --onlyvisible --name '' | sort -rn); do
         # shellcheck disable=SC2046 # its words are assignments
         local $(xdotool getwindowgeometry --shell "$window" 2> /dev/null) || continue
-        if [ "$WIDTH" -eq "$1" ] && [ "$HEIGHT" -eq "$2" ]; then
+        if [ "$WIDTH" -eq "$1" ] && [ $((HEIGHT - $2)) -ge -1 ] && [ $((HEIGHT - $2)) -le 1 ]; then
             place="$X $Y"
             return 0
         fi
@@ -82,6 +86,9 @@ point () { # x y in the panel
 }
 picture () { import -window root "$1"; }
 changed () { picture "$work/now.png" && ! cmp -s "$work/now.png" "$work/before.png"; }
+
+# The zoom is kept for all instances; pictures begin with the panel's own size.
+forgetZoom () { rm -rf "$XDG_CONFIG_HOME/corvanex"; }
 
 # The panel that a host shows: opened, its cutoff turned by the wheel, zoomed to 150 % by its menu.
 usePanel () { # host format
