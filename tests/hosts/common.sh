@@ -92,7 +92,9 @@ forgetZoom () { rm -rf "$XDG_CONFIG_HOME/corvanex"; }
 
 # The panel that a host shows: opened, its cutoff turned by the wheel, zoomed to 150 % by its menu.
 usePanel () { # host format
-    if ! await 30 windowOf 612 433; then
+    # qtractor gives an LV2 panel a window of its own size.
+    if ! await 20 windowOf 612 433 && ! windowOf 640 480; then
+        picture "$work/$1-$2.png"
         told "$1" "$2" panel "no: no window of its size"
         return
     fi
@@ -101,7 +103,7 @@ usePanel () { # host format
     told "$1" "$2" panel yes
     point 329 153
     picture "$work/before.png"
-    xdotool click --repeat 4 --delay 60 4
+    xdotool click --repeat 12 --delay 60 4
     tell "$1" "$2" turned "the wheel changes nothing" await 5 changed
     picture "$work/before.png"
     point 585 58

@@ -32,7 +32,7 @@ drive_qtractor () {
 
         startQtractor
         playThrough "$folder/two.wav"
-        tell qtractor $format reloaded "the turned cutoff is not heard" farFrom "$folder/two.wav" "$folder/one.wav" 0.3
+        tell qtractor $format reloaded "the turned cutoff is not heard" farFrom "$folder/two.wav" "$folder/one.wav" 0.1
         finish $host
     done
 }
