@@ -15,13 +15,16 @@ drive_muse () {
         writeMed > "$file"
         forgetZoom
         rm -rf "$XDG_CONFIG_HOME/MusE" "$XDG_CACHE_HOME/MusE"
-        mkdir -p "$XDG_CONFIG_HOME/MusE/MusE" # no questions about sequences for hardware
-        echo '<?xml version="1.0"?><muse version="3.3"><configuration><warnInitPending>0</warnInitPending></configuration></muse>' \
-            > "$XDG_CONFIG_HOME/MusE/MusE/MusE-seq.cfg"
         muse "$file" > "$work/muse-$format.log" 2>&1 &
         host=$!
         tell muse $format loaded "its window does not appear" await 60 windowNamed MusE
         tell muse $format scanned "it is in no list" grep -rqs Brimvale "$XDG_CACHE_HOME/MusE"
+        if await 10 windowOf 448 214; then # it asks whether to send sequences for hardware: yes
+            point 310 190
+            xdotool click 1
+        fi
+        # Nor shall the tip of the day cover the panel.
+        ! await 10 windowNamed 'Did you know' || xdotool search --onlyvisible --name 'Did you know' windowunmap || true
         usePanel muse $format
         jack_rec -f "$work/muse-$format.wav" -d 6 -b 24 'MusE:Out 1-0' 'MusE:Out 1-1' > /dev/null 2>&1 &
         recorder=$!
