@@ -79,6 +79,7 @@ windowOf () {
     done
     return 1
 }
+windowNamed () { xdotool search --onlyvisible --name "$1"; }
 point () { # x y in the panel
     local left top
     read -r left top <<< "$place"

@@ -35,8 +35,6 @@ drive_muse () {
     done
 }
 
-windowNamed () { xdotool search --onlyvisible --name "$1"; }
-
 writeMed () {
     cat << SONG
 <?xml version="1.0"?>
