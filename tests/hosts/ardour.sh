@@ -1,5 +1,6 @@
 # shellcheck shell=bash
 # Ardour: VST2, VST3 and LV2, without a window: sessions made, kept and exported by its own tools.
+# shellcheck disable=SC2154 # what run and common.sh set
 
 drive_ardour () {
     command -v ardour7-lua > /dev/null || { say "ardour is not installed: skipped"; return; }
@@ -11,21 +12,21 @@ drive_ardour () {
         LD_LIBRARY_PATH=$tools timeout 60 "$tools/ardour-vst3-scanner" -q "$HOME/.vst3/Brimvale.vst3" > /dev/null 2>&1 || true
 
     for format in ${BRIMVALE_HOSTS_FORMATS:-VST2 VST3 LV2}; do
-        [ $format = VST2 ] || [ -e "$build/Brimvale.${format,,}" ] || { say "Brimvale.${format,,} is not built: skipped"; continue; }
+        [ "$format" = VST2 ] || [ -e "$build/Brimvale.${format,,}" ] || { say "Brimvale.${format,,} is not built: skipped"; continue; }
         type=${format/VST2/LXVST}
         folder=$work/ardour-$format
         rm -rf "$folder"
-        tell ardour $format scanned "its session does not get the instrument" session create "$type" "$work/song.mid"
+        tell ardour "$format" scanned "its session does not get the instrument" session create "$type" "$work/song.mid"
         exportTo one
-        tell ardour $format rendered "not the renderer's level" closeTo "$folder/one.wav" "$work/reference.wav" 0.1
+        tell ardour "$format" rendered "not the renderer's level" closeTo "$folder/one.wav" "$work/reference.wav" 0.1
         session set 0.61 || true
         session show || true
-        tell ardour $format reloaded "the value is $cutoff instead of 0.61" startsWith 0.61 "$cutoff"
+        tell ardour "$format" reloaded "the value is $cutoff instead of 0.61" startsWith 0.61 "$cutoff"
         exportTo two
-        tell ardour $format played "a value changes nothing" farFrom "$folder/two.wav" "$folder/one.wav" 0.3
+        tell ardour "$format" played "a value changes nothing" farFrom "$folder/two.wav" "$folder/one.wav" 0.3
         session automate || true
         exportTo three
-        tell ardour $format automated "the curve changes nothing" farFrom "$folder/three.wav" "$folder/two.wav" 0.2
+        tell ardour "$format" automated "the curve changes nothing" farFrom "$folder/three.wav" "$folder/two.wav" 0.2
         ! [ -s "$folder/one.wav" ] || "$build/brimvale-measure" "$folder/one.wav" "$work/reference.wav" | grep largest || true
     done
 }

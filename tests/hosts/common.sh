@@ -1,5 +1,6 @@
 # shellcheck shell=bash
 # What the scripts that drive real hosts share; sourced by run, which sets build and work.
+# shellcheck disable=SC2154,SC2034 # what run sets, and what others read
 
 # One cell of the table: host, format, what was tried, how it went ("no: ..." counts as a failure).
 told () {

@@ -1,5 +1,6 @@
 # shellcheck shell=bash
 # jalv: LV2. Notes from jack_midiseq, sound to jack_rec.
+# shellcheck disable=SC2154 # what run and common.sh set
 
 drive_jalv () {
     command -v jalv.gtk3 > /dev/null || { say "jalv is not installed: skipped"; return; }
@@ -18,7 +19,7 @@ drive_jalv () {
         else
             tell jalv LV2 automated "a value changes nothing" farFrom "$work/jalv.wav" "$work/jalv0.61.wav" 0.3
         fi
-        finish $host
+        finish "$host"
     done
 }
 
@@ -30,5 +31,5 @@ recordLoop () {
     await 10 portIs notes:out
     jack_connect notes:out brimvale:lv2_events_in
     jack_rec -f "$1" -d 4 -b 24 brimvale:lv2_left brimvale:lv2_right > /dev/null 2>&1
-    finish $player
+    finish "$player"
 }

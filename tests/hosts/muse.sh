@@ -1,37 +1,38 @@
 # shellcheck shell=bash
 # MusE: VST2 and LV2. Its song is text, so it begins with one that plays the notes.
+# shellcheck disable=SC2154 # what run and common.sh set
 
 drive_muse () {
     command -v muse > /dev/null || { say "muse is not installed: skipped"; return; }
     local format type class file label host recorder
     for format in ${BRIMVALE_HOSTS_FORMATS:-VST2 LV2}; do
-        case $format in
+        case "$format" in
             VST2) type=VST class=Brimvale label=Brimvale ;;
             LV2) type=LV2 class=Brimvale label=Brimvale ;;
             *) continue ;;
         esac
-        [ $format = VST2 ] || [ -e "$build/Brimvale.lv2" ] || { say "Brimvale.lv2 is not built: skipped"; continue; }
+        [ "$format" = VST2 ] || [ -e "$build/Brimvale.lv2" ] || { say "Brimvale.lv2 is not built: skipped"; continue; }
         file=$work/muse-$format.med
         writeMed > "$file"
         forgetZoom
         rm -rf "$XDG_CONFIG_HOME/MusE" "$XDG_CACHE_HOME/MusE"
         muse "$file" > "$work/muse-$format.log" 2>&1 &
         host=$!
-        tell muse $format loaded "its window does not appear" await 60 windowNamed MusE
-        tell muse $format scanned "it is in no list" grep -rqs Brimvale "$XDG_CACHE_HOME/MusE"
+        tell muse "$format" loaded "its window does not appear" await 60 windowNamed MusE
+        tell muse "$format" scanned "it is in no list" grep -rqs Brimvale "$XDG_CACHE_HOME/MusE"
         if await 10 windowOf 448 214; then # it asks whether to send sequences for hardware: yes
             point 310 190
             xdotool click 1
         fi
         # Nor shall the tip of the day cover the panel.
         ! await 10 windowNamed 'Did you know' || xdotool search --onlyvisible --name 'Did you know' windowunmap || true
-        usePanel muse $format
+        usePanel muse "$format"
         jack_rec -f "$work/muse-$format.wav" -d 6 -b 24 'MusE:Out 1-0' 'MusE:Out 1-1' > /dev/null 2>&1 &
         recorder=$!
         { echo stop; echo locate 0; sleep 1; echo play; sleep 3.5; echo stop; echo exit; } | jack_transport > /dev/null 2>&1 || true
-        wait $recorder || true
-        tell muse $format played "there is no sound" sounds "$work/muse-$format.wav"
-        finish $host
+        wait "$recorder" || true
+        tell muse "$format" played "there is no sound" sounds "$work/muse-$format.wav"
+        finish "$host"
     done
 }
 
