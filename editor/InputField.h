@@ -12,6 +12,8 @@ namespace editor
 class InputField : public VSTGUI::CTextEdit
 {
 public:
+    static constexpr double usualHeight = 18.0; // pixels
+
     // `typed` is null when nothing was taken.
     using Done = std::function<void (const std::string* typed)>;
 

@@ -13,7 +13,6 @@ namespace
 {
 constexpr double fieldFontSize = 12.0; // pixels, all of these
 constexpr double fieldWidth = 110.0;
-constexpr double fieldHeight = 18.0;
 constexpr double fieldGap = 4.0; // from the control
 
 bool isOfProgram (const History::Change& change)
@@ -156,7 +155,7 @@ void Panel::openField (const CRect& place, const std::string& text,
 void Panel::typeValue (std::int32_t parameter)
 {
     const CRect control = slot (parameter).control->getViewSize ();
-    CRect place (0, 0, fieldWidth, fieldHeight);
+    CRect place (0, 0, fieldWidth, InputField::usualHeight);
     place.offset (
         std::clamp (control.getCenter ().x - fieldWidth / 2.0, 0.0, panel::panelRect.width - fieldWidth),
         control.bottom + fieldGap);

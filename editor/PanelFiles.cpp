@@ -14,8 +14,7 @@ using instrument::presetExtension;
 
 namespace
 {
-constexpr double fieldMargin = 8.0; // pixels, both
-constexpr double fieldHeight = 18.0;
+constexpr double fieldMargin = 8.0; // pixels
 
 std::filesystem::path pathFromUtf8 (std::string_view text)
 {
@@ -120,7 +119,7 @@ void Panel::pollFileDialog ()
 void Panel::typeFile ()
 {
     CRect place = toRect (panel::panelRect);
-    place.setHeight (fieldHeight);
+    place.setHeight (InputField::usualHeight);
     place.inset (fieldMargin, 0.0);
     place.offset (0.0, toRect (panel::programDisplayRect).bottom + fieldMargin);
     openField (

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "platform/Console.h"
+#include "player/ProgramName.h"
 
 namespace player
 {

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "midi/Reader.h"
+#include "player/ProgramName.h"
 #include "resources/icon/Icon.h"
 
 namespace player

@@ -11,6 +11,7 @@
 #include "player/MidiIn.h"
 #include "player/Options.h"
 #include "player/Player.h"
+#include "player/ProgramName.h"
 #include "player/StoredChoice.h"
 
 namespace

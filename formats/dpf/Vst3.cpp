@@ -32,6 +32,7 @@ constexpr unsigned dataBits = 7, dataMask = 0x7F;
 // the first channel's serve all.
 constexpr std::int32_t controllersPerChannel = 130; // with the two that are no controllers in MIDI:
 constexpr std::int32_t bendController = 129;
+constexpr std::int32_t firstChannelMode = 120, resetController = 121;
 constexpr v3_param_id firstShown = DISTRHO::kVst3InternalParameterCount;
 
 // The step of a fraction 0..1. Hosts divide a step by the highest or by the number of steps; what lies in the
@@ -39,6 +40,27 @@ constexpr v3_param_id firstShown = DISTRHO::kVst3InternalParameterCount;
 int stepOf (double fraction, int steps)
 {
     return std::clamp (static_cast<int> (std::lround (fraction * (steps - 0.5))), 0, steps - 1);
+}
+
+// Where a controller stands before anybody moves it. Hosts read it as the parameter's value and may send it
+// back: a volume of 0 would be silence.
+double restingFraction (std::int32_t number)
+{
+    constexpr std::pair<std::int32_t, double> rests[] = {
+        { 7, 100.0 / 127.0 }, // volume
+        { 8, 64.0 / 127.0 },  // balance
+        { 10, 64.0 / 127.0 }, // pan
+        { 11, 1.0 },          // expression
+        { 98, 1.0 },          // 98 to 101: no parameter is chosen
+        { 99, 1.0 },          { 100, 1.0 }, { 101, 1.0 }, { bendController, 0.5 },
+    };
+    const auto* found = std::ranges::find (rests, number, &std::pair<std::int32_t, double>::first);
+    return found != std::end (rests) ? found->second : 0.0;
+}
+
+int stepsOf (std::int32_t number)
+{
+    return number == bendController ? bendSteps : dataSteps;
 }
 
 bool isShownId (v3_param_id id)
@@ -49,6 +71,12 @@ bool isShownId (v3_param_id id)
 class Vst3Plugin final : public SynthPlugin
 {
 public:
+    Vst3Plugin ()
+    {
+        for (std::int32_t number = 0; number < controllersPerChannel; ++number)
+            standing (number) = stepOf (restingFraction (number), stepsOf (number));
+    }
+
     // The framework's own ways to a value; blocks and states bring all of them.
     void setParameterValue (std::uint32_t /*index*/, float /*value*/) override {}
 
@@ -151,22 +179,35 @@ private:
         setKnown (index, value);
     }
 
+    // Hosts send all values that they list when a song starts: what stands there already is no news. A
+    // channel mode message is one each time, and after a reset nothing is known.
     void takeController (std::int32_t number, std::int32_t offset, double fraction)
     {
+        const int step = stepOf (fraction, stepsOf (number));
+        const bool isMode = number >= firstChannelMode && number < dataSteps;
+        if (step == standing (number) && !isMode)
+            return;
+        standing (number) = step;
+        if (number == resetController)
+            standings.fill (unknownStep);
         if (number == bendController)
         {
-            const auto bend = static_cast<unsigned> (stepOf (fraction, bendSteps));
+            const auto bend = static_cast<unsigned> (step);
             events.addMidi (offset, pitchBend, static_cast<std::uint8_t> (bend & dataMask),
                             static_cast<std::uint8_t> (bend >> dataBits));
         }
         else if (number < dataSteps)
         {
             events.addMidi (offset, controller, static_cast<std::uint8_t> (number),
-                            static_cast<std::uint8_t> (stepOf (fraction, dataSteps)));
+                            static_cast<std::uint8_t> (step));
         }
     }
 
+    static constexpr int unknownStep = -1;
+    int& standing (std::int32_t number) { return standings[static_cast<std::size_t> (number)]; }
+
     std::optional<engine::Transport> position;
+    std::array<int, controllersPerChannel> standings; // audio thread, but for the set-up
 };
 
 Vst3Plugin& pluginOf (const DISTRHO::PluginVst3& framework)
@@ -244,7 +285,11 @@ v3_result V3_API getParameterInfo (void* self, std::int32_t place, v3_param_info
     if (framework == nullptr || place < 0 || place >= getParameterCount (self))
         return invalidArgument;
     if (!formats::isShown (place))
-        return framework->getParameterInfo (place - formats::shownCount, info);
+    {
+        const v3_result controllers = framework->getParameterInfo (place - formats::shownCount, info);
+        info->default_normalised_value = restingFraction (place - formats::shownCount);
+        return controllers;
+    }
     const v3_result result =
         framework->getParameterInfo (static_cast<std::int32_t> (firstShown) + place, info);
     const auto& row = formats::shownParameter (place);
@@ -282,12 +327,14 @@ v3_result V3_API getValueOfText (void* self, v3_param_id id, std::int16_t* text,
     return V3_OK;
 }
 
-// What counts now. The framework takes the first parameter for a controller, which has no value.
+// What counts now; of a controller, where it rests.
 double V3_API getNormalised (void* self, v3_param_id id)
 {
     const DISTRHO::PluginVst3* const framework = frameworkOf (self);
-    if (framework == nullptr || !isShownId (id))
+    if (framework == nullptr)
         return 0.0;
+    if (!isShownId (id))
+        return restingFraction (static_cast<std::int32_t> (id) % controllersPerChannel);
     const auto index = static_cast<std::int32_t> (id - firstShown);
     return pluginOf (*framework).hosted ().value (index) / formats::shownHighest (index);
 }

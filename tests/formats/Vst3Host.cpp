@@ -339,6 +339,13 @@ public:
         v3_cpp_obj_unref (std::exchange (view, nullptr));
     }
 
+    // What a host does that lists the controllers and hands all values over when a song starts.
+    void sendAllControllers ()
+    {
+        for (v3_param_id id = 0; id < 130; ++id)
+            changes.add (id, 0, v3_cpp_obj (controller)->get_parameter_normalised (controller, id));
+    }
+
     v3_edit_controller** controller = nullptr;
     v3_class_info about;
 
@@ -439,4 +446,23 @@ TEST (Vst3, ListsTheShownParametersAndOneChannelsControllersHidden)
     std::int16_t nonsense[] = { 'x', 'y', 0 };
     EXPECT_NE (controller.get_parameter_value_for_string (host.controller, program, nonsense, &fraction),
                V3_OK);
+}
+
+// New instances obey volume and pedal, and always expression: values at rest must not silence or bend them.
+TEST (Vst3, ControllersAtRestChangeNothing)
+{
+    const engine::Event note[] = { noteOn (1) };
+    std::array<std::array<float, 1024>, 2> sounds = {};
+    for (const bool sends : { false, true })
+    {
+        Vst3Host host;
+        host.start (44100.0, 1024);
+        std::array<float, 1024> right;
+        host.render ({}, nullptr, right.data (), right.data (), 64);
+        if (sends)
+            host.sendAllControllers ();
+        host.render (note, nullptr, sounds[sends ? 1 : 0].data (), right.data (), 1024);
+    }
+    EXPECT_EQ (sounds[0], sounds[1]);
+    EXPECT_GT (peakOf (sounds[0]), 0.001f);
 }
