@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bitset>
 #include <cmath>
 #include <span>
 #include <vector>
@@ -32,7 +33,7 @@ constexpr unsigned dataBits = 7, dataMask = 0x7F;
 // the first channel's serve all.
 constexpr std::int32_t controllersPerChannel = 130; // with the two that are no controllers in MIDI:
 constexpr std::int32_t bendController = 129;
-constexpr std::int32_t firstChannelMode = 120, resetController = 121;
+constexpr std::int32_t firstChannelMode = 120;
 constexpr v3_param_id firstShown = DISTRHO::kVst3InternalParameterCount;
 
 // The step of a fraction 0..1. Hosts divide a step by the highest or by the number of steps; what lies in the
@@ -58,11 +59,6 @@ double restingFraction (std::int32_t number)
     return found != std::end (rests) ? found->second : 0.0;
 }
 
-int stepsOf (std::int32_t number)
-{
-    return number == bendController ? bendSteps : dataSteps;
-}
-
 bool isShownId (v3_param_id id)
 {
     return id >= firstShown && formats::isShown (static_cast<std::int32_t> (id - firstShown));
@@ -71,12 +67,6 @@ bool isShownId (v3_param_id id)
 class Vst3Plugin final : public SynthPlugin
 {
 public:
-    Vst3Plugin ()
-    {
-        for (std::int32_t number = 0; number < controllersPerChannel; ++number)
-            standing (number) = stepOf (restingFraction (number), stepsOf (number));
-    }
-
     // The framework's own ways to a value; blocks and states bring all of them.
     void setParameterValue (std::uint32_t /*index*/, float /*value*/) override {}
 
@@ -179,17 +169,16 @@ private:
         setKnown (index, value);
     }
 
-    // Hosts send all values that they list when a song starts: what stands there already is no news. A
-    // channel mode message is one each time, and after a reset nothing is known.
+    // Hosts send all values that they list when a song starts: what a controller that nobody has moved yet
+    // stands at is no news.
     void takeController (std::int32_t number, std::int32_t offset, double fraction)
     {
-        const int step = stepOf (fraction, stepsOf (number));
-        const bool isMode = number >= firstChannelMode && number < dataSteps;
-        if (step == standing (number) && !isMode)
+        const int step = stepOf (fraction, number == bendController ? bendSteps : dataSteps);
+        const auto place = static_cast<std::size_t> (number);
+        if (!moved[place] && number < firstChannelMode &&
+            step == stepOf (restingFraction (number), dataSteps))
             return;
-        standing (number) = step;
-        if (number == resetController)
-            standings.fill (unknownStep);
+        moved.set (place);
         if (number == bendController)
         {
             const auto bend = static_cast<unsigned> (step);
@@ -203,11 +192,8 @@ private:
         }
     }
 
-    static constexpr int unknownStep = -1;
-    int& standing (std::int32_t number) { return standings[static_cast<std::size_t> (number)]; }
-
     std::optional<engine::Transport> position;
-    std::array<int, controllersPerChannel> standings; // audio thread, but for the set-up
+    std::bitset<controllersPerChannel> moved; // controllers
 };
 
 Vst3Plugin& pluginOf (const DISTRHO::PluginVst3& framework)

@@ -7,6 +7,7 @@
 #include <map>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <travesty/audio_processor.h>
@@ -20,6 +21,8 @@
 
 #include "formats/shared/ShownParameters.h"
 #include "platform/SharedLibrary.h"
+#include "tests/support/Events.h"
+#include "tests/support/Signals.h"
 
 namespace
 {
@@ -452,17 +455,16 @@ TEST (Vst3, ListsTheShownParametersAndOneChannelsControllersHidden)
 TEST (Vst3, ControllersAtRestChangeNothing)
 {
     const engine::Event note[] = { noteOn (1) };
-    std::array<std::array<float, 1024>, 2> sounds = {};
-    for (const bool sends : { false, true })
+    std::vector<float> untouched (1024), sent (1024), right (1024);
+    for (std::vector<float>* const sound : { &untouched, &sent })
     {
         Vst3Host host;
         host.start (44100.0, 1024);
-        std::array<float, 1024> right;
         host.render ({}, nullptr, right.data (), right.data (), 64);
-        if (sends)
+        if (sound == &sent)
             host.sendAllControllers ();
-        host.render (note, nullptr, sounds[sends ? 1 : 0].data (), right.data (), 1024);
+        host.render (note, nullptr, sound->data (), right.data (), 1024);
     }
-    EXPECT_EQ (sounds[0], sounds[1]);
-    EXPECT_GT (peakOf (sounds[0]), 0.001f);
+    EXPECT_EQ (untouched, sent);
+    EXPECT_GT (peakOf (untouched), 0.001f);
 }
