@@ -188,6 +188,8 @@ TEST_F (Threads, EverythingAtOnce)
             const VstIntPtr bytes = call (effGetChunk, 0, 0, &data);
             call (effSetChunk, 0, bytes, data);
         }
+        if (oneIn (random, 8))
+            synth.instrument ().setAdditions ({ oneIn (random, 2), oneIn (random, 2) });
         if (oneIn (random, 16))
             call (effCopyProgram, static_cast<VstInt32> (random () % 128u));
         if (oneIn (random, 32))
@@ -222,7 +224,8 @@ TEST_F (Threads, EverythingAtOnce)
         }
     }
 
-    // Whoever pressed a key has let it go; so everything fades out.
+    // Whoever pressed a key has let it go, and the pedal goes up; so everything fades out.
+    synth.instrument ().setAdditions ({});
     synth.setParameter (commandKeyboard, -1.0f);
     synth.setParameter (paramVolume, 1.0f);
     play ({ { 0x80, held, 0 } });
