@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cmath>
 #include <cstring>
+#include <optional>
 #include <random>
 #include <set>
 #include <thread>
@@ -53,14 +54,15 @@ protected:
         return image;
     }
 
+    // With the next block; the list lives until the next call.
     void play (std::initializer_list<std::array<int, 3>> messages)
     {
         std::vector<TimedMidi> midi;
         const auto byte = [] (int value) { return static_cast<unsigned char> (value); };
         for (const auto& [status, data1, data2] : messages)
             midi.push_back ({ 0, byte (status), byte (data1), byte (data2) });
-        HostEventList list (midi);
-        synth.processEvents (list.get ());
+        list.emplace (midi);
+        synth.processEvents (list->get ());
     }
 
     float render ()
@@ -99,6 +101,7 @@ protected:
         audio.join ();
     }
 
+    std::optional<HostEventList> list;
     FakeHost host;
     VstSynth synth{ FakeHost::callback, host.services (), editorFactory () };
 };
