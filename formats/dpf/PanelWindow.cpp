@@ -47,12 +47,11 @@ void PanelWindow::uiIdle ()
 {
     if (!hasPanel ())
         return;
-    if (!std::exchange (sizeIsRight, true))
+    // Hosts of LV2 may open a window of any size and wait to be told.
+    if (!std::exchange (sizeIsTold, true))
     {
         const auto size = plugin.panel ().size ();
-        if (static_cast<unsigned> (size.width) != getWidth () ||
-            static_cast<unsigned> (size.height) != getHeight ())
-            resize (size.width, size.height);
+        resize (size.width, size.height);
     }
     plugin.panel ().idle ();
     for (std::uint32_t index = 0; seat->tellsParameters () && index < formats::shownCount; ++index)

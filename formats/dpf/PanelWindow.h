@@ -54,6 +54,6 @@ private:
 
     SynthPlugin& plugin;
     std::unique_ptr<WindowSeat> seat = takeNextSeat ();
-    bool sizeIsRight = false;
+    bool sizeIsTold = false;
 };
 }
