@@ -5,7 +5,7 @@
 #define DISTRHO_PLUGIN_EXPORT extern "C" // the list of exports decides, on Windows too
 #include <src/lv2/lv2.h>                 // declares ours
 #define lv2_descriptor frameworkDescriptor
-#include <DistrhoPluginMain.cpp>
+#include <DistrhoPluginMain.cpp> // NOLINT(bugprone-suspicious-include): the framework is compiled within ours
 #undef lv2_descriptor
 
 #include <charconv>

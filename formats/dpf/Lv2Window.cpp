@@ -5,7 +5,7 @@
 #define DISTRHO_PLUGIN_EXPORT extern "C" // the list of exports decides, on Windows too
 #include <src/lv2/ui.h>                  // declares ours
 #define lv2ui_descriptor frameworkWindow
-#include <DistrhoUIMain.cpp>
+#include <DistrhoUIMain.cpp> // NOLINT(bugprone-suspicious-include): the framework is compiled within ours
 #undef lv2ui_descriptor
 
 #include "formats/dpf/PanelWindow.h"

@@ -5,7 +5,7 @@
 #undef DISTRHO_PLUGIN_EXPORT
 #define DISTRHO_PLUGIN_EXPORT extern "C" // the list of exports decides, on Windows too
 #define GetPluginFactory frameworkFactory
-#include <DistrhoPluginMain.cpp>
+#include <DistrhoPluginMain.cpp> // NOLINT(bugprone-suspicious-include): the framework is compiled within ours
 #undef GetPluginFactory
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // VST3's side of the panel's window: the framework's, but for the size, of which it does not tell whether the
 // host took it.
 #define dpf_plugin_view_create frameworkView
-#include <DistrhoUIMain.cpp>
+#include <DistrhoUIMain.cpp> // NOLINT(bugprone-suspicious-include): the framework is compiled within ours
 #undef dpf_plugin_view_create
 
 #include "formats/dpf/PanelWindow.h"
