@@ -1,8 +1,8 @@
 // Figures of a rendered sound. All take mono audio at the audition's sample rate.
 #pragma once
 
+#include "analysis/PowerSpectrum.h"
 #include "audition/Takes.h"
-#include "spectrum/Spectrum.h"
 
 #include <span>
 #include <vector>
@@ -10,8 +10,8 @@
 namespace audition
 {
 using Samples = std::span<const float>;
-using spectrum::powerSpectrum;
-using spectrum::spectrumSize;
+using analysis::powerSpectrum;
+using analysis::spectrumSize;
 
 // Loudest 400 ms in LUFS (momentary maximum, EBU R 128), heard from both outputs.
 double loudness (Samples audio);

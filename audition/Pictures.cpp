@@ -3,16 +3,16 @@
 #include <algorithm>
 #include <cmath>
 
-#include "spectrum/Sheet.h"
-#include "spectrum/Spectrogram.h"
+#include "analysis/Sheet.h"
+#include "analysis/SoundPicture.h"
 
 namespace audition
 {
+using analysis::accent;
+using analysis::emptySheet;
+using analysis::faintInk;
+using analysis::text;
 using picture::Canvas;
-using spectrum::accent;
-using spectrum::emptySheet;
-using spectrum::faintInk;
-using spectrum::text;
 
 namespace
 {
@@ -25,7 +25,7 @@ void drawSpectrogram (Canvas& canvas, double x, double y, int width, int height,
             audio.size () * static_cast<std::size_t> (column) / static_cast<std::size_t> (width);
         columns.push_back (powerSpectrum (audio, start));
     }
-    spectrum::drawSpectrogram (canvas, x, y, height, columns, sampleRate);
+    analysis::drawSpectrogram (canvas, x, y, height, columns, sampleRate);
 }
 }
 

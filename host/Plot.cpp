@@ -1,9 +1,9 @@
 #include "host/Plot.h"
 
+#include "analysis/Sheet.h"
+#include "analysis/SoundPicture.h"
 #include "host/ReplacementFile.h"
 #include "picture/Surface.h"
-#include "spectrum/Sheet.h"
-#include "spectrum/Spectrogram.h"
 
 #include <algorithm>
 #include <array>
@@ -39,7 +39,7 @@ struct Column
 {
     std::array<float, channels> lowest = {};
     std::array<float, channels> highest = {};
-    std::vector<double> power = std::vector<double> (spectrum::spectrumSize / 2 + 1);
+    std::vector<double> power = std::vector<double> (analysis::spectrumSize / 2 + 1);
 };
 
 Column together (std::span<const Column> columns)
@@ -75,15 +75,15 @@ void drawWave (Canvas& canvas, const std::vector<Column>& columns, std::size_t c
     const double middle = top + static_cast<double> (channel) * (laneHeight + gap) + laneHeight / 2.0;
     const auto heightOf = [] (float sample)
     { return laneHeight / 2.0 * static_cast<double> (std::clamp (sample, -1.0f, 1.0f)); };
-    canvas.fillRect (left, middle, width, 1.0, spectrum::faintInk);
-    spectrum::text (canvas, 8.0, middle + 4.0, labelSize, channel == 0 ? "left" : "right");
+    canvas.fillRect (left, middle, width, 1.0, analysis::faintInk);
+    analysis::text (canvas, 8.0, middle + 4.0, labelSize, channel == 0 ? "left" : "right");
     double x = left;
     for (const Column& column : columns)
     {
         const double high = heightOf (column.highest[channel]);
         const double low = heightOf (column.lowest[channel]);
         if (high > 0.0 || low < 0.0)
-            canvas.fillRect (x, middle - high, 1.0, std::max (1.0, high - low), spectrum::accent);
+            canvas.fillRect (x, middle - high, 1.0, std::max (1.0, high - low), analysis::accent);
         x += 1.0;
     }
 }
@@ -98,16 +98,16 @@ void drawScales (Canvas& canvas, double seconds)
     for (int n = 0; seconds > 0.0 && n * distance <= seconds; ++n)
     {
         const double x = left + width * n * distance / seconds;
-        canvas.fillRect (std::floor (x), spectrogramTop + spectrogramHeight, 1.0, 5.0, spectrum::faintInk);
-        spectrum::text (canvas, x, height - 8.0, labelSize, timeText (n * distance));
+        canvas.fillRect (std::floor (x), spectrogramTop + spectrogramHeight, 1.0, 5.0, analysis::faintInk);
+        analysis::text (canvas, x, height - 8.0, labelSize, timeText (n * distance));
     }
     for (const auto& [hz, label] :
          { std::pair{ 100.0, "100 Hz" }, { 1000.0, "1 kHz" }, { 10000.0, "10 kHz" } })
     {
-        const double share = std::log2 (hz / spectrum::lowestHz) / spectrum::octaves;
+        const double share = std::log2 (hz / analysis::lowestHz) / analysis::octaves;
         const double y = std::floor (spectrogramTop + spectrogramHeight * (1.0 - share));
-        canvas.fillRect (left - 5.0, y, 5.0, 1.0, spectrum::faintInk);
-        spectrum::text (canvas, 8.0, y + 4.0, labelSize, label);
+        canvas.fillRect (left - 5.0, y, 5.0, 1.0, analysis::faintInk);
+        analysis::text (canvas, 8.0, y + 4.0, labelSize, label);
     }
 }
 
@@ -125,7 +125,7 @@ public:
     void add (std::span<const float> stereo) override
     {
         pending.insert (pending.end (), stereo.begin (), stereo.end ());
-        while (pending.size () >= channels * std::max<std::size_t> (hop, spectrum::spectrumSize))
+        while (pending.size () >= channels * std::max<std::size_t> (hop, analysis::spectrumSize))
             takeColumn ();
     }
 
@@ -148,10 +148,10 @@ private:
             column.lowest[n % channels] = std::min (column.lowest[n % channels], pending[n]);
             column.highest[n % channels] = std::max (column.highest[n % channels], pending[n]);
         }
-        std::vector<float> mono (std::min<std::size_t> (pending.size () / channels, spectrum::spectrumSize));
+        std::vector<float> mono (std::min<std::size_t> (pending.size () / channels, analysis::spectrumSize));
         for (std::size_t n = 0; n < mono.size (); ++n)
             mono[n] = (pending[channels * n] + pending[channels * n + 1]) / channels;
-        column.power = spectrum::powerSpectrum (mono, 0);
+        column.power = analysis::powerSpectrum (mono, 0);
         pending.erase (pending.begin (), pending.begin () + static_cast<std::ptrdiff_t> (count * channels));
         frames += count;
 
@@ -165,7 +165,7 @@ private:
 
     void draw ()
     {
-        Canvas canvas = spectrum::emptySheet (left + width + gap, height);
+        Canvas canvas = analysis::emptySheet (left + width + gap, height);
         std::vector<Column> shown;
         std::vector<std::vector<double>> powers;
         for (std::size_t x = 0; x < width && !columns.empty (); ++x)
@@ -177,7 +177,7 @@ private:
         }
         for (std::size_t channel = 0; channel < channels; ++channel)
             drawWave (canvas, shown, channel);
-        spectrum::drawSpectrogram (canvas, left, spectrogramTop, spectrogramHeight, powers, sampleRate);
+        analysis::drawSpectrogram (canvas, left, spectrogramTop, spectrogramHeight, powers, sampleRate);
         drawScales (canvas, static_cast<double> (frames) / sampleRate);
         const picture::Surface surface = picture::surfaceOf (canvas.image ());
         if (cairo_surface_write_to_png_stream (surface.get (), &writeBytes, &out) != CAIRO_STATUS_SUCCESS)

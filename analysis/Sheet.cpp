@@ -1,6 +1,6 @@
-#include "spectrum/Sheet.h"
+#include "analysis/Sheet.h"
 
-namespace spectrum
+namespace analysis
 {
 picture::Canvas emptySheet (int width, int height)
 {

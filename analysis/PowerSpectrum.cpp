@@ -1,4 +1,4 @@
-#include "spectrum/Spectrum.h"
+#include "analysis/PowerSpectrum.h"
 
 #include <kiss_fftr.h>
 
@@ -8,7 +8,7 @@
 #include <memory>
 #include <numbers>
 
-namespace spectrum
+namespace analysis
 {
 namespace
 {

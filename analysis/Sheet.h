@@ -4,7 +4,7 @@
 
 #include "picture/Canvas.h"
 
-namespace spectrum
+namespace analysis
 {
 // The look that all pictures of sound share.
 inline constexpr picture::Colour paper{ 18, 18, 23 };

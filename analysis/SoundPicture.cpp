@@ -1,10 +1,10 @@
-#include "spectrum/Spectrogram.h"
+#include "analysis/SoundPicture.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 
-namespace spectrum
+namespace analysis
 {
 using picture::Colour;
 

@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-namespace spectrum
+namespace analysis
 {
 // Power by frequency: a Hann window over `size` samples from `start` on (zeros beyond the end), size / 2 + 1
 // bins.

@@ -2,10 +2,10 @@
 
 #include <vector>
 
+#include "analysis/PowerSpectrum.h"
 #include "picture/Canvas.h"
-#include "spectrum/Spectrum.h"
 
-namespace spectrum
+namespace analysis
 {
 // Where pictures of sound begin and end, upwards in octaves, and how deep they look.
 inline constexpr double lowestHz = 50.0;
