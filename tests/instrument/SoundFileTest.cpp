@@ -141,6 +141,7 @@ TEST_F (SoundFile, DamagedOnesAreRefusedWithASentenceAndNothingChanges)
     const std::string image = bytes (otherBank ());
     const std::string name = field ("Name");
     const std::string start = number (0) + reserved;
+    const std::string oneProgram = start + preset ("Name", 0.5f);
     const std::string ends = "it ends in the middle of its data";
     std::string notANumber = preset ("Name", 0.5f);
     notANumber.replace (notANumber.size () - 4, 4, number (0x7FC00000));
@@ -164,9 +165,8 @@ TEST_F (SoundFile, DamagedOnesAreRefusedWithASentenceAndNothingChanges)
              { preset ("Name", 0.5f, 37), "it should hold 38 values in each program, but 37 are there" },
              { fileOf (ours, "FxCk", 1, 0xFFFFFFFF, name + record), ends },
              { notANumber, "a value in it is no number" },
-             { fileOf (ours, "FxBk", 1, 1, start + preset ("Name", 0.5f)),
-               "it should hold 128 programs, but 1 are there" },
-             { fileOf (ours, "FxBk", 1, 128, start + preset ("Name", 0.5f)), ends },
+             { fileOf (ours, "FxBk", 1, 1, oneProgram), "it should hold 128 programs, but 1 are there" },
+             { fileOf (ours, "FxBk", 1, 128, oneProgram), ends },
              { nested, "one of its programs is something else" },
          })
     {
