@@ -24,18 +24,12 @@ protected:
         song.messages = { { 0, { 0xC0, 0 }, 2 },  { 0, { 0x90, 60, 64 }, 3 },   { 96, { 0x80, 60, 0 }, 3 },
                           { 96, { 0xC0, 2 }, 2 }, { 96, { 0x90, 62, 127 }, 3 }, { 192, { 0x80, 62, 0 }, 3 } };
         song.endTick = 192; // 1 s
-        write ("song.mid", song);
+        temporary.write ("song.mid", midi::fileBytes (song));
         song.messages.clear ();
         song.endTick = 0;
-        write ("empty.mid", song);
+        temporary.write ("empty.mid", midi::fileBytes (song));
         std::ofstream (temporary / "text.so") << "no library";
         std::filesystem::copy_file (PROBE_LIBRARY, temporary / "probe.so");
-    }
-
-    void write (const std::string& name, const midi::Song& song)
-    {
-        const auto bytes = midi::fileBytes (song);
-        std::ofstream (temporary / name, std::ios::binary) << std::string (bytes.begin (), bytes.end ());
     }
 
     // Runs in the test's folder.

@@ -37,17 +37,13 @@ t_fstPtrInt answer (AEffect*, int opcode, int, t_fstPtrInt, void* const, float)
 EntryPoint entry (const char* name)
 {
     static const TemporaryFolder folder;
-    static void* library = nullptr;
-    if (library == nullptr)
+    static void* const library = []
     {
         setenv ("XDG_CONFIG_HOME", folder.folder ().c_str (), 1);
         unsetenv ("DISPLAY");
-        const auto copy = folder / "Brimvale.so";
-        std::filesystem::copy_file (BRIMVALE_LIBRARY, copy);
-        library = dlopen (copy.c_str (), RTLD_NOW | RTLD_LOCAL);
-        if (library == nullptr)
-            throw std::runtime_error (dlerror ());
-    }
+        std::filesystem::copy_file (BRIMVALE_LIBRARY, folder / "Brimvale.so");
+        return dlopen ((folder / "Brimvale.so").c_str (), RTLD_NOW | RTLD_LOCAL);
+    }();
     return reinterpret_cast<EntryPoint> (dlsym (library, name));
 }
 

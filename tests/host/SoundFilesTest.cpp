@@ -1,44 +1,20 @@
 // Presets and banks on the command line, of instruments of either kind and of our own.
 #include "tests/host/Command.h"
 
-#include <bit>
+#include "tests/support/PresetBytes.h"
 
 namespace
 {
-std::string number (std::uint32_t value)
+const std::string probe = "Prob" + number (7);
+
+std::string chunkOf (const std::vector<float>& values)
 {
-    std::string text;
-    for (int shift = 24; shift >= 0; shift -= 8)
-        text += static_cast<char> (value >> shift);
-    return text;
-}
-std::string header (const std::string& kind, std::uint32_t version, const std::string& id,
-                    std::uint32_t count, const std::string& rest)
-{
-    const std::string body = kind + number (version) + id + number (7) + number (count) + rest;
-    return "CcnK" + number (static_cast<std::uint32_t> (body.size ())) + body;
-}
-std::string name (std::string text, std::size_t field = 28)
-{
-    text.resize (field, '\0');
-    return text;
-}
-std::string preset (const std::string& title, const std::vector<float>& values,
-                    const std::string& id = "Prob")
-{
-    std::string rest = name (title);
-    for (const float value : values)
-        rest += number (std::bit_cast<std::uint32_t> (value));
-    return header ("FxCk", 1, id, static_cast<std::uint32_t> (values.size ()), rest);
-}
-std::string chunk (const std::vector<float>& values)
-{
-    const std::string bytes (reinterpret_cast<const char*> (values.data ()), values.size () * sizeof (float));
-    return number (static_cast<std::uint32_t> (bytes.size ())) + bytes;
+    return chunk (
+        std::string (reinterpret_cast<const char*> (values.data ()), values.size () * sizeof (float)));
 }
 std::string bank (const std::string& kind, std::uint32_t program, const std::string& content)
 {
-    return header (kind, 2, "Prob", 3, number (program) + std::string (124, '\0') + content);
+    return fileOf (probe, kind, 2, 3, number (program) + std::string (124, '\0') + content);
 }
 
 class SoundFiles : public Command
@@ -48,13 +24,10 @@ protected:
     {
         Command::SetUp ();
         std::filesystem::copy_file (CHUNKS_LIBRARY, temporary / "chunks.so");
-        save ("mine.fxp", preset ("Mine", { 0.5f, 1.0f }));
-        save ("chunk.fxp", header ("FPCh", 1, "Prob", 2, name ("Mine") + chunk ({ 0.5f, 1.0f })));
-        save ("foreign.fxp", preset ("Mine", { 0.5f, 1.0f }, "Else"));
-    }
-    void save (const char* file, const std::string& bytes)
-    {
-        std::ofstream (temporary / file, std::ios::binary) << bytes;
+        temporary.write ("mine.fxp", presetOf (probe, "Mine", { 0.5f, 1.0f }));
+        temporary.write ("chunk.fxp",
+                         fileOf (probe, "FPCh", 1, 2, field ("Mine") + chunkOf ({ 0.5f, 1.0f })));
+        temporary.write ("foreign.fxp", presetOf ("Else" + number (7), "Mine", { 0.5f, 1.0f }));
     }
     void run (const std::string& arguments)
     {
@@ -67,17 +40,18 @@ TEST_F (SoundFiles, GoThroughTheInstrumentWithItsOwnIdentity)
 {
     run ("probe.so -p 2 --load mine.fxp --save-program one.fxp --save-bank all.fxb");
     EXPECT_EQ (content ("one.fxp"), content ("mine.fxp"));
-    const std::string all = bank ("FxBk", 1,
-                                  preset ("Clicks", { 0.0f, 0.125f }) + preset ("Mine", { 0.5f, 1.0f }) +
-                                      preset ("Tempo", { 0.5f, 0.625f }));
+    const std::string all =
+        bank ("FxBk", 1,
+              presetOf (probe, "Clicks", { 0.0f, 0.125f }) + presetOf (probe, "Mine", { 0.5f, 1.0f }) +
+                  presetOf (probe, "Tempo", { 0.5f, 0.625f }));
     EXPECT_EQ (content ("all.fxb"), all);
     run ("probe.so --load all.fxb --save-bank again.fxb");
     EXPECT_EQ (content ("again.fxb"), all);
     EXPECT_EQ (host ("probe.so --load all.fxb --list-programs").output, "001 Clicks\n002 Mine\n003 Tempo\n");
 
     run ("chunks.so -p 3 --load chunk.fxp --save-program one.fxp --save-bank all.bnk");
-    EXPECT_EQ (content ("one.fxp"), header ("FPCh", 1, "Prob", 2, name ("Tempo") + chunk ({ 0.5f, 1.0f })));
-    const std::string chunks = chunk ({ 0.0f, 0.125f, 0.25f, 0.375f, 0.5f, 1.0f });
+    EXPECT_EQ (content ("one.fxp"), fileOf (probe, "FPCh", 1, 2, field ("Tempo") + chunkOf ({ 0.5f, 1.0f })));
+    const std::string chunks = chunkOf ({ 0.0f, 0.125f, 0.25f, 0.375f, 0.5f, 1.0f });
     EXPECT_EQ (content ("all.bnk"), chunks.substr (4));
     run ("chunks.so --load all.bnk -p 3 --save-bank all.fxb");
     EXPECT_EQ (content ("all.fxb"), bank ("FBCh", 2, chunks));
@@ -90,9 +64,10 @@ TEST_F (SoundFiles, AreHeardInTheSong)
     EXPECT_TRUE (host ("probe.so song.mid --tail 0.5 --load mine.fxp")
                      .output.starts_with ("Program:   001 Mine\nLength"))
         << "a preset plays the whole song";
-    save ("all.fxb",
-          bank ("FxBk", 1,
-                preset ("A", { 0.0f, 0.0f }) + preset ("B", { 0.0f, 0.0f }) + preset ("C", { 0.0f, 0.0f })));
+    temporary.write ("all.fxb",
+                     bank ("FxBk", 1,
+                           presetOf (probe, "A", { 0.0f, 0.0f }) + presetOf (probe, "B", { 0.0f, 0.0f }) +
+                               presetOf (probe, "C", { 0.0f, 0.0f })));
     EXPECT_TRUE (host ("probe.so song.mid --tail 0.5 --load all.fxb")
                      .output.starts_with ("Program:   001 A\nProgram:   003 C\n"));
     EXPECT_TRUE (host ("probe.so song.mid --tail 0.5 --load all.fxb -p B --save-bank b.fxb")
@@ -101,28 +76,24 @@ TEST_F (SoundFiles, AreHeardInTheSong)
 
 TEST_F (SoundFiles, ThatDoNotFitAreRefused)
 {
-    save ("short.fxp", content ("chunk.fxp").substr (0, 64));
-    save ("three.fxp", preset ("Mine", { 0.5f, 1.0f, 0.0f }));
-    save ("four.fxb", header ("FxBk", 2, "Prob", 1, std::string (128, '\0') + content ("mine.fxp")));
-    save ("bare.bnk", "anything");
+    temporary.write ("three.fxp", presetOf (probe, "Mine", { 0.5f, 1.0f, 0.0f }));
+    temporary.write ("one.fxb", fileOf (probe, "FxBk", 2, 1, std::string (128, '\0') + content ("mine.fxp")));
+    temporary.write ("bare.bnk", std::string ("anything"));
     for (const auto& [arguments, sentence] : std::initializer_list<std::pair<std::string, const char*>>{
              { "probe.so --load none.fxp -l", "cannot load none.fxp: there is no such file." },
              { "probe.so --load song.mid -l", "cannot load song.mid: it is no preset or bank file." },
-             { "probe.so --load short.fxp -l", "cannot load short.fxp: it ends in the middle of its data." },
              { "probe.so --load foreign.fxp -l",
                "cannot load foreign.fxp: it belongs to another plug-in, \"Else\"." },
              { "probe.so --load chunk.fxp -l", "cannot load chunk.fxp: the instrument takes no chunks." },
              { "probe.so --load bare.bnk -l", "cannot load bare.bnk: the instrument takes no chunks." },
              { "probe.so --load three.fxp -l",
                "the instrument has another number of parameters or programs." },
-             { "probe.so --load four.fxb -l",
-               "the instrument has another number of parameters or programs." },
+             { "probe.so --load one.fxb -l", "the instrument has another number of parameters or programs." },
              { "probe.so --load mine.fxp song.mid -o mine.fxp",
                "mine.fxp would overwrite the loaded sounds" },
              { "probe.so --save-bank none/a.fxb", "cannot write none/a.fxb: its folder does not exist." },
              { "probe.so --save-program probe.so", "probe.so would overwrite the library" },
              { "probe.so --save-bank ''", "--save-bank: it needs the name of a file" },
-             { "probe.so --load mine.fxp", "SONG" },
              { "probe.so --plot a.png -l", "SONG" },
              { "probe.so song.mid --plot none/a.png", "its folder does not exist." },
          })
@@ -138,17 +109,12 @@ TEST_F (SoundFiles, TheUserDefaultBankIsConvertedAndBack)
     std::string image = content ("factory.bnk");
     ASSERT_EQ (image.size (), 23896u);
     image.replace (1368 + 5 * 176, 5, "Sixth"); // the name of a program
-    save ("Brimvale.bnk", image);               // beside the library
+    temporary.write ("Brimvale.bnk", image);    // beside the library
     run ("Brimvale.so -p 6 --save-bank mine.fxb --save-program sixth.fxp");
     EXPECT_TRUE (content ("sixth.fxp").substr (28).starts_with ("Sixth"));
     std::filesystem::remove (temporary / "Brimvale.bnk");
     run ("Brimvale.so --load mine.fxb --save-bank Brimvale.bnk");
     EXPECT_EQ (content ("Brimvale.bnk"), image);
-    expectRefusal (HOST_PROGRAM " Brimvale.so --load foreign.fxp -l",
-                   "it belongs to another plug-in, \"Else\".");
-    save ("cut.bnk", image.substr (1));
-    expectRefusal (HOST_PROGRAM " Brimvale.so --load cut.bnk -l",
-                   "cannot load cut.bnk: it is no preset or bank file.");
     ::unsetenv ("XDG_CONFIG_HOME");
 }
 }

@@ -26,6 +26,11 @@ public:
 
     std::filesystem::path operator/ (const std::filesystem::path& name) const { return path / name; }
     const std::filesystem::path& folder () const { return path; }
+    template <typename Bytes>
+    void write (const std::filesystem::path& name, const Bytes& bytes) const
+    {
+        std::ofstream (path / name, std::ios::binary) << std::string (bytes.begin (), bytes.end ());
+    }
 
 private:
     std::filesystem::path path;

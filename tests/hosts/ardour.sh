@@ -4,7 +4,7 @@
 
 drive_ardour () {
     command -v ardour7-lua > /dev/null || { say "ardour is not installed: skipped"; return; }
-    local format type folder tools
+    local format folder tools
     tools=$(dirname "$(dpkg-query -L ardour | grep '/luasession$')")
     rm -rf "$XDG_CACHE_HOME/ardour7"
     LD_LIBRARY_PATH=$tools timeout 60 "$tools/ardour-vst-scanner" -q "$HOME/.vst/Brimvale.so" > /dev/null 2>&1 || true
@@ -12,16 +12,15 @@ drive_ardour () {
         LD_LIBRARY_PATH=$tools timeout 60 "$tools/ardour-vst3-scanner" -q "$HOME/.vst3/Brimvale.vst3" > /dev/null 2>&1 || true
 
     for format in ${BRIMVALE_HOSTS_FORMATS:-VST2 VST3 LV2}; do
-        [ "$format" = VST2 ] || [ -e "$build/Brimvale.${format,,}" ] || { say "Brimvale.${format,,} is not built: skipped"; continue; }
-        type=${format/VST2/LXVST}
+        isBuilt "$format" || continue
         folder=$work/ardour-$format
         rm -rf "$folder"
-        tell ardour "$format" scanned "its session does not get the instrument" session create "$type" "$work/song.mid"
+        tell ardour "$format" scanned "its session does not get the instrument" session create "${format/VST2/LXVST}" "$work/song.mid"
         exportTo one
         tell ardour "$format" rendered "not the renderer's level" closeTo "$folder/one.wav" "$work/reference.wav" 0.1
         session set 0.61 || true
         session show || true
-        tell ardour "$format" reloaded "the value is $cutoff instead of 0.61" startsWith 0.61 "$cutoff"
+        tell ardour "$format" reloaded "the value is $cutoff instead of 0.61" [ "${cutoff#0.61}" != "$cutoff" ]
         exportTo two
         tell ardour "$format" played "a value changes nothing" farFrom "$folder/two.wav" "$folder/one.wav" 0.3
         session automate || true
@@ -31,7 +30,7 @@ drive_ardour () {
     done
 }
 
-# Ardour without a window now and then hangs or crashes on its dummy device, with any instrument: three attempts.
+# Ardour without a window now and then hangs or crashes on its dummy device, likely by itself: three attempts.
 threeTimes () {
     local attempt
     for attempt in 1 2 3; do
@@ -48,4 +47,3 @@ session () { # step [argument song]; sets cutoff
 }
 
 exportTo () { threeTimes ardour7-export -b float -s 48000 -o "$folder/$1.wav" "$folder" "${folder##*/}" || true; }
-startsWith () { case $2 in "$1"*) return 0 ;; *) return 1 ;; esac; }

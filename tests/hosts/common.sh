@@ -16,6 +16,9 @@ tell () {
     if "$@" > /dev/null 2>&1; then told "${where[@]}" yes; else told "${where[@]}" "no: $wrong"; fi
 }
 
+# Whether there is a library of the format; otherwise it is told.
+isBuilt () { [ "$1" = VST2 ] || [ -e "$build/Brimvale.${1,,}" ] || { say "Brimvale.${1,,} is not built: skipped"; return 1; }; }
+
 # Waits until a command succeeds, up to so many seconds.
 await () {
     local end=$((SECONDS + $1))
@@ -130,6 +133,14 @@ startJack () {
     await 20 portIs system:playback_1 || fail "JACK's dummy server did not start; $work/jackd.log tells why."
 }
 portIs () { jack_lsp | grep -qx "$1"; }
+
+# What a host that follows JACK's transport makes of its song: playSong WAV LEFT_PORT RIGHT_PORT
+playSong () {
+    jack_rec -f "$1" -d 6 -b 24 "$2" "$3" > /dev/null 2>&1 &
+    local recorder=$!
+    { echo stop; echo locate 0; sleep 1; echo play; sleep 3.5; echo stop; echo exit; } | jack_transport > /dev/null 2>&1 || true
+    wait "$recorder" || true
+}
 
 # ALSA's sequencer, where the kernel has none: silent, so that a host that insists on one starts. It leaves the
 # preload in `preload`.

@@ -5,7 +5,7 @@
 drive_jalv () {
     command -v jalv.gtk3 > /dev/null || { say "jalv is not installed: skipped"; return; }
     local uri=https://corvanex.com/brimvale host value
-    tell jalv LV2 scanned "lv2ls does not list it" grepList "$uri"
+    tell jalv LV2 scanned "lv2ls does not list it" sh -c "lv2ls | grep -qx $uri"
 
     for value in '' 0.61; do
         forgetZoom
@@ -22,8 +22,6 @@ drive_jalv () {
         finish "$host"
     done
 }
-
-grepList () { lv2ls | grep -qx "$1"; }
 
 recordLoop () {
     jack_midiseq notes 24000 0 60 10000 12000 67 10000 > /dev/null 2>&1 &

@@ -4,14 +4,10 @@
 
 drive_muse () {
     command -v muse > /dev/null || { say "muse is not installed: skipped"; return; }
-    local format type class file label host recorder
+    local format file host
     for format in ${BRIMVALE_HOSTS_FORMATS:-VST2 LV2}; do
-        case "$format" in
-            VST2) type=VST class=Brimvale label=Brimvale ;;
-            LV2) type=LV2 class=Brimvale label=Brimvale ;;
-            *) continue ;;
-        esac
-        [ "$format" = VST2 ] || [ -e "$build/Brimvale.lv2" ] || { say "Brimvale.lv2 is not built: skipped"; continue; }
+        case "$format" in VST2 | LV2) ;; *) continue ;; esac
+        isBuilt "$format" || continue
         file=$work/muse-$format.med
         writeMed > "$file"
         forgetZoom
@@ -27,10 +23,7 @@ drive_muse () {
         # Nor shall the tip of the day cover the panel.
         ! await 10 windowNamed 'Did you know' || xdotool search --onlyvisible --name 'Did you know' windowunmap || true
         usePanel muse "$format"
-        jack_rec -f "$work/muse-$format.wav" -d 6 -b 24 'MusE:Out 1-0' 'MusE:Out 1-1' > /dev/null 2>&1 &
-        recorder=$!
-        { echo stop; echo locate 0; sleep 1; echo play; sleep 3.5; echo stop; echo exit; } | jack_transport > /dev/null 2>&1 || true
-        wait "$recorder" || true
+        playSong "$work/muse-$format.wav" 'MusE:Out 1-0' 'MusE:Out 1-1'
         tell muse "$format" played "there is no sound" sounds "$work/muse-$format.wav"
         finish "$host"
     done
@@ -44,7 +37,7 @@ writeMed () {
   <controller id="0" cur="1"></controller><controller id="1" cur="0"></controller></AudioOutput>
  <SynthI><name>Brimvale-1</name><off>0</off><channels>2</channels><automation>1</automation>
   <controller id="0" cur="1"></controller><controller id="1" cur="0"></controller>
-  <synthType>$type</synthType><class>$class</class><label>$label</label><port>0</port>
+  <synthType>${format/VST2/VST}</synthType><class>Brimvale</class><label>Brimvale</label><port>0</port>
   <nativeGuiVisible>1</nativeGuiVisible></SynthI>
  <miditrack><name>Track 1</name><selected>1</selected><device>0</device><channel>0</channel><len>100</len><compression>100</compression>
   <part><name>Track 1</name><poslen tick="0" len="1536" />

@@ -12,13 +12,13 @@ drive_qtractor () {
             CLAP) file=$HOME/.clap/Brimvale.clap ;;
             LV2) file=https://corvanex.com/brimvale ;;
         esac
-        [ "$format" = VST2 ] || [ -e "$build/Brimvale.${format,,}" ] || { say "Brimvale.${format,,} is not built: skipped"; continue; }
+        isBuilt "$format" || continue
         folder=$work/qtractor-$format
         rm -rf "$folder" && mkdir "$folder"
         cp "$work/song.mid" "$folder/"
         writeSession
         startQtractor
-        playThrough "$folder/one.wav"
+        playSong "$folder/one.wav" Qtractor:Master/out_1 Qtractor:Master/out_2
         # The level over the whole recording; the dummy server may lose blocks on a busy machine.
         tell qtractor "$format" played "not the renderer's level" closeTo "$folder/one.wav" "$work/reference.wav" 1.5
         point 181 179
@@ -32,7 +32,7 @@ drive_qtractor () {
         cp "$folder/song.qtr" "$folder/saved.qtr"
 
         startQtractor
-        playThrough "$folder/two.wav"
+        playSong "$folder/two.wav" Qtractor:Master/out_1 Qtractor:Master/out_2
         tell qtractor "$format" reloaded "the turned cutoff is not heard" farFrom "$folder/two.wav" "$folder/one.wav" 0.1
         finish "$host"
     done
@@ -46,13 +46,6 @@ startQtractor () {
     tell qtractor "$format" loaded "its window does not appear" await 40 windowOf 1024 768
     await 20 portIs Qtractor:Master/out_1 || true
     sleep 3 # its session is read after its window has come
-}
-
-playThrough () {
-    jack_rec -f "$1" -d 6 -b 24 Qtractor:Master/out_1 Qtractor:Master/out_2 > /dev/null 2>&1 &
-    local recorder=$!
-    { echo stop; echo locate 0; sleep 1; echo play; sleep 3.5; echo stop; echo exit; } | jack_transport > /dev/null 2>&1 || true
-    wait "$recorder" || true
 }
 
 writeSession () {

@@ -4,48 +4,18 @@
 #include "instrument/SoundFile.h"
 #include "tests/host/TemporaryFolder.h"
 #include "tests/instrument/TestInstrument.h"
+#include "tests/support/PresetBytes.h"
 
 using namespace instrument;
 
 namespace
 {
-std::string number (std::uint32_t value)
+const std::string ours = "Qnrk" + number (1);
+const std::string reserved (124, '\x7F');
+
+std::string preset (const std::string& name, float value, std::size_t count = 38)
 {
-    std::string text;
-    for (int shift = 24; shift >= 0; shift -= 8)
-        text += static_cast<char> (value >> shift);
-    return text;
-}
-std::string number (float value)
-{
-    return number (std::bit_cast<std::uint32_t> (value));
-}
-std::string field (std::string text, std::size_t size)
-{
-    text.resize (size, '\0');
-    return text;
-}
-template <typename Image>
-std::string bytes (const Image& image)
-{
-    return { reinterpret_cast<const char*> (&image), sizeof image };
-}
-// With a size that nobody should trust.
-std::string header (const std::string& kind, std::uint32_t version, std::uint32_t count,
-                    const std::string& id = "Qnrk")
-{
-    return "CcnK" + number (0u) + kind + number (version) + id + number (1u) + number (count);
-}
-std::string chunk (const std::string& content)
-{
-    return number (static_cast<std::uint32_t> (content.size ())) + content;
-}
-std::string preset (const std::string& name, float value, std::uint32_t count = 38)
-{
-    std::string text = header ("FxCk", 1, count) + field (name, 28);
-    for (std::uint32_t n = 0; n < count; ++n)
-        text += number (value);
-    return text;
+    return presetOf (ours, name, std::vector<float> (count, value));
 }
 
 class SoundFile : public testing::Test
@@ -53,7 +23,7 @@ class SoundFile : public testing::Test
 protected:
     std::string load (const std::string& content)
     {
-        std::ofstream (folder / "file", std::ios::binary) << content;
+        folder.write ("file", content);
         return loadFrom (folder / "file");
     }
     // The sentence that refused it; empty: none.
@@ -94,13 +64,12 @@ TEST_F (SoundFile, HoldsWhatHostsExpect)
     synth.core.setProgramName ("Twenty-four characters !");
     const std::string record = bytes (synth.bank ().programs[5]);
     saveProgram (synth.core, folder / "one.fxp");
-    EXPECT_EQ (contentOf (folder / "one.fxp"), "CcnK" + number (228u) + "FPCh" + number (1u) + "Qnrk" +
-                                                   number (1u) + number (38u) +
-                                                   field ("Twenty-four characters !", 28) + chunk (record));
+    EXPECT_EQ (contentOf (folder / "one.fxp"),
+               fileOf (ours, "FPCh", 1, 38, field ("Twenty-four characters !") + chunk (record)));
     saveBank (synth.core, folder / "all.fxb");
-    EXPECT_EQ (contentOf (folder / "all.fxb"), "CcnK" + number (24048u) + "FBCh" + number (2u) + "Qnrk" +
-                                                   number (1u) + number (128u) + number (5u) +
-                                                   std::string (124, '\0') + chunk (bytes (synth.bank ())));
+    EXPECT_EQ (
+        contentOf (folder / "all.fxb"),
+        fileOf (ours, "FBCh", 2, 128, number (5) + std::string (124, '\0') + chunk (bytes (synth.bank ()))));
     BankImage plain = synth.bank ();
     plain.slots[0].spare = 0;
     saveBank (synth.core, folder / "all.bnk");
@@ -126,13 +95,12 @@ TEST_F (SoundFile, OfOtherHostsIsTaken)
 {
     const BankImage bank = otherBank ();
     const BankImage before = synth.bank ();
-    const auto reserved = [] (std::uint32_t program) { return number (program) + std::string (124, '\x7F'); };
     const std::pair<std::string, std::int32_t> banks[] = {
-        // the chunk tells the program, then the header; bytes behind the end
-        { header ("FBCh", 1, 128) + reserved (7) + chunk (bytes (bank)) + "rest", 9 },
-        { header ("FBCh", 2, 128) + reserved (0) + chunk (bytes (bank)), 9 },
-        { header ("FBCh", 2, 0) + reserved (7) + chunk (bytes (before)), 7 },
-        { header ("FBCh", 2, 128) + reserved (128) + chunk (bytes (before)), 3 },
+        // the chunk tells the program, then the header; bytes behind the end; a wrong size in the header
+        { fileOf (ours, "FBCh", 1, 128, number (7) + reserved + chunk (bytes (bank)) + "rest"), 9 },
+        { fileOf (ours, "FBCh", 2, 128, number (0) + reserved + chunk (bytes (bank))), 9 },
+        { fileOf (ours, "FBCh", 2, 0, number (7) + reserved + chunk (bytes (before))), 7 },
+        { fileOf (ours, "FBCh", 2, 128) + number (128) + reserved + chunk (bytes (before)), 3 },
     };
     for (const auto& [content, program] : banks)
     {
@@ -150,7 +118,7 @@ TEST_F (SoundFile, OfOtherHostsIsTaken)
     }
 
     synth.load (otherBank ());
-    std::string programs = header ("FxBk", 2, 128) + reserved (127);
+    std::string programs = fileOf (ours, "FxBk", 2, 128, number (127) + reserved);
     for (int n = 0; n < 128; ++n)
         programs += preset ("Program " + std::to_string (n), static_cast<float> (n) / 254.0f);
     EXPECT_EQ (load (programs), "");
@@ -171,38 +139,34 @@ TEST_F (SoundFile, DamagedOnesAreRefusedWithASentenceAndNothingChanges)
 {
     const std::string record = bytes (synth.bank ().programs[5]);
     const std::string image = bytes (otherBank ());
-    const std::string name = field ("Name", 28);
-    const std::string reserved (128, '\0');
+    const std::string name = field ("Name");
+    const std::string start = number (0) + reserved;
+    const std::string oneProgram = start + preset ("Name", 0.5f);
     const std::string ends = "it ends in the middle of its data";
     std::string notANumber = preset ("Name", 0.5f);
-    notANumber.replace (notANumber.size () - 4, 4, number (0x7FC00000u));
-    std::string nested = header ("FxBk", 1, 128) + reserved;
+    notANumber.replace (notANumber.size () - 4, 4, number (0x7FC00000));
+    std::string nested = fileOf (ours, "FxBk", 1, 128, start);
     for (int depth = 0; depth < 100000; ++depth)
-        nested += header ("FxBk", 1, 1) + reserved;
+        nested += fileOf (ours, "FxBk", 1, 1, start);
     const BankImage before = synth.bank ();
     for (const auto& [content, sentence] : std::initializer_list<std::pair<std::string, std::string>>{
              { "", "it is no preset or bank file" },
-             { "MThd and so on", "it is no preset or bank file" },
              { image.substr (1), "it is no preset or bank file" },
              { "CcnK", ends },
-             { header ("FPCh", 1, 38), ends },
-             { header ("FPCh", 1, 38) + name + number (176u) + record.substr (1), ends },
-             { header ("FPCh", 1, 38) + name + number (0xFFFFFFFFu) + record, ends },
-             { header ("FPCh", 1, 38) + name + chunk (record + "x"),
+             { fileOf (ours, "FPCh", 1, 38, name + number (176) + record.substr (1)), ends },
+             { fileOf (ours, "FPCh", 1, 38, name + number (0xFFFFFFFF) + record), ends },
+             { fileOf (ours, "FPCh", 1, 38, name + chunk (record + "x")),
                "it should hold 176 bytes of sounds, but 177 are there" },
-             { header ("FBCh", 2, 128) + reserved + chunk (image.substr (1)),
+             { fileOf (ours, "FBCh", 2, 128, start + chunk (image.substr (1))),
                "it should hold 23896 bytes of sounds, but 23895 are there" },
-             { header ("FPCh", 1, 38, "Abc\x01") + name + chunk (record),
-               "it belongs to another plug-in, \"Abc?\"" },
-             { header ("FPCh", 3, 38) + name + chunk (record),
-               "it is of version 3 of its format, and only 1 and 2 are known" },
-             { header ("FXxx", 1, 38) + name + chunk (record), "it is neither a preset nor a bank" },
+             { presetOf ("Abc\x01" + number (1), "Name", {}), "it belongs to another plug-in, \"Abc?\"" },
+             { fileOf (ours, "FPCh", 3, 38), "it is of version 3 of its format, and only 1 and 2 are known" },
+             { fileOf (ours, "FXxx", 1, 38), "it is neither a preset nor a bank" },
              { preset ("Name", 0.5f, 37), "it should hold 38 values in each program, but 37 are there" },
-             { header ("FxCk", 1, 0xFFFFFFFFu) + name + record, ends },
+             { fileOf (ours, "FxCk", 1, 0xFFFFFFFF, name + record), ends },
              { notANumber, "a value in it is no number" },
-             { header ("FxBk", 1, 1) + reserved + preset ("Name", 0.5f),
-               "it should hold 128 programs, but 1 are there" },
-             { header ("FxBk", 1, 128) + reserved + preset ("Name", 0.5f), ends },
+             { fileOf (ours, "FxBk", 1, 1, oneProgram), "it should hold 128 programs, but 1 are there" },
+             { fileOf (ours, "FxBk", 1, 128, oneProgram), ends },
              { nested, "one of its programs is something else" },
          })
     {

@@ -1,6 +1,7 @@
 // The committed manual is what its generator makes, whole and without a dead link.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -27,74 +28,63 @@ manual::Programs programs ()
     return bank::readBankSource (source);
 }
 
+// What a pattern's brackets enclose, wherever it is found.
+std::set<std::string> matches (const std::string& text, const char* pattern)
+{
+    const std::regex expression (pattern, std::regex::multiline);
+    return { std::sregex_token_iterator (text.begin (), text.end (), expression, 1), {} };
+}
+
 TEST (Manual, tablesAndPicturesAreWhatTheInstrumentSays)
 {
     EXPECT_EQ (page (), manual::withTables (page (), programs ())) << "renew it: makeManual .";
     for (const manual::Drawing& drawing : manual::drawings ())
-    {
         EXPECT_TRUE (picture::readPng (docs / "manual" / drawing.file) == drawing.draw (programs ()))
             << drawing.file << " differs; renew it: makeManual .";
-    }
 }
 
 // It travels alone, so what it points at is in it or a picture.
 TEST (Manual, linksLeadToItsHeadingsAndPictures)
 {
     const std::string text = page ();
-    const auto matches = [&text] (const char* pattern)
+    std::set<std::string> targets;
+    for (std::string heading : matches (text, "^#+ (.+)$"))
     {
-        const std::regex expression (pattern, std::regex::multiline);
-        std::set<std::string> found;
-        for (std::sregex_iterator match (text.begin (), text.end (), expression), end; match != end; ++match)
-            found.insert ((*match)[1]);
-        return found;
-    };
-    std::set<std::string> anchors;
-    for (const std::string& heading : matches ("^#+ (.+)$"))
-    {
-        std::string anchor;
-        for (const char c : heading)
-        {
-            if (std::isalnum (static_cast<unsigned char> (c)) != 0)
-                anchor += static_cast<char> (std::tolower (static_cast<unsigned char> (c)));
-            else if (c == ' ')
-                anchor += '-';
-        }
-        anchors.insert (anchor);
+        heading = std::regex_replace (heading, std::regex ("[^A-Za-z0-9 ]"), "");
+        std::ranges::transform (heading, heading.begin (),
+                                [] (char c)
+                                { return c == ' ' ? '-' : static_cast<char> (std::tolower (c)); });
+        targets.insert ("#" + heading);
     }
-    const std::set<std::string> links = matches ("\\]\\(([^)]*)\\)");
+    const std::set<std::string> links = matches (text, "\\]\\(([^)]*)\\)");
     EXPECT_GT (links.size (), 10u);
     for (const std::string& link : links)
-    {
-        const bool isAnchor = link.starts_with ("#");
-        EXPECT_TRUE (isAnchor ? anchors.contains (link.substr (1))
-                              : link.ends_with (".png") && std::filesystem::exists (docs / link))
+        EXPECT_TRUE (targets.contains (link) ||
+                     (link.ends_with (".png") && std::filesystem::exists (docs / link)))
             << link;
-    }
 }
 
 TEST (Manual, aBlockThatCannotBeFilledIsNamed)
 {
     const std::string whole = page ();
-    const auto failureOf = [] (const std::string& text) -> std::string
+    const std::string sync = "<!-- table: sync -->";
+    const auto with = [&whole] (const std::string& part, const std::string& instead)
+    { return std::string (whole).replace (whole.find (part), part.size (), instead); };
+    for (const auto& [text, sentence] :
+         { std::pair{ with (sync, ""), "the table \"sync\" is missing" },
+           { with (sync, "<!-- table: tides -->"), "there is no table called \"tides\"" },
+           { whole + sync + "\n<!-- end -->\n", "the table \"sync\" is there twice" },
+           { with ("<!-- end -->", ""), "the table \"sections\" is not closed" } })
     {
         try
         {
             manual::withTables (text, programs ());
+            ADD_FAILURE () << sentence;
         }
         catch (const std::runtime_error& error)
         {
-            return error.what ();
+            EXPECT_STREQ (error.what (), sentence);
         }
-        return {};
-    };
-    const auto without = [&whole] (const std::string& part, const std::string& instead)
-    { return std::string (whole).replace (whole.find (part), part.size (), instead); };
-    EXPECT_EQ (failureOf (without ("<!-- table: sync -->", "")), "the table \"sync\" is missing");
-    EXPECT_EQ (failureOf (without ("<!-- table: sync -->", "<!-- table: tides -->")),
-               "there is no table called \"tides\"");
-    EXPECT_EQ (failureOf (whole + "<!-- table: sync -->\n<!-- end -->\n"),
-               "the table \"sync\" is there twice");
-    EXPECT_EQ (failureOf (without ("<!-- end -->", "")), "the table \"sections\" is not closed");
+    }
 }
 }

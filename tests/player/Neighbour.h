@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,13 +36,11 @@ public:
     {
         const auto tree =
             held (xcb_query_tree_reply (connection, xcb_query_tree (connection, root ()), nullptr));
-        for (int n = 0; n < xcb_query_tree_children_length (tree.get ()); ++n)
-        {
-            const xcb_window_t window = xcb_query_tree_children (tree.get ())[n];
+        const std::span windows (xcb_query_tree_children (tree.get ()), tree->children_len);
+        for (const xcb_window_t window : windows)
             if (property (window, "WM_CLASS") == windowClass &&
                 property (window, "_NET_WM_NAME").ends_with (title))
                 return window;
-        }
         return 0;
     }
     std::string property (xcb_window_t window, const std::string& name)
@@ -69,7 +68,6 @@ public:
         xcb_send_event (connection, 0, window, 0, reinterpret_cast<const char*> (&message));
         xcb_flush (connection);
     }
-    // A window that can have the focus, too.
     xcb_window_t makeWindow ()
     {
         const xcb_window_t window = xcb_generate_id (connection);
@@ -78,11 +76,6 @@ public:
         xcb_map_window (connection, window);
         xcb_flush (connection);
         return window;
-    }
-    void give (xcb_window_t focus)
-    {
-        xcb_set_input_focus (connection, XCB_INPUT_FOCUS_PARENT, focus, XCB_CURRENT_TIME);
-        xcb_flush (connection);
     }
     void offer (xcb_window_t from, const std::string& newList)
     {

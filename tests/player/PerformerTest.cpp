@@ -19,11 +19,10 @@ namespace
 constexpr int rate = 44100;
 constexpr std::uint32_t block = 512;
 
-using Bytes = std::array<std::uint8_t, 3>;
+using Messages = std::vector<std::pair<double, std::array<std::uint8_t, 3>>>; // each at a beat
 
 // One beat, of 480 ticks, lasts half a second.
-std::filesystem::path writeSong (const TemporaryFolder& folder,
-                                 const std::vector<std::pair<double, Bytes>>& messages, double beats)
+std::filesystem::path writeSong (const TemporaryFolder& folder, const Messages& messages, double beats)
 {
     midi::Song song;
     song.ticksPerQuarter = 480;
@@ -31,11 +30,16 @@ std::filesystem::path writeSong (const TemporaryFolder& folder,
     for (const auto& [beat, bytes] : messages)
         song.messages.push_back ({ static_cast<std::uint64_t> (beat * 480), bytes,
                                    (bytes[0] & 0xF0) == 0xC0 || (bytes[0] & 0xF0) == 0xD0 ? 2 : 3 });
-    const auto bytes = midi::fileBytes (song);
-    const auto file = folder / "song.mid";
-    std::ofstream (file, std::ios::binary)
-        .write (reinterpret_cast<const char*> (bytes.data ()), static_cast<std::streamsize> (bytes.size ()));
-    return file;
+    folder.write ("song.mid", midi::fileBytes (song));
+    return folder / "song.mid";
+}
+
+std::vector<float> renderBlocks (Performer& performer, std::size_t blocks)
+{
+    std::vector<float> stereo (blocks * 2 * block);
+    for (std::size_t n = 0; n < blocks; ++n)
+        performer.render (&stereo[n * 2 * block], block);
+    return stereo;
 }
 
 class PerformerTest : public testing::Test
@@ -48,13 +52,7 @@ protected:
 
     std::vector<float> render (double seconds)
     {
-        std::vector<float> stereo;
-        for (int frames = static_cast<int> (seconds * rate); frames > 0; frames -= block)
-        {
-            stereo.resize (stereo.size () + 2 * static_cast<std::size_t> (block));
-            performer.render (&stereo[stereo.size () - 2 * static_cast<std::size_t> (block)], block);
-        }
-        return stereo;
+        return renderBlocks (performer, static_cast<std::size_t> (std::ceil (seconds * rate / block)));
     }
     // Once what has ended has died away.
     bool sounds ()
@@ -62,7 +60,7 @@ protected:
         render (3.0);
         return peakOf (render (0.1)) > 1e-3f;
     }
-    void openSong (const std::vector<std::pair<double, Bytes>>& messages, double beats)
+    void openSong (const Messages& messages, double beats)
     {
         performer.songPlayer ().open (readSong (writeSong (folder, messages, beats), rate, true));
     }
@@ -75,7 +73,7 @@ protected:
 
 TEST_F (PerformerTest, SongSoundsBitForBitAsTheRendererPlaysIt)
 {
-    std::vector<std::pair<double, Bytes>> messages = { { 0.0, { 0xC0, 5, 0 } }, { 0.0, { 0xB0, 11, 90 } } };
+    Messages messages = { { 0.0, { 0xC0, 5, 0 } }, { 0.0, { 0xB0, 11, 90 } } };
     for (int note = 0; note < 24; ++note)
     {
         const auto key = static_cast<std::uint8_t> (40 + note);
@@ -101,11 +99,8 @@ TEST_F (PerformerTest, SongSoundsBitForBitAsTheRendererPlaysIt)
     Performer fresh (system.services (), {});
     fresh.songPlayer ().open (readSong (file, rate, true));
     fresh.songPlayer ().play ();
-    std::vector<float> played (expected.size ());
-    for (std::size_t at = 0; at < played.size (); at += 2 * static_cast<std::size_t> (block))
-        fresh.render (&played[at], block);
     EXPECT_GT (peakOf (expected), 0.01f);
-    EXPECT_EQ (played, expected);
+    EXPECT_EQ (renderBlocks (fresh, expected.size () / 2 / block), expected);
     EXPECT_FALSE (fresh.songPlayer ().isPlaying ());
     EXPECT_DOUBLE_EQ (fresh.songPlayer ().seconds (), std::ceil (4.65 * rate) / rate);
 }
@@ -168,31 +163,21 @@ TEST_F (PerformerTest, PausesSeeksAndStartsAgain)
 
 TEST_F (PerformerTest, JumpBringsWhatTheSongHasSetByThen)
 {
-    openSong ({ { 0.0, { 0xB0, 101, 0 } },
-                { 0.0, { 0xB0, 100, 0 } },
-                { 0.0, { 0xB0, 6, 12 } }, // the wheel's range
-                { 0.0, { 0xB0, 101, 127 } },
-                { 0.5, { 0xE0, 1, 90 } },
-                { 1.0, { 0xC3, 9, 0 } },
-                { 2.0, { 0xE5, 2, 80 } },
-                { 2.0, { 0xB0, 123, 0 } },
-                { 2.5, { 0xB0, 7, 5 } },
-                { 3.0, { 0xC0, 1, 0 } } },
-              4.0);
-    SongPlayer song;
-    song.open (readSong (folder / "song.mid", rate, true));
+    const Messages messages = { { 0.0, { 0xB0, 101, 0 } }, { 0.0, { 0xB0, 100, 0 } },
+                                { 0.0, { 0xB0, 6, 12 } },  { 0.0, { 0xB0, 101, 127 } },
+                                { 0.5, { 0xE0, 1, 90 } },  { 1.0, { 0xC3, 9, 0 } },
+                                { 2.0, { 0xE5, 2, 80 } },  { 2.0, { 0xB0, 123, 0 } },
+                                { 2.5, { 0xB0, 7, 5 } },   { 3.0, { 0xC0, 1, 0 } } };
+    SongPlayer song; // at first it sets the wheel's range
+    song.open (readSong (writeSong (folder, messages, 4.0), rate, true));
     song.seek (1.4); // beat 2.8
     song.beginBlock (block);
-    std::vector<ShortMessage> said;
-    for (std::size_t n = 0; n < song.interjectionCount (); ++n)
-        said.push_back (song.interjection (n));
-    EXPECT_EQ (said, (std::vector<ShortMessage>{ { 0xC3, 9, 0 },
-                                                 { 0xB0, 101, 0 },
-                                                 { 0xB0, 100, 0 },
-                                                 { 0xB0, 6, 12 },
-                                                 { 0xB0, 101, 127 },
-                                                 { 0xE5, 2, 80 },
-                                                 { 0xB0, 7, 5 } }));
+    const std::vector<ShortMessage> expected = { { 0xC3, 9, 0 },  { 0xB0, 101, 0 },   { 0xB0, 100, 0 },
+                                                 { 0xB0, 6, 12 }, { 0xB0, 101, 127 }, { 0xE5, 2, 80 },
+                                                 { 0xB0, 7, 5 } };
+    ASSERT_EQ (song.interjectionCount (), expected.size ());
+    for (std::size_t n = 0; n < expected.size (); ++n)
+        EXPECT_EQ (song.interjection (n), expected[n]) << n;
     EXPECT_FALSE (song.transport ().has_value ()) << "while it stands";
     song.play ();
     song.beginBlock (block);
@@ -216,21 +201,16 @@ TEST (ComputerKeyboard, PlaysByPlaceFromCToE)
 {
     LiveEvents events;
     ComputerKeyboard keyboard (events);
-    struct Row
-    {
-        int key;
-        int note; // 0: none
-    };
-    for (const Row& row :
+    using Row = std::pair<int, std::uint8_t>; // a key and its note; 0: none
+    for (const auto& [key, note] :
          { Row{ 0x2C, 48 }, Row{ 0x1F, 49 }, Row{ 0x35, 64 }, Row{ 0x10, 60 }, Row{ 0x03, 61 },
            Row{ 0x19, 76 }, Row{ 0x1E, 0 }, Row{ 0x21, 0 }, Row{ 0x05, 0 } })
     {
-        EXPECT_EQ (keyboard.press (row.key), row.note != 0) << row.key;
-        keyboard.press (row.key); // again, as one that repeats
-        keyboard.release (row.key);
-        const auto note = static_cast<std::uint8_t> (row.note);
+        EXPECT_EQ (keyboard.press (key), note != 0) << key;
+        keyboard.press (key); // again, as one that repeats
+        keyboard.release (key);
         const std::vector<ShortMessage> expected = { { 0x90, note, 100 }, { 0x80, note, 0 } };
-        EXPECT_EQ (sentBy (events), row.note != 0 ? expected : std::vector<ShortMessage> ()) << row.key;
+        EXPECT_EQ (sentBy (events), note != 0 ? expected : std::vector<ShortMessage> ()) << key;
     }
     // The rows share some notes, and a key that is down keeps its note while the octave changes.
     keyboard.press (0x33);

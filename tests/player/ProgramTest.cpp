@@ -1,8 +1,6 @@
 // The program itself, on a machine without sound or with a sound server that sends everything nowhere.
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-
 #include "player/AudioOut.h"
 #include "tests/editor/Bench.h"
 #include "tests/host/TemporaryFolder.h"
@@ -12,17 +10,11 @@
 
 namespace
 {
-const TemporaryFolder& settings ()
-{
-    static const TemporaryFolder folder;
-    setenv ("XDG_CONFIG_HOME", folder.folder ().c_str (), 1);
-    return folder;
-}
-
 // With what it writes to standard error in its output.
 ChildProcess start (const std::string& arguments)
 {
-    settings ();
+    static const TemporaryFolder settings;
+    setenv ("XDG_CONFIG_HOME", settings.folder ().c_str (), 1);
     const std::string program = Bench::isWine () ? SOURCE_FOLDER
                                     "/scripts/wineRun.sh --own-prefix player --this-display " SOURCE_FOLDER
                                     "/build/windows/brimvale.exe"
@@ -40,30 +32,22 @@ std::string firstLine (ChildProcess& program)
             return line;
     }
 }
-
-int tell (const std::string& command)
-{
-    return WEXITSTATUS (std::system (command.c_str ()));
-}
 }
 
 TEST (PlayerProgram, SaysWhatCannotBeDoneAndEnds)
 {
     VirtualDisplay display;
-    struct Row
-    {
-        const char* arguments;
-        std::string line;
-        int status;
-    };
-    for (const Row& row :
-         { Row{ "--version", "Brimvale " BRIMVALE_VERSION, 0 }, Row{ "--nonsense", "brimvale: ", 2 },
+    using Row = std::tuple<std::string, std::string, int>;
+    for (const auto& [arguments, line, status] :
+         { Row{ "--version", "Brimvale " BRIMVALE_VERSION, 0 },
+           Row{ "--rate 7999",
+                "brimvale: --rate: 7999 is not 0 or 8000 to 384000; --help shows what can be asked for.", 2 },
            Row{ "/nowhere/song.mid", "brimvale: cannot read the MIDI file ", 1 },
            Row{ "--program 129", "brimvale: there is no program \"129\".", 1 } })
     {
-        ChildProcess program = start (row.arguments);
-        EXPECT_TRUE (firstLine (program).starts_with (row.line)) << row.arguments;
-        EXPECT_EQ (program.wait (), row.status) << row.arguments;
+        ChildProcess program = start (arguments);
+        EXPECT_TRUE (firstLine (program).starts_with (line)) << arguments;
+        EXPECT_EQ (program.wait (), status) << arguments;
     }
     if (!Bench::isWine ()) // which shows windows without a display, too
     {
@@ -85,11 +69,8 @@ TEST (PlayerProgram, OpensWithoutAnAudioDeviceAndClosesItself)
     {
         ChildProcess program = start (std::string (arguments) + " " SOURCE_FOLDER "/examples/demo.mid");
         EXPECT_EQ (firstLine (program), line);
-        EXPECT_TRUE (Bench::eventually (
-            [] {
-                return tell ("xdotool search --name '^demo.mid 0:0[1-9].*Brimvale - no sound' >/dev/null") ==
-                       0;
-            }))
+        const char* search = "xdotool search --name '^demo.mid 0:0[1-9].*Brimvale - no sound' >/dev/null";
+        EXPECT_TRUE (Bench::eventually ([&] { return std::system (search) == 0; }))
             << "songs play without anybody hearing them";
         Neighbour neighbour;
         const std::string windowClass = Bench::isWine () ? std::string ("brimvale.exe\0brimvale.exe\0", 26)
@@ -106,7 +87,7 @@ class JackTest : public testing::Test
 protected:
     void SetUp () override
     {
-        if (Bench::isWine () || tell ("command -v jackd >/dev/null") != 0)
+        if (Bench::isWine () || std::system ("command -v jackd >/dev/null") != 0)
             GTEST_SKIP () << "jackd is not installed (Debian package jackd2)";
         setenv ("JACK_DEFAULT_SERVER", "brimvale-test", 1);
         server = std::make_unique<ChildProcess> (std::vector<std::string>{
@@ -135,14 +116,10 @@ TEST_F (JackTest, NotesComeOut)
     FakeSystem system;
     player::Performer performer (system.services (), {});
     Listener listener (performer);
-    std::unique_ptr<player::AudioOut> out;
     ASSERT_TRUE (Bench::eventually (
-        [&]
-        {
-            const auto devices = player::AudioOut::devices ();
-            return std::ranges::any_of (devices, [] (const auto& device) { return device.system == "JACK"; });
-        }));
-    out = player::AudioOut::open ({ .device = { "jack", 0 }, .sampleRate = 0, .period = 0 });
+        []
+        { return std::ranges::count (player::AudioOut::devices (), "JACK", &player::Device::system) > 0; }));
+    const auto out = player::AudioOut::open ({ .device = { "jack", 0 }, .sampleRate = 0, .period = 0 });
     EXPECT_EQ (out->sampleRate (), 48000u);
     out->start (listener);
     performer.liveEvents ().send ({ 0x90, 60, 100 });
