@@ -90,6 +90,13 @@ TEST_F (Hosted, StepsAndSwitchesGoBothWays)
             EXPECT_EQ (synth.value (index), position) << shownName (index);
             EXPECT_EQ (synth.valueOf (index, told (index)), position) << told (index);
         }
+        for (double fraction = 0.0; shownParameter (index).positions == 0 && fraction <= 1.0;
+             fraction += 1.0 / 128)
+        {
+            const std::string text = synth.text (index, fraction);
+            EXPECT_EQ (synth.text (index, synth.valueOf (index, text).value_or (-1.0)), text)
+                << shownName (index);
+        }
     }
 }
 

@@ -1,5 +1,5 @@
 // The instrument in LV2, found and made by the library that hosts use for it.
-#include "tests/formats/FrameworkHost.h"
+#include "tests/formats/FormatHost.h"
 
 #include <algorithm>
 #include <array>
@@ -47,7 +47,7 @@ LV2_URID number (const char* uri)
     return numberOf (nullptr, uri);
 }
 
-class Lv2Host final : public FrameworkHost
+class Lv2Host final : public FormatHost
 {
 public:
     Lv2Host ()
@@ -73,7 +73,7 @@ public:
 
     ~Lv2Host () override
     {
-        closePanel ();
+        close ();
         lilv_instance_free (instance);
         lilv_world_free (world);
     }
@@ -84,41 +84,31 @@ public:
     void set (std::int32_t index, double shown) override { port (index) = static_cast<float> (shown); }
     double value (std::int32_t index) override { return static_cast<double> (port (index)); }
 
-    // Ports have one value in a block, so a host that knows better begins a new block where a value acts: one
-    // sample ahead of its offset, as every event.
+    // Ports have one value in a block.
     void render (std::span<const engine::Event> given, const engine::Transport* song, float* left,
                  float* right, int frames) override
     {
         if (song != nullptr)
             add (*song);
-        int begin = 0;
-        const auto run = [&] (int end)
+        const auto addMidi = [this] (const engine::Event& event, int offset)
         {
-            lv2_atom_forge_pop (&forge, &sequence);
-            lilv_instance_connect_port (instance, 0, left + begin);
-            lilv_instance_connect_port (instance, 1, right + begin);
-            *reinterpret_cast<LV2_Atom*> (answers.data ()) = { sizeof answers - sizeof (LV2_Atom),
-                                                               number (LV2_ATOM__Chunk) };
-            lilv_instance_run (instance, static_cast<std::uint32_t> (end - begin));
-            begin = end;
-            startEvents ();
+            const std::uint8_t bytes[] = { event.status, event.data1, event.data2 };
+            lv2_atom_forge_frame_time (&forge, offset);
+            lv2_atom_forge_atom (&forge, sizeof bytes, number (LV2_MIDI__MidiEvent));
+            lv2_atom_forge_write (&forge, bytes, sizeof bytes);
         };
-        for (const engine::Event& event : given)
-        {
-            const int acts = std::max (event.offset - 1, 0);
-            if (event.kind == engine::Event::Kind::midi)
-            {
-                const std::uint8_t bytes[] = { event.status, event.data1, event.data2 };
-                lv2_atom_forge_frame_time (&forge, acts == begin ? 0 : acts - begin + 1);
-                lv2_atom_forge_atom (&forge, sizeof bytes, number (LV2_MIDI__MidiEvent));
-                lv2_atom_forge_write (&forge, bytes, sizeof bytes);
-                continue;
-            }
-            if (acts > begin)
-                run (acts);
-            set (event.index, static_cast<double> (event.value));
-        }
-        run (frames);
+        const auto setPort = [this] (std::int32_t index, double shown) { set (index, shown); };
+        inPieces (given, frames, addMidi, setPort,
+                  [&] (int begin, int end)
+                  {
+                      lv2_atom_forge_pop (&forge, &sequence);
+                      lilv_instance_connect_port (instance, 0, left + begin);
+                      lilv_instance_connect_port (instance, 1, right + begin);
+                      *reinterpret_cast<LV2_Atom*> (answers.data ()) = { sizeof answers - sizeof (LV2_Atom),
+                                                                         number (LV2_ATOM__Chunk) };
+                      lilv_instance_run (instance, static_cast<std::uint32_t> (end - begin));
+                      startEvents ();
+                  });
     }
 
     std::string save () override
@@ -154,26 +144,25 @@ public:
                 const_cast<std::string*> (&state), 0, features.data ());
     }
 
-    bool openPanel (void* window) override
+    bool open (void* window) override
     {
-        const LV2_Feature parentFeature = { LV2_UI__parent, window };
-        const LV2_Feature instanceFeature = { LV2_INSTANCE_ACCESS_URI, instance->lv2_handle };
         LV2_Extension_Data_Feature data = { instance->lv2_descriptor->extension_data };
-        const LV2_Feature dataFeature = { LV2_DATA_ACCESS_URI, &data };
         resizing = { this, [] (LV2UI_Feature_Handle handle, int width, int height)
                      {
                          auto& host = *static_cast<Lv2Host*> (handle);
-                         if (!host.resize (width, height))
-                             return 1;
+                         host.resized (width, height);
                          host.shownSize = { width, height };
                          return 0;
                      } };
-        const LV2_Feature resizeFeature = { LV2_UI__resize, &resizing };
         touching = { this, [] (LV2UI_Feature_Handle handle, std::uint32_t port, bool grabbed)
                      { static_cast<Lv2Host*> (handle)->note (grabbed ? "begin " : "end ", port); } };
-        const LV2_Feature touchFeature = { LV2_UI__touch, &touching };
-        const LV2_Feature* const all[] = { &mapFeature,  &optionsFeature, &parentFeature, &instanceFeature,
-                                           &dataFeature, &resizeFeature,  &touchFeature,  nullptr };
+        const LV2_Feature own[] = { { LV2_UI__parent, window },
+                                    { LV2_INSTANCE_ACCESS_URI, instance->lv2_handle },
+                                    { LV2_DATA_ACCESS_URI, &data },
+                                    { LV2_UI__resize, &resizing },
+                                    { LV2_UI__touch, &touching } };
+        const LV2_Feature* const all[] = { &mapFeature, &optionsFeature, &own[0], &own[1],
+                                           &own[2],     &own[3],         &own[4], nullptr };
         using Entry = const LV2UI_Descriptor* (*)(std::uint32_t);
         panel = reinterpret_cast<Entry> (file.symbol ("lv2ui_descriptor")) (0);
         LV2UI_Widget widget = nullptr;
@@ -192,16 +181,17 @@ public:
         return ui != nullptr && widget != nullptr;
     }
 
-    std::pair<int, int> panelSize () override { return shownSize; }
-    void idlePanel () override
+    std::pair<int, int> size () override { return shownSize; }
+    void turn () override
     {
         static_cast<const LV2UI_Idle_Interface*> (panel->extension_data (LV2_UI__idleInterface))->idle (ui);
     }
 
-    void closePanel () override
+    void close () override
     {
         if (ui != nullptr)
             panel->cleanup (std::exchange (ui, nullptr));
+        shownSize = unscaled;
     }
 
     std::string songOf (std::span<const std::byte> state) const override { return dpf::toBase64 (state); }
@@ -287,13 +277,14 @@ private:
     LV2UI_Resize resizing;
     LV2UI_Touch touching;
 
-    std::pair<int, int> shownSize = { 612, 433 };
+    static constexpr std::pair<int, int> unscaled = { 612, 433 };
+    std::pair<int, int> shownSize = unscaled;
     const LV2UI_Descriptor* panel = nullptr;
     LV2UI_Handle ui = nullptr;
 };
 }
 
-std::unique_ptr<FrameworkHost> makeHost ()
+std::unique_ptr<FormatHost> makeHost ()
 {
     return std::make_unique<Lv2Host> ();
 }

@@ -52,6 +52,12 @@ int places (int pixels, int percent)
 }
 }
 
+PanelStage& PanelStage::shared ()
+{
+    static PanelStage stage;
+    return stage;
+}
+
 PanelStage::PanelStage ()
 {
     char folder[] = "/tmp/brimvale-formats.XXXXXX";
@@ -61,22 +67,12 @@ PanelStage::PanelStage ()
 
     VstPanel vst;
     open (vst);
-    const auto settled = [this] (int percent)
-    {
-        // The logo's corner is the first thing to come; all is there when it does not change any more.
-        Picture last;
-        EXPECT_TRUE (until (
-            [&]
-            {
-                const Picture now = picture (percent);
-                return now.at (5, 5) != picture::Colour{} && std::exchange (last, now) == now;
-            }));
-        return last;
-    };
-    ofVst24[100] = settled (100);
+    // The logo's corner is the first thing to come.
+    const auto isThere = [] (const Picture& now) { return now.at (5, 5) != picture::Colour{}; };
+    ofVst24[100] = settled (100, isThere);
     EXPECT_TRUE (matches (ofVst24[100], { 0, 0, 160, 90 }, bitmapFile (panel::panelBitmapId), 0));
     chooseZoom (largeZoom);
-    ofVst24[150] = settled (150);
+    ofVst24[150] = settled (150, isThere);
     chooseZoom (smallZoom);
     EXPECT_TRUE (shows (ofVst24[100], 100));
     close ();
@@ -138,6 +134,19 @@ Picture PanelStage::picture (int percent)
     return screen->grab (places (panel::panelRect.width, percent), places (panel::panelRect.height, percent));
 }
 
+// All is there when it does not change any more.
+Picture PanelStage::settled (int percent, const std::function<bool (const Picture&)>& hasBegun)
+{
+    Picture last;
+    EXPECT_TRUE (until (
+        [&]
+        {
+            const Picture now = picture (percent);
+            return hasBegun (now) && std::exchange (last, now) == now;
+        }));
+    return last;
+}
+
 bool PanelStage::shows (const Picture& expected, int percent)
 {
     return until ([&] { return picture (percent) == expected; });
@@ -152,13 +161,7 @@ void PanelStage::chooseZoom (int entry)
            std::to_string (places (button.y + 10, percent)));
     const Picture before = picture (percent);
     mouse ("click 1");
-    Picture last = before;
-    EXPECT_TRUE (until (
-        [&]
-        {
-            const Picture now = picture (percent);
-            return now != before && std::exchange (last, now) == now;
-        }));
+    settled (percent, [&] (const Picture& now) { return now != before; });
     std::string keys = "Down Down Down Down Down Down Down Down Down Down Down Right";
     for (std::size_t step = static_cast<std::size_t> (entry); step < std::size (editor::zoomPercents); ++step)
         keys += " Up";

@@ -4,30 +4,17 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <utility>
 
 #include "platform/HostWindow.h"
 #include "tests/editor/Bench.h"
-
-// The panel in one format, as its hosts open it.
-class FormatPanel
-{
-public:
-    virtual ~FormatPanel () = default;
-    virtual std::pair<int, int> size () = 0; // pixels
-    virtual bool open (void* window) = 0;    // X11 window id
-    virtual void close () = 0;
-    virtual void turn () = 0; // of the host's main loop
-
-    std::function<void (int width, int height)> resized; // when the panel asks for another size
-};
+#include "tests/formats/FormatHost.h"
 
 // A display of its own with one panel in a window at the top left, played with a real mouse and keyboard by
 // the one thread that also does what a host's main loop does.
 class PanelStage
 {
 public:
-    PanelStage ();
+    static PanelStage& shared (); // the one of a program: its libraries know one display
     ~PanelStage ();
 
     void open (FormatPanel& panel);
@@ -48,7 +35,9 @@ public:
     void expectThePanel (FormatPanel& panel, int openings);
 
 private:
+    PanelStage ();
     void turn ();
+    Picture settled (int percent, const std::function<bool (const Picture&)>& hasBegun);
 
     std::string settingsFolder;
     VirtualDisplay display;
