@@ -3,11 +3,12 @@
 #include <cstdlib>
 
 #include <gtest/gtest.h>
-#include <xcb/xcb.h>
 
 #include "tests/formats/ClapHost.h"
 #include "tests/formats/PanelStage.h"
 #include "tests/host/TemporaryFolder.h"
+
+#include <X11/Xlib.h> // last, for its macros
 
 namespace
 {
@@ -15,36 +16,26 @@ namespace
 void closeByTitleBar (const std::string& title)
 {
     FILE* found = popen (("xdotool search --name '" + title + "'").c_str (), "r");
-    unsigned window = 0;
-    ASSERT_EQ (std::fscanf (found, "%u", &window), 1);
+    unsigned long window = 0;
+    ASSERT_EQ (std::fscanf (found, "%lu", &window), 1);
     pclose (found);
-    xcb_connection_t* const display = xcb_connect (nullptr, nullptr);
-    const auto atom = [display] (std::string_view name)
-    {
-        const auto asked =
-            xcb_intern_atom (display, 0, static_cast<std::uint16_t> (name.size ()), name.data ());
-        const std::unique_ptr<xcb_intern_atom_reply_t, decltype (&std::free)> reply (
-            xcb_intern_atom_reply (display, asked, nullptr), std::free);
-        return reply->atom;
-    };
-    xcb_client_message_event_t message = {};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = atom ("WM_PROTOCOLS");
-    message.data.data32[0] = atom ("WM_DELETE_WINDOW");
-    // Answered when it is on its way: a connection that ends at once may take it along.
-    const auto sent =
-        xcb_send_event_checked (display, 0, window, 0, reinterpret_cast<const char*> (&message));
-    EXPECT_EQ (xcb_request_check (display, sent), nullptr);
-    xcb_disconnect (display);
+    Display* const display = XOpenDisplay (nullptr);
+    XEvent event = {};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom (display, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long> (XInternAtom (display, "WM_DELETE_WINDOW", False));
+    XSendEvent (display, window, False, NoEventMask, &event);
+    XSync (display, False);
+    XCloseDisplay (display);
 }
 
 TEST (ClapPanels, OpenWithoutTimersAndFloatingInAWindowOfTheirOwn)
 {
     PanelStage& stage = PanelStage::shared ();
     ClapHost bare (false);
-    stage.expectThePanel (bare, 1);
+    stage.expectThePanel (bare);
 
     ClapHost host;
     host.floats = true;

@@ -40,13 +40,14 @@ TEST (Formats, ASongComesBackAsItWas)
 {
     const auto host = started ();
     host->hearsChanges = false;
-    host->set (paramFilterFreq, 0.25);
-    host->set (paramOsc2Range, 1);
-    play (*host, {});
-    host->set (shownProgram, 40);
-    play (*host, {});
-    host->set (paramFilterRez, 0.75);
-    play (*host, {});
+    const std::pair<std::int32_t, double> values[] = {
+        { paramFilterFreq, 0.25 }, { paramOsc2Range, 1 }, { shownProgram, 40 }, { paramFilterRez, 0.75 }
+    };
+    for (const auto& [index, shown] : values)
+    {
+        host->set (index, shown);
+        play (*host, {});
+    }
     const engine::Event program[] = { midi (5, 0xC0, 7, 0) };
     play (*host, program); // the ports of LV2 still say 40, 0.25 and 0.75
     const std::string song = host->save ();

@@ -8,6 +8,7 @@
 #include "platform/HostWindow.h"
 #include "tests/editor/Bench.h"
 #include "tests/formats/FormatHost.h"
+#include "tests/host/TemporaryFolder.h"
 
 // A display of its own with one panel in a window at the top left, played with a real mouse and keyboard by
 // the one thread that also does what a host's main loop does.
@@ -15,7 +16,6 @@ class PanelStage
 {
 public:
     static PanelStage& shared (); // the one of a program: its libraries know one display
-    ~PanelStage ();
 
     void open (FormatPanel& panel);
     void close ();
@@ -31,15 +31,15 @@ public:
     // The panel as the VST 2.4 library shows it at 100 and at 150 percent.
     const Picture& expected (int percent) const { return ofVst24.at (percent); }
 
-    // Opens it so many times, and each time makes it larger and smaller, looking at it all the while.
-    void expectThePanel (FormatPanel& panel, int openings);
+    // Opens it twice and looks at it: made larger and left so, and made smaller again.
+    void expectThePanel (FormatPanel& panel);
 
 private:
     PanelStage ();
     void turn ();
     Picture settled (int percent, const std::function<bool (const Picture&)>& hasBegun);
 
-    std::string settingsFolder;
+    TemporaryFolder settings;
     VirtualDisplay display;
     std::unique_ptr<ScreenGrab> screen;
     std::unique_ptr<platform::HostWindow> window;

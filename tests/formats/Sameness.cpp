@@ -2,6 +2,7 @@
 #include <cmath>
 #include <optional>
 #include <random>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -150,7 +151,15 @@ public:
                  int frames)
     {
         if (song != nullptr)
-            tell (*song);
+        {
+            VstTimeInfo time = {};
+            time.samplePos = song->samplePosition;
+            time.sampleRate = 44100.0;
+            time.tempo = *song->tempo;
+            time.ppqPos = *song->quarterPosition;
+            time.flags = kVstTempoValid | kVstPpqPosValid;
+            plugin.setTime (time);
+        }
         const auto addMidi = [this] (const Event& event, int offset) {
             waiting.add (offset, { event.status, event.data1, event.data2 });
         };
@@ -173,17 +182,6 @@ public:
     }
 
 private:
-    void tell (const engine::Transport& song)
-    {
-        VstTimeInfo time = {};
-        time.samplePos = song.samplePosition;
-        time.sampleRate = 44100.0;
-        time.tempo = *song.tempo;
-        time.ppqPos = *song.quarterPosition;
-        time.flags = kVstTempoValid | kVstPpqPosValid;
-        plugin.setTime (time);
-    }
-
     host::Plugin plugin{ BRIMVALE_LIBRARY };
     host::BlockEvents waiting;
 };
@@ -209,29 +207,25 @@ std::vector<float> soundOf (Instance& instance, const std::vector<Block>& score)
 
 void expectTheSameSound ()
 {
-    struct Case
-    {
-        const char* name;
-        std::vector<Block> score;
-        bool synced = false;
+    const std::tuple<const char*, std::vector<Block>, bool> cases[] = {
+        { "MIDI", music (false), false },
+        { "MIDI and parameters", music (true), false },
+        { "song", song (), true },
     };
-    const Case cases[] = { { "MIDI", music (false) },
-                           { "MIDI and parameters", music (true) },
-                           { "song", song (), true } };
-    for (const Case& row : cases)
+    for (const auto& [name, score, isSynced] : cases)
     {
         for (const int program : { 0, 31, 60, 90, 103, 127 })
         {
-            SCOPED_TRACE (std::string (row.name) + ", program " + std::to_string (program));
-            Reference reference (program, row.synced);
+            SCOPED_TRACE (name + std::string (", program ") + std::to_string (program));
+            Reference reference (program, isSynced);
             const instrument::BankImage bank = reference.bank ();
             const auto image = std::as_bytes (std::span (&bank, 1));
             const auto host = makeHost ();
             host->load (host->songOf (image));
             EXPECT_TRUE (std::ranges::equal (host->bank (), image));
-            const auto expected = soundOf (reference, row.score);
+            const auto expected = soundOf (reference, score);
             EXPECT_GT (peakOf (expected), 0.01f);
-            const auto sound = soundOf (*host, row.score);
+            const auto sound = soundOf (*host, score);
             ASSERT_EQ (sound.size (), expected.size ());
             const auto parts = std::ranges::mismatch (sound, expected).in1 - sound.begin ();
             EXPECT_EQ (parts, std::ssize (sound)) << "where the sounds part";

@@ -429,14 +429,14 @@ TEST (Vst3, ControllersAtRestChangeNothing)
 {
     const engine::Event note[] = { noteOn (1) };
     std::vector<float> untouched (1024), sent (1024), right (1024);
-    for (std::vector<float>* const sound : { &untouched, &sent })
+    Vst3Host first, second;
+    for (const auto& [host, sound] : { std::tie (first, untouched), std::tie (second, sent) })
     {
-        Vst3Host host;
         host.start (44100.0, 1024);
         host.render ({}, nullptr, right.data (), right.data (), 64);
-        if (sound == &sent)
+        if (&host == &second)
             host.sendAllControllers ();
-        host.render (note, nullptr, sound->data (), right.data (), 1024);
+        host.render (note, nullptr, sound.data (), right.data (), 1024);
     }
     EXPECT_EQ (untouched, sent);
     EXPECT_GT (peakOf (untouched), 0.001f);
