@@ -58,8 +58,6 @@ class ClapHost final : public FormatHost
 public:
     explicit ClapHost (bool hasTimers = true);
     ~ClapHost () override;
-    ClapHost (const ClapHost&) = delete;
-    ClapHost& operator= (const ClapHost&) = delete;
 
     void start (double sampleRate, int longest) override;
     void stop () override;

@@ -71,11 +71,6 @@ protected:
 
 std::unique_ptr<FormatHost> makeHost (); // each format's test program has one
 
-// Fails unless the format's library renders the samples of the VST 2.4 library, bit for bit: notes,
-// controllers, full bends, program changes and timed parameters, at odd offsets and in odd blocks, and with
-// the LFO synced to a song that moves, jumps and stands still. Banks travel there and back.
-void expectTheSameSound ();
-
 // A song's stream, which gives and takes only a piece at once.
 struct SongStream
 {

@@ -30,11 +30,6 @@ std::unique_ptr<FormatHost> started ()
     return host;
 }
 
-TEST (Formats, SoundsLikeVst24)
-{
-    expectTheSameSound ();
-}
-
 // What a song is loaded with must survive what its host then does.
 TEST (Formats, ASongComesBackAsItWas)
 {

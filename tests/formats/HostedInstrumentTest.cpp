@@ -80,12 +80,10 @@ TEST_F (Hosted, StepsAndSwitchesGoBothWays)
             EXPECT_EQ (synth.value (index), position) << shownName (index);
             EXPECT_EQ (synth.valueOf (index, told (index)), position) << told (index);
         }
-        for (double fraction = 0.0; shownParameter (index).positions == 0 && fraction <= 1.0;
-             fraction += 1.0 / 128)
+        for (int n = 0; shownParameter (index).positions == 0 && n <= 127; ++n)
         {
-            const std::string text = synth.text (index, fraction);
-            EXPECT_EQ (synth.text (index, synth.valueOf (index, text).value_or (-1.0)), text)
-                << shownName (index);
+            const std::string text = synth.text (index, n / 127.0);
+            EXPECT_EQ (synth.text (index, synth.valueOf (index, text).value_or (-1.0)), text) << index;
         }
     }
 }

