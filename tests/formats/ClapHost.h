@@ -2,9 +2,7 @@
 
 #include <atomic>
 #include <map>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include <clap/entry.h>
 #include <clap/ext/gui.h>

@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <map>
 #include <tuple>
-#include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 #include <travesty/audio_processor.h>
