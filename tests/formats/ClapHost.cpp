@@ -1,24 +1,13 @@
 #include "tests/formats/ClapHost.h"
 
-#include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <stdexcept>
 
 #include <clap/ext/thread-check.h>
 #include <clap/plugin-factory.h>
 
-#include "instrument/Bank.h"
-
 // --- Events
-
-void ClapEvents::addMidi (int offset, int status, int data1, int data2)
-{
-    auto& event = add<clap_event_midi_t> (CLAP_EVENT_MIDI, offset);
-    const int data[] = { status, data1, data2 };
-    std::ranges::transform (data, event.data, [] (int byte) { return static_cast<std::uint8_t> (byte); });
-}
 
 void ClapEvents::addNote (std::uint16_t type, int offset, int key, double velocity)
 {
@@ -28,10 +17,10 @@ void ClapEvents::addNote (std::uint16_t type, int offset, int key, double veloci
     event.velocity = velocity;
 }
 
-void ClapEvents::addValue (int offset, clap_id index, double value)
+void ClapEvents::addValue (int offset, std::int32_t index, double value)
 {
     auto& event = add<clap_event_param_value_t> (CLAP_EVENT_PARAM_VALUE, offset);
-    event.param_id = index;
+    event.param_id = static_cast<clap_id> (index);
     event.note_id = -1;
     event.port_index = event.channel = event.key = -1;
     event.value = value;
@@ -40,9 +29,11 @@ void ClapEvents::addValue (int offset, clap_id index, double value)
 void ClapEvents::add (const engine::Event& event)
 {
     if (event.kind == engine::Event::Kind::parameter)
-        addValue (event.offset, static_cast<clap_id> (event.index), static_cast<double> (event.value));
-    else
-        addMidi (event.offset, event.status, event.data1, event.data2);
+        return addValue (event.offset, event.index, static_cast<double> (event.value));
+    auto& message = add<clap_event_midi_t> (CLAP_EVENT_MIDI, event.offset);
+    message.data[0] = event.status;
+    message.data[1] = event.data1;
+    message.data[2] = event.data2;
 }
 
 std::vector<std::string> ClapEvents::told () const
@@ -50,21 +41,14 @@ std::vector<std::string> ClapEvents::told () const
     std::vector<std::string> lines;
     for (const Entry& entry : entries)
     {
-        char line[80] = "?";
-        if (entry.header.type == CLAP_EVENT_PARAM_VALUE)
-        {
-            const auto& event = reinterpret_cast<const clap_event_param_value_t&> (entry);
-            const bool isLive = (event.header.flags & CLAP_EVENT_DONT_RECORD) == 0;
-            std::snprintf (line, sizeof line, "value %u %g%s", event.param_id, event.value,
-                           isLive ? " live" : "");
-        }
+        const auto& event = reinterpret_cast<const clap_event_param_value_t&> (entry); // gestures begin alike
+        const std::string id = std::to_string (event.param_id);
+        if (entry.header.type != CLAP_EVENT_PARAM_VALUE)
+            lines.push_back ((entry.header.type == CLAP_EVENT_PARAM_GESTURE_BEGIN ? "begin " : "end ") + id);
+        else if ((entry.header.flags & CLAP_EVENT_DONT_RECORD) == 0)
+            lines.push_back ("set " + id);
         else
-        {
-            const auto& event = reinterpret_cast<const clap_event_param_gesture_t&> (entry);
-            const bool begins = event.header.type == CLAP_EVENT_PARAM_GESTURE_BEGIN;
-            std::snprintf (line, sizeof line, "%s %u", begins ? "begin" : "end", event.param_id);
-        }
-        lines.emplace_back (line);
+            lines.push_back (id + " = " + std::to_string (event.value));
     }
     return lines;
 }
@@ -100,10 +84,17 @@ ClapHost& of (const clap_host_t* host)
 }
 }
 
-ClapHost::ClapHost (bool hasTimers) : library (BRIMVALE_CLAP_LIBRARY), offersTimers (hasTimers)
+std::unique_ptr<FormatHost> makeHost ()
 {
+    return std::make_unique<ClapHost> ();
+}
+
+ClapHost::ClapHost (bool hasTimers) : offersTimers (hasTimers)
+{
+    in.makeRoom ();
+    out.makeRoom ();
     entry = static_cast<const clap_plugin_entry*> (library.symbol ("clap_entry"));
-    if (entry == nullptr || !entry->init (BRIMVALE_CLAP_LIBRARY))
+    if (entry == nullptr || !entry->init (BRIMVALE_FORMAT_LIBRARY))
         throw std::runtime_error ("no CLAP library");
     face.clap_version = CLAP_VERSION;
     face.host_data = this;
@@ -131,12 +122,14 @@ const void* ClapHost::offer (const char* name) const
     static constexpr clap_host_params_t params = {
         [] (const clap_host_t* host, clap_param_rescan_flags flags) { of (host).rescans |= flags; },
         [] (const clap_host_t*, clap_id, clap_param_clear_flags) {},
-        [] (const clap_host_t* host) { ++of (host).flushRequests; },
+        [] (const clap_host_t* host) { of (host).flushAsked = true; },
     };
     static constexpr clap_host_gui_t gui = {
         [] (const clap_host_t*) {},
-        [] (const clap_host_t* host, std::uint32_t width, std::uint32_t height) {
-            return of (host).resize && of (host).resize (static_cast<int> (width), static_cast<int> (height));
+        [] (const clap_host_t* host, std::uint32_t width, std::uint32_t height)
+        {
+            of (host).resized (static_cast<int> (width), static_cast<int> (height));
+            return true;
         },
         [] (const clap_host_t*) { return true; },
         [] (const clap_host_t*) { return true; },
@@ -164,66 +157,42 @@ const void* ClapHost::offer (const char* name) const
     return wanted == CLAP_EXT_TIMER_SUPPORT && offersTimers ? &timerSupport : nullptr;
 }
 
-double ClapHost::value (clap_id index) const
+void ClapHost::start (double sampleRate, int longest)
 {
-    double found = -1.0;
-    return params ().get_value (plugin, index, &found) ? found : -1.0;
+    rate = sampleRate;
+    if (!plugin->activate (plugin, sampleRate, 1, static_cast<std::uint32_t> (longest)))
+        throw std::runtime_error ("not activated");
+    plugin->start_processing (plugin);
 }
 
-std::string ClapHost::text (clap_id index, double value) const
+void ClapHost::stop ()
 {
-    char display[64] = "";
-    params ().value_to_text (plugin, index, value, display, sizeof display);
-    return display;
+    plugin->stop_processing (plugin);
+    plugin->deactivate (plugin);
 }
 
-namespace
+void ClapHost::render (std::span<const engine::Event> events, const engine::Transport* song, float* left,
+                       float* right, int frames)
 {
-struct Stream
-{
-    std::vector<std::byte> bytes;
-    std::size_t piece = 0;
-    std::size_t done = 0;
-};
+    for (const engine::Event& event : events)
+        in.add (event);
+    if (song == nullptr)
+        return process (left, right, frames);
+    const auto fixed = [] (double position) {
+        return static_cast<std::int64_t> (
+            std::llround (position * static_cast<double> (CLAP_SECTIME_FACTOR)));
+    };
+    clap_event_transport_t transport = {};
+    transport.flags =
+        CLAP_TRANSPORT_HAS_TEMPO | CLAP_TRANSPORT_HAS_BEATS_TIMELINE | CLAP_TRANSPORT_HAS_SECONDS_TIMELINE;
+    transport.tempo = *song->tempo;
+    transport.song_pos_beats = fixed (*song->quarterPosition);
+    transport.song_pos_seconds = fixed (song->samplePosition / rate);
+    process (left, right, frames, &transport);
 }
 
-std::vector<std::byte> ClapHost::save (std::size_t piece) const
+void ClapHost::process (float* left, float* right, int frames, const clap_event_transport_t* song)
 {
-    Stream stream{ {}, piece };
-    const clap_ostream_t to = { &stream, [] (const clap_ostream_t* sink, const void* data, std::uint64_t size)
-                                {
-                                    auto& own = *static_cast<Stream*> (sink->ctx);
-                                    const auto taken = std::min<std::uint64_t> (size, own.piece);
-                                    const auto* from = static_cast<const std::byte*> (data);
-                                    own.bytes.insert (own.bytes.end (), from, from + taken);
-                                    return static_cast<std::int64_t> (taken);
-                                } };
-    const auto& state = extension<clap_plugin_state_t> (CLAP_EXT_STATE);
-    return state.save (plugin, &to) ? stream.bytes : std::vector<std::byte> ();
-}
-
-bool ClapHost::load (std::span<const std::byte> bytes, std::size_t piece) const
-{
-    Stream stream{ { bytes.begin (), bytes.end () }, piece };
-    const clap_istream_t from = { &stream, [] (const clap_istream_t* source, void* buffer, std::uint64_t size)
-                                  {
-                                      auto& own = *static_cast<Stream*> (source->ctx);
-                                      const auto given =
-                                          std::min<std::size_t> ({ static_cast<std::size_t> (size), own.piece,
-                                                                   own.bytes.size () - own.done });
-                                      std::copy_n (own.bytes.data () + own.done, given,
-                                                   static_cast<std::byte*> (buffer));
-                                      own.done += given;
-                                      return static_cast<std::int64_t> (given);
-                                  } };
-    return extension<clap_plugin_state_t> (CLAP_EXT_STATE).load (plugin, &from);
-}
-
-std::vector<std::string> ClapHost::block (ClapEvents in, float* left, float* right, int frames,
-                                          const clap_event_transport_t* song) const
-{
-    ClapEvents out;
-    out.most = mostTold;
     const clap_input_events_t input = in.input ();
     const clap_output_events_t output = out.output ();
     float* channels[] = { left, right };
@@ -238,18 +207,65 @@ std::vector<std::string> ClapHost::block (ClapEvents in, float* left, float* rig
     process.audio_outputs_count = 1;
     process.in_events = &input;
     process.out_events = &output;
+    out.clear ();
     if (plugin->process (plugin, &process) == CLAP_PROCESS_ERROR)
         throw std::runtime_error ("the block failed");
-    return out.told ();
+    in.clear ();
 }
 
-std::vector<std::string> ClapHost::flush (ClapEvents in) const
+void ClapHost::flush ()
 {
-    ClapEvents out;
     const clap_input_events_t input = in.input ();
     const clap_output_events_t output = out.output ();
+    out.clear ();
     params ().flush (plugin, &input, &output);
-    return out.told ();
+    in.clear ();
+}
+
+double ClapHost::value (std::int32_t index)
+{
+    double found = -1.0;
+    return params ().get_value (plugin, static_cast<clap_id> (index), &found) ? found : -1.0;
+}
+
+std::string ClapHost::save ()
+{
+    SongStream stream;
+    const clap_ostream_t to = { &stream, [] (const clap_ostream_t* sink, const void* data, std::uint64_t size)
+                                {
+                                    auto& own = *static_cast<SongStream*> (sink->ctx);
+                                    return static_cast<std::int64_t> (own.write (data, size));
+                                } };
+    const auto& state = extension<clap_plugin_state_t> (CLAP_EXT_STATE);
+    return state.save (plugin, &to) ? stream.bytes : "";
+}
+
+bool ClapHost::take (const std::string& song) const
+{
+    SongStream stream{ song };
+    const clap_istream_t from = { &stream, [] (const clap_istream_t* source, void* to, std::uint64_t size)
+                                  {
+                                      auto& own = *static_cast<SongStream*> (source->ctx);
+                                      return static_cast<std::int64_t> (own.read (to, size));
+                                  } };
+    return extension<clap_plugin_state_t> (CLAP_EXT_STATE).load (plugin, &from);
+}
+
+std::pair<int, int> ClapHost::size ()
+{
+    std::uint32_t width = 0, height = 0;
+    gui ().get_size (plugin, &width, &height);
+    return { static_cast<int> (width), static_cast<int> (height) };
+}
+
+bool ClapHost::open (void* handle)
+{
+    clap_window_t window = { CLAP_WINDOW_API_X11, {} };
+    window.ptr = handle;
+    if (!gui ().create (plugin, floats ? nullptr : window.api, floats))
+        return false;
+    gui ().suggest_title (plugin, title);
+    return (floats || gui ().set_parent (plugin, &window)) && gui ().show (plugin);
 }
 
 void ClapHost::turn ()
@@ -258,49 +274,9 @@ void ClapHost::turn ()
         extension<clap_plugin_timer_support_t> (CLAP_EXT_TIMER_SUPPORT).on_timer (plugin, id);
     if (callbackAsked.exchange (false))
         plugin->on_main_thread (plugin);
-}
-
-// --- The format
-
-std::vector<std::byte> ClapInstance::saveBank ()
-{
-    const auto state = host.save ();
-    return { state.end () - sizeof (instrument::BankImage), state.end () };
-}
-
-void ClapInstance::start (double sampleRate, int longestBlock)
-{
-    rate = sampleRate;
-    host.plugin->activate (host.plugin, sampleRate, 1, static_cast<std::uint32_t> (longestBlock));
-    host.plugin->start_processing (host.plugin);
-}
-
-void ClapInstance::stop ()
-{
-    host.plugin->stop_processing (host.plugin);
-    host.plugin->deactivate (host.plugin);
-}
-
-void ClapInstance::render (std::span<const engine::Event> events, const engine::Transport* song, float* left,
-                           float* right, int frames)
-{
-    ClapEvents in;
-    for (const engine::Event& event : events)
-        in.add (event);
-    if (song == nullptr)
-    {
-        host.block (in, left, right, frames);
+    if (!flushAsked.exchange (false))
         return;
-    }
-    const auto fixed = [] (double position) {
-        return static_cast<std::int64_t> (
-            std::llround (position * static_cast<double> (CLAP_SECTIME_FACTOR)));
-    };
-    clap_event_transport_t transport = {};
-    transport.flags =
-        CLAP_TRANSPORT_HAS_TEMPO | CLAP_TRANSPORT_HAS_BEATS_TIMELINE | CLAP_TRANSPORT_HAS_SECONDS_TIMELINE;
-    transport.tempo = *song->tempo;
-    transport.song_pos_beats = fixed (*song->quarterPosition);
-    transport.song_pos_seconds = fixed (song->samplePosition / rate);
-    host.block (in, left, right, frames, &transport);
+    flush ();
+    for (const std::string& line : out.told ())
+        edits += line + ";";
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <set>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -31,35 +32,24 @@ protected:
 
 TEST_F (Hosted, ANewOneStandsAtTheDefaultsUnderNamesOfTheirOwn)
 {
-    std::set<std::string> names;
+    std::set<std::string> names, hidden;
     for (std::int32_t index = 0; index < shownCount; ++index)
     {
         EXPECT_EQ (synth.value (index), shownDefault (index)) << shownName (index);
         EXPECT_FALSE (shownName (index).empty () || shownName (index).ends_with (' ')) << index;
         names.insert (shownName (index));
-    }
-    EXPECT_EQ (names.size (), 39u);
-    EXPECT_EQ (shownDefault (paramFilterFreq), static_cast<double> (stored (paramFilterFreq)));
-    std::set<std::string> hidden;
-    for (std::int32_t index = 0; index < shownCount; ++index)
-    {
         if (!shownParameter (index).automated)
             hidden.insert (shownName (index));
     }
+    EXPECT_EQ (names.size (), 39u);
+    EXPECT_EQ (shownDefault (paramFilterFreq), static_cast<double> (stored (paramFilterFreq)));
     EXPECT_EQ (hidden, (std::set<std::string>{ "PitchBend", "ShowKeys", "NonUsed" }));
 }
 
 // Every step is told back as it was set, stores what the engine takes for it, and has words of its own.
 TEST_F (Hosted, StepsAndSwitchesGoBothWays)
 {
-    struct Step
-    {
-        std::int32_t index;
-        double shown;
-        float stored;
-        const char* text;
-    };
-    const Step steps[] = {
+    const std::tuple<std::int32_t, double, float, const char*> steps[] = {
         { paramOsc1Wave, 1, 0.5f, "saw" },
         { paramOsc1Wave, 2, 1.0f, "pulse" },
         { paramOsc2Range, 3, 0.75f, "+12 semitones" },
@@ -75,12 +65,12 @@ TEST_F (Hosted, StepsAndSwitchesGoBothWays)
         { paramGlideAuto, 0, 0.0f, "off" },
         { paramLfoBmpSync, 1, 1.0f, "on" },
     };
-    for (const Step& step : steps)
+    for (const auto& [index, shown, value, text] : steps)
     {
-        synth.setValue (step.index, step.shown > 0 ? 0 : shownHighest (step.index));
-        synth.setValue (step.index, step.shown);
-        EXPECT_EQ (stored (step.index), step.stored) << step.text;
-        EXPECT_EQ (told (step.index), step.text);
+        synth.setValue (index, shown > 0 ? 0 : shownHighest (index));
+        synth.setValue (index, shown);
+        EXPECT_EQ (stored (index), value) << text;
+        EXPECT_EQ (told (index), text);
     }
     for (std::int32_t index = 0; index < parameterCount; ++index)
     {
@@ -89,6 +79,11 @@ TEST_F (Hosted, StepsAndSwitchesGoBothWays)
             synth.setValue (index, position);
             EXPECT_EQ (synth.value (index), position) << shownName (index);
             EXPECT_EQ (synth.valueOf (index, told (index)), position) << told (index);
+        }
+        for (int n = 0; shownParameter (index).positions == 0 && n <= 127; ++n)
+        {
+            const std::string text = synth.text (index, n / 127.0);
+            EXPECT_EQ (synth.text (index, synth.valueOf (index, text).value_or (-1.0)), text) << index;
         }
     }
 }
@@ -114,24 +109,20 @@ TEST_F (Hosted, AnEchoLeavesTheKnobWhereItStands)
 
 TEST_F (Hosted, NumbersAreTypedWithTheirUnits)
 {
-    struct Typed
-    {
-        std::int32_t index;
-        const char* text;
-        const char* told;
+    const std::tuple<std::int32_t, const char*, const char*> rows[] = {
+        { paramFilterFreq, "1.5 kHz", "1500 Hz" },
+        { param2Delay, "250ms", "250 ms" },
+        { paramOsc1Vol, "-6", "-6.0 dB" },
+        { paramLfoFilter, "+50 %", "+50 %" },
+        { paramVoices, "12", "12" },
+        { paramFilterType, "Band-Pass", "band-pass" },
+        { paramOsc1PW, "25 %", "25 %" }
     };
-    const Typed rows[] = { { paramFilterFreq, "1.5 kHz", "1500 Hz" },
-                           { param2Delay, "250ms", "250 ms" },
-                           { paramOsc1Vol, "-6", "-6.0 dB" },
-                           { paramLfoFilter, "+50 %", "+50 %" },
-                           { paramVoices, "12", "12" },
-                           { paramFilterType, "Band-Pass", "band-pass" },
-                           { paramOsc1PW, "25 %", "25 %" } };
-    for (const Typed& row : rows)
+    for (const auto& [index, typed, text] : rows)
     {
-        const auto value = synth.valueOf (row.index, row.text);
-        ASSERT_TRUE (value) << row.text;
-        EXPECT_EQ (synth.text (row.index, *value), row.told);
+        const auto value = synth.valueOf (index, typed);
+        ASSERT_TRUE (value) << typed;
+        EXPECT_EQ (synth.text (index, *value), text);
     }
     for (const char* nothing : { "", " ", "loud", "--3" })
         EXPECT_FALSE (synth.valueOf (paramFilterFreq, nothing)) << nothing;

@@ -4,31 +4,18 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <utility>
 
 #include "platform/HostWindow.h"
 #include "tests/editor/Bench.h"
-
-// The panel in one format, as its hosts open it.
-class FormatPanel
-{
-public:
-    virtual ~FormatPanel () = default;
-    virtual std::pair<int, int> size () = 0; // pixels
-    virtual bool open (void* window) = 0;    // X11 window id
-    virtual void close () = 0;
-    virtual void turn () = 0; // of the host's main loop
-
-    std::function<void (int width, int height)> resized; // when the panel asks for another size
-};
+#include "tests/formats/FormatHost.h"
+#include "tests/host/TemporaryFolder.h"
 
 // A display of its own with one panel in a window at the top left, played with a real mouse and keyboard by
 // the one thread that also does what a host's main loop does.
 class PanelStage
 {
 public:
-    PanelStage ();
-    ~PanelStage ();
+    static PanelStage& shared (); // the one of a program: its libraries know one display
 
     void open (FormatPanel& panel);
     void close ();
@@ -44,13 +31,15 @@ public:
     // The panel as the VST 2.4 library shows it at 100 and at 150 percent.
     const Picture& expected (int percent) const { return ofVst24.at (percent); }
 
-    // Opens it so many times, and each time makes it larger and smaller, looking at it all the while.
-    void expectThePanel (FormatPanel& panel, int openings);
+    // Opens it twice and looks at it: made larger and left so, and made smaller again.
+    void expectThePanel (FormatPanel& panel);
 
 private:
+    PanelStage ();
     void turn ();
+    Picture settled (int percent, const std::function<bool (const Picture&)>& hasBegun);
 
-    std::string settingsFolder;
+    TemporaryFolder settings;
     VirtualDisplay display;
     std::unique_ptr<ScreenGrab> screen;
     std::unique_ptr<platform::HostWindow> window;

@@ -1,13 +1,9 @@
 // The instrument in VST3, through the interfaces that its framework declares.
-#include "tests/formats/FrameworkHost.h"
+#include "tests/formats/FormatHost.h"
 
 #include <algorithm>
-#include <array>
-#include <functional>
 #include <map>
 #include <tuple>
-#include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 #include <travesty/audio_processor.h>
@@ -23,6 +19,8 @@
 #include "platform/SharedLibrary.h"
 #include "tests/support/Events.h"
 #include "tests/support/Signals.h"
+
+using namespace formats;
 
 namespace
 {
@@ -47,24 +45,24 @@ protected:
     ~Unknown () = default;
 };
 
-struct Stream final : Unknown // of a song, in pieces
+template <typename Result, typename Value>
+v3_result give (Result* to, Value&& value)
 {
-    virtual v3_result read (void* to, std::int32_t most, std::int32_t* count)
+    *to = static_cast<Result> (value);
+    return V3_OK;
+}
+
+struct Stream final : Unknown
+{
+    virtual v3_result read (void* to, std::uint32_t most, std::int32_t* count)
     {
-        *count = static_cast<std::int32_t> (bytes.copy (
-            static_cast<char*> (to), std::min<std::size_t> (static_cast<std::size_t> (most), piece), at));
-        at += static_cast<std::size_t> (*count);
-        return V3_OK;
+        return give (count, song.read (to, most));
     }
-    virtual v3_result write (const void* from, std::int32_t count, std::int32_t* done)
+    virtual v3_result write (const void* from, std::uint32_t size, std::int32_t* count)
     {
-        *done = std::min (count, static_cast<std::int32_t> (piece));
-        bytes.append (static_cast<const char*> (from), static_cast<std::size_t> (*done));
-        return V3_OK;
+        return give (count, song.write (from, size));
     }
-    static constexpr std::size_t piece = 100;
-    std::string bytes;
-    std::size_t at = 0;
+    SongStream song;
 };
 
 // What the framework's two halves tell each other.
@@ -111,17 +109,9 @@ struct Message final : Unknown
 
 struct Application final : Unknown
 {
-    v3_result query (const v3_tuid /*id*/, void** found) override
-    {
-        *found = this;
-        return V3_OK;
-    }
+    v3_result query (const v3_tuid /*id*/, void** found) override { return give (found, this); }
     virtual v3_result name (void*) { return V3_FALSE; }
-    virtual v3_result make (const v3_tuid, const v3_tuid, void** made)
-    {
-        *made = new Message;
-        return V3_OK;
-    }
+    virtual v3_result make (const v3_tuid, const v3_tuid, void** made) { return give (made, new Message); }
 };
 
 struct Queue final : Unknown // of one parameter in a block
@@ -129,9 +119,9 @@ struct Queue final : Unknown // of one parameter in a block
     explicit Queue (v3_param_id parameter) : id (parameter) {}
     virtual v3_param_id parameter () { return id; }
     virtual std::int32_t count () { return static_cast<std::int32_t> (points.size ()); }
-    virtual v3_result get (std::int32_t n, std::int32_t* offset, double* value)
+    virtual v3_result get (std::uint32_t n, std::int32_t* offset, double* value)
     {
-        std::tie (*offset, *value) = points[static_cast<std::size_t> (n)];
+        std::tie (*offset, *value) = points[n];
         return V3_OK;
     }
     v3_param_id id;
@@ -141,7 +131,7 @@ struct Queue final : Unknown // of one parameter in a block
 struct Changes final : Unknown
 {
     virtual std::int32_t count () { return static_cast<std::int32_t> (queues.size ()); }
-    virtual Queue* get (std::int32_t n) { return &queues[static_cast<std::size_t> (n)]; }
+    virtual Queue* get (std::uint32_t n) { return &queues[n]; }
     void add (v3_param_id id, int offset, double value)
     {
         auto queue = std::ranges::find (queues, id, &Queue::id);
@@ -155,11 +145,7 @@ struct Changes final : Unknown
 struct Notes final : Unknown
 {
     virtual std::uint32_t count () { return static_cast<std::uint32_t> (events.size ()); }
-    virtual v3_result get (std::int32_t n, v3_event* event)
-    {
-        *event = events[static_cast<std::size_t> (n)];
-        return V3_OK;
-    }
+    virtual v3_result get (std::uint32_t n, v3_event* event) { return give (event, events[n]); }
     std::vector<v3_event> events;
 };
 
@@ -182,16 +168,8 @@ struct Loop final : Unknown
 {
     virtual v3_result addWatch (void*, int) { return V3_OK; }
     virtual v3_result removeWatch (void*) { return V3_OK; }
-    virtual v3_result addTimer (v3_timer_handler** added, std::uint64_t)
-    {
-        timer = added;
-        return V3_OK;
-    }
-    virtual v3_result removeTimer (v3_timer_handler**)
-    {
-        timer = nullptr;
-        return V3_OK;
-    }
+    virtual v3_result addTimer (v3_timer_handler** added, std::uint64_t) { return give (&timer, added); }
+    virtual v3_result removeTimer (v3_timer_handler**) { return give (&timer, nullptr); }
     v3_timer_handler** timer = nullptr;
 };
 
@@ -204,15 +182,15 @@ struct Frame final : Unknown
     }
     virtual v3_result resize (v3_plugin_view** view, v3_view_rect* rect)
     {
-        return host.resize (rect->right, rect->bottom) ? v3_cpp_obj (view)->on_size (view, rect)
-                                                       : static_cast<v3_result> (V3_FALSE);
+        host.resized (rect->right, rect->bottom);
+        return v3_cpp_obj (view)->on_size (view, rect);
     }
-    explicit Frame (FrameworkHost& owner) : host (owner) {}
+    explicit Frame (FormatHost& owner) : host (owner) {}
     Loop loop;
-    FrameworkHost& host;
+    FormatHost& host;
 };
 
-class Vst3Host final : public FrameworkHost
+class Vst3Host final : public FormatHost
 {
 public:
     Vst3Host ()
@@ -238,7 +216,7 @@ public:
 
     ~Vst3Host () override
     {
-        closePanel ();
+        close ();
         v3_cpp_obj_terminate (controller);
         v3_cpp_obj_unref (controller);
         v3_cpp_obj_unref (processor);
@@ -258,7 +236,7 @@ public:
     double value (std::int32_t index) override
     {
         return v3_cpp_obj (controller)->get_parameter_normalised (controller, idOf (index)) *
-               formats::shownHighest (index);
+               shownHighest (index);
     }
 
     // Without a list for what comes back, as some hosts.
@@ -299,42 +277,35 @@ public:
     {
         Stream stream;
         v3_cpp_obj (component)->get_state (component, stream.as<v3_bstream> ());
-        return stream.bytes;
+        return stream.song.bytes;
     }
     void load (const std::string& state) override
     {
         Stream stream;
-        stream.bytes = state;
+        stream.song.bytes = state;
         v3_cpp_obj (component)->set_state (component, stream.as<v3_bstream> ());
     }
-    std::string songOf (std::span<const std::byte> state) const override
-    {
-        return { reinterpret_cast<const char*> (state.data ()), state.size () };
-    }
-    std::vector<std::byte> stateOf (const std::string& song) const override
-    {
-        const auto bytes = std::as_bytes (std::span (song));
-        return { bytes.begin (), bytes.end () };
-    }
 
-    bool openPanel (void* window) override
+    bool open (void* window) override
     {
         view = v3_cpp_obj (controller)->create_view (controller, "editor");
         v3_cpp_obj (view)->set_frame (view, frame.as<v3_plugin_frame> ());
         return v3_cpp_obj (view)->attached (view, window, V3_VIEW_PLATFORM_TYPE_NATIVE) == V3_OK;
     }
-    std::pair<int, int> panelSize () override
+    std::pair<int, int> size () override
     {
+        if (view == nullptr)
+            return { 612, 433 };
         v3_view_rect rect;
         v3_cpp_obj (view)->get_size (view, &rect);
         return { rect.right, rect.bottom };
     }
-    void idlePanel () override
+    void turn () override
     {
         if (v3_timer_handler** const timer = frame.loop.timer)
             v3_cpp_obj (timer)->on_timer (timer);
     }
-    void closePanel () override
+    void close () override
     {
         if (view == nullptr)
             return;
@@ -357,7 +328,7 @@ public:
 private:
     void addValue (std::int32_t index, double shown, int offset)
     {
-        changes.add (idOf (index), offset, shown / formats::shownHighest (index));
+        changes.add (idOf (index), offset, shown / shownHighest (index));
     }
 
     void addController (std::int16_t number, int offset, double value)
@@ -389,7 +360,7 @@ private:
         case 0xB0:
             return addController (event.data1, event.offset, static_cast<double> (value));
         case 0xC0:
-            return addValue (formats::shownProgram, event.data1, event.offset);
+            return addValue (shownProgram, event.data1, event.offset);
         case 0xE0:
             return addController (129, event.offset, (event.data1 + 128 * event.data2) / 16383.0);
         default:
@@ -410,7 +381,7 @@ private:
 };
 }
 
-std::unique_ptr<FrameworkHost> makeHost ()
+std::unique_ptr<FormatHost> makeHost ()
 {
     return std::make_unique<Vst3Host> ();
 }
@@ -421,34 +392,31 @@ TEST (Vst3, ListsTheShownParametersAndOneChannelsControllersHidden)
     EXPECT_EQ (std::string (host.about.class_id, host.about.class_id + 16),
                " FPDsalckrnQ" + std::string (4, '\0'))
         << "songs know it";
-    const auto& controller = *v3_cpp_obj (host.controller);
-    ASSERT_EQ (controller.get_parameter_count (host.controller), formats::shownCount + 130);
-    for (std::int32_t place = 0; place < formats::shownCount + 130; ++place)
+    const auto owner = host.controller;
+    const auto& controller = *v3_cpp_obj (owner);
+    ASSERT_EQ (controller.get_parameter_count (owner), shownCount + 130);
+    for (std::int32_t place = 0; place < shownCount + 130; ++place)
     {
         v3_param_info info;
-        ASSERT_EQ (controller.get_parameter_info (host.controller, place, &info), V3_OK);
-        const bool isHidden = !formats::isShown (place) || !formats::shownParameter (place).automated;
+        ASSERT_EQ (controller.get_parameter_info (owner, place, &info), V3_OK);
+        const bool isHidden = !isShown (place) || !shownParameter (place).automated;
         EXPECT_EQ ((info.flags & V3_PARAM_IS_HIDDEN) != 0, isHidden) << place;
-        if (!formats::isShown (place))
+        if (!isShown (place))
             continue;
         EXPECT_EQ (info.param_id, Vst3Host::idOf (place));
-        EXPECT_EQ (info.step_count, std::max (formats::shownParameter (place).positions - 1, 0)) << place;
-        EXPECT_EQ (info.default_normalised_value * formats::shownHighest (place),
-                   formats::shownDefault (place));
+        EXPECT_EQ (info.step_count, std::max (shownParameter (place).positions - 1, 0)) << place;
+        EXPECT_EQ (info.default_normalised_value * shownHighest (place), shownDefault (place));
     }
-    v3_param_info beyond;
-    EXPECT_NE (controller.get_parameter_info (host.controller, formats::shownCount + 130, &beyond), V3_OK);
 
     v3_str_128 text;
     double fraction = 0.0;
-    const auto program = Vst3Host::idOf (formats::shownProgram);
-    controller.get_parameter_string_for_value (host.controller, program, 126.0 / 127.0, text);
+    const auto program = Vst3Host::idOf (shownProgram);
+    controller.get_parameter_string_for_value (owner, program, 126.0 / 127.0, text);
     EXPECT_EQ (std::u16string (text, text + 17), u"127 Old Telephone");
-    EXPECT_EQ (controller.get_parameter_value_for_string (host.controller, program, text, &fraction), V3_OK);
+    EXPECT_EQ (controller.get_parameter_value_for_string (owner, program, text, &fraction), V3_OK);
     EXPECT_EQ (fraction, 126.0 / 127.0);
     std::int16_t nonsense[] = { 'x', 'y', 0 };
-    EXPECT_NE (controller.get_parameter_value_for_string (host.controller, program, nonsense, &fraction),
-               V3_OK);
+    EXPECT_NE (controller.get_parameter_value_for_string (owner, program, nonsense, &fraction), V3_OK);
 }
 
 // New instances obey volume and pedal, and always expression: values at rest must not silence or bend them.
@@ -456,14 +424,14 @@ TEST (Vst3, ControllersAtRestChangeNothing)
 {
     const engine::Event note[] = { noteOn (1) };
     std::vector<float> untouched (1024), sent (1024), right (1024);
-    for (std::vector<float>* const sound : { &untouched, &sent })
+    Vst3Host first, second;
+    for (const auto& [host, sound] : { std::tie (first, untouched), std::tie (second, sent) })
     {
-        Vst3Host host;
         host.start (44100.0, 1024);
         host.render ({}, nullptr, right.data (), right.data (), 64);
-        if (sound == &sent)
+        if (&host == &second)
             host.sendAllControllers ();
-        host.render (note, nullptr, sound->data (), right.data (), 1024);
+        host.render (note, nullptr, sound.data (), right.data (), 1024);
     }
     EXPECT_EQ (untouched, sent);
     EXPECT_GT (peakOf (untouched), 0.001f);
