@@ -169,8 +169,8 @@ void Engine::applyEvents (std::int32_t n)
         apply (*event);
 }
 
-// Any event wakes the engine, and the block's preparations that sleep left out are made up for before it
-// acts.
+// Any message wakes the engine, and the block's preparations that sleep left out are made up for before it
+// acts. A parameter's change does not: a host that automates a silent instrument does not pay for it.
 void Engine::wake ()
 {
     renderer.restartSilence ();
@@ -182,13 +182,14 @@ void Engine::wake ()
 
 void Engine::apply (const Event& event)
 {
-    wake ();
     if (event.kind == Event::Kind::parameter)
     {
         host.parameterReceived (event.index, event.value);
-        takeParameters ();
+        if (!renderer.isAsleep ())
+            takeParameters ();
         return;
     }
+    wake ();
     const unsigned data1 = event.data1 & dataMask;
     const unsigned data2 = event.data2 & dataMask;
     switch (event.status & statusMask)

@@ -91,8 +91,7 @@ clap_process_status Plugin::process (const clap_process_t& block)
 
     now = block.transport;
     reporter.hostSets (block.in_events);
-    if (const auto* list = events.show (block.in_events))
-        synth.instrument ().processEvents (list);
+    synth.instrument ().processEvents (events.show (block.in_events));
     synth.instrument ().render (output.data32[0], output.data32[1],
                                 static_cast<std::int32_t> (block.frames_count));
     now = nullptr;

@@ -78,12 +78,18 @@ private:
         }
     }
 
-    // The framework counts a bar one block too early at each bar line that it finds itself, so a position
-    // that is exactly a bar ahead of what is due is put right; once, for a host may jump that far.
+    // A host that has told nothing has no song; a place at 0 would start synced LFOs anew. The framework
+    // counts a bar one block too early at each bar line that it finds itself, so a position that is exactly a
+    // bar ahead of what is due is put right; once, for a host may jump that far.
     void followSong (std::uint32_t frames)
     {
         constexpr double tolerance = 1e-3; // quarters
         const DISTRHO::TimePosition& time = getTimePosition ();
+        if (!time.playing && time.frame == 0 && !time.bbt.valid)
+        {
+            position.reset ();
+            return;
+        }
         engine::Transport now;
         now.samplePosition = static_cast<double> (static_cast<std::int64_t> (time.frame));
         if (time.bbt.valid)
