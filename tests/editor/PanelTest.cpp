@@ -9,8 +9,8 @@
 #include "editor/Panel.h"
 #include "platform/HostWindow.h"
 #include "tests/editor/Bench.h"
-#include "tests/support/Events.h"
 #include "tests/host/TemporaryFolder.h"
+#include "tests/support/Events.h"
 #include "tests/support/FakeSystem.h"
 
 using namespace editor;

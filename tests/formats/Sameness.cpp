@@ -82,8 +82,8 @@ Event anyParameter (Dice& dice, int offset)
 // library without timed parameters can be given a new block there.
 std::vector<Block> music (bool withParameters)
 {
-    // A start without what two formats cannot tell: VST3 the order of events at one sample, LV2 a value that its
-    // port has had before a program has changed it.
+    // A start without what two formats cannot tell: VST3 the order of events at one sample, LV2 a value that
+    // its port has had before a program has changed it.
     Dice dice (24);
     std::vector<Block> result (blocks);
     for (Block& block : result)
