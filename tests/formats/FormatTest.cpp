@@ -14,9 +14,9 @@ using namespace formats;
 
 namespace
 {
-constexpr int frames = 256;
+constexpr int blockFrames = 256;
 
-std::vector<float> play (FormatHost& host, std::span<const engine::Event> events, int length = frames)
+std::vector<float> play (FormatHost& host, std::span<const engine::Event> events, int length = blockFrames)
 {
     std::vector<float> left (static_cast<std::size_t> (length)), right = left;
     host.render (events, nullptr, left.data (), right.data (), length);

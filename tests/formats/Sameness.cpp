@@ -19,7 +19,7 @@ using engine::Event;
 namespace
 {
 constexpr int longestBlock = 700; // frames
-constexpr int blocks = 90;
+constexpr int scoreBlocks = 90;
 
 struct Block
 {
@@ -85,7 +85,7 @@ std::vector<Block> music (bool withParameters)
     // A start without what two formats cannot tell: VST3 the order of events at one sample, LV2 a value that
     // its port has had before a program has changed it.
     Dice dice (24);
-    std::vector<Block> result (blocks);
+    std::vector<Block> result (scoreBlocks);
     for (Block& block : result)
     {
         block.frames = 1 + below (dice, longestBlock);
