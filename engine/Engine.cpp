@@ -292,12 +292,9 @@ void Engine::endVibratoSince (float depthBefore)
 
 void Engine::endKeptKeys ()
 {
-    const PedalAndWheel::Keys kept = pedalAndWheel.takeAllKept ();
+    const PedalAndWheel::Strokes kept = pedalAndWheel.takeAllKept ();
     for (int key = 0; key < PedalAndWheel::keys; ++key)
-    {
-        if (kept[static_cast<std::size_t> (key)])
-            endNote (key);
-    }
+        endStrokes (key, kept[static_cast<std::size_t> (key)]);
 }
 
 void Engine::endAllNotes ()
@@ -314,10 +311,18 @@ void Engine::silence ()
     endAllNotes ();
 }
 
-void Engine::endNote (int note)
+bool Engine::endNote (int note)
 {
-    if (voices.endNote (note))
+    const bool wasHeld = voices.endNote (note);
+    if (wasHeld)
         host.keyEnded (note);
+    return wasHeld;
+}
+
+void Engine::endStrokes (int note, int strokes)
+{
+    while (strokes > 0 && endNote (note))
+        --strokes;
 }
 
 void Engine::noteEvent (int note, std::uint32_t velocity, bool isNoteOn)
@@ -327,8 +332,7 @@ void Engine::noteEvent (int note, std::uint32_t velocity, bool isNoteOn)
     renderer.wake ();
     if (isNoteOn)
     {
-        if (pedalAndWheel.takeKept (note)) // a new stroke, with a velocity of its own
-            endNote (note);
+        endStrokes (note, pedalAndWheel.takeKept (note)); // a new one has a velocity of its own
         voices.startNote (note, velocity);
         host.keyStarted (note);
     }

@@ -73,7 +73,8 @@ private:
     void endVibratoSince (float depthBefore);
     void endKeptKeys ();
     void endAllNotes ();
-    void endNote (int note);
+    bool endNote (int note); // false when it was not held
+    void endStrokes (int note, int strokes);
 
     Voices voices;
     EngineHost& host;

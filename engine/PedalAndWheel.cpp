@@ -1,6 +1,8 @@
 #include "engine/PedalAndWheel.h"
 
 #include <algorithm>
+#include <limits>
+#include <utility>
 
 #include "parameters/KnobLaws.h"
 
@@ -66,18 +68,20 @@ double PedalAndWheel::bendSemitones (int position) const
     return rangeSemitones * (position / (position < 0 ? lowestBend : highestBend));
 }
 
-bool PedalAndWheel::takeKept (int key)
+void PedalAndWheel::keep (int key)
 {
-    const auto bit = static_cast<std::size_t> (key);
-    const bool was = kept[bit];
-    kept.reset (bit);
-    return was;
+    std::uint8_t& strokes = kept[static_cast<std::size_t> (key)];
+    if (strokes < std::numeric_limits<std::uint8_t>::max ())
+        ++strokes;
 }
 
-PedalAndWheel::Keys PedalAndWheel::takeAllKept ()
+int PedalAndWheel::takeKept (int key)
 {
-    const Keys all = kept;
-    kept.reset ();
-    return all;
+    return std::exchange (kept[static_cast<std::size_t> (key)], std::uint8_t (0));
+}
+
+PedalAndWheel::Strokes PedalAndWheel::takeAllKept ()
+{
+    return std::exchange (kept, {});
 }
 }

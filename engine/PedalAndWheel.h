@@ -1,6 +1,6 @@
 #pragma once
 
-#include <bitset>
+#include <array>
 #include <cstdint>
 
 namespace engine
@@ -12,7 +12,7 @@ class PedalAndWheel
 {
 public:
     static constexpr int keys = 128;
-    using Keys = std::bitset<keys>;
+    using Strokes = std::array<std::uint8_t, keys>; // how often each key was let go
 
     // Everything at rest, also the wheel's range.
     void clear () { *this = PedalAndWheel (); }
@@ -33,18 +33,19 @@ public:
 
     bool isPedalDown () const { return pedalDown; }
 
-    // A key that was let go while the pedal is down, and sounds on; one that is struck again, and does not
-    // wait any more: true when it did.
-    void keep (int key) { kept.set (static_cast<std::size_t> (key)); }
-    bool takeKept (int key);
-    Keys takeAllKept ();
+    // A key that was let go while the pedal is down, and sounds on; one that is struck again, or all when the
+    // pedal goes up, which do not wait any more. Strokes are counted, for two channels may hold one key, and
+    // in mono each must be ended.
+    void keep (int key);
+    int takeKept (int key);
+    Strokes takeAllKept ();
 
 private:
     static constexpr std::uint32_t none = 127; // the parameter number that says: no parameter
     static constexpr int initialRange = 2;
 
     bool pedalDown = false;
-    Keys kept;
+    Strokes kept = {};
     float vibrato = 0.0f;
     float volumeGain = 1.0f;
     std::uint32_t numberHigh = none; // of the registered parameter that data entry sets

@@ -67,6 +67,20 @@ TEST_F (PedalAndWheelTest, ThePedalHoldsKeysThatAreLetGo)
     EXPECT_EQ (synth.keys.size (), 8u) << "each key has started once a stroke and ended once";
 }
 
+// Two channels, or hands, on the same key: in mono both strokes wait for the pedal.
+TEST_F (PedalAndWheelTest, ThePedalLetsGoOfEveryStrokeOfAKey)
+{
+    synth.set (paramGlideMono, 0.5f);
+    press (60);
+    press (60);
+    control (64, 127);
+    letGo (60);
+    letGo (60);
+    EXPECT_EQ (state (0), State::sustain);
+    control (64, 0);
+    EXPECT_EQ (state (0), State::release);
+}
+
 TEST_F (PedalAndWheelTest, ThePedalIsLiftedByResetAllNotesOffAndTheSwitch)
 {
     const auto hold = [this]
