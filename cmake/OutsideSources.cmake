@@ -90,7 +90,6 @@ function(brimvale_header_package name folder header)
     add_library(${name} INTERFACE)
     target_include_directories(${name} SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/outside/${name})
 endfunction()
-brimvale_header_package(boost boost boost/lockfree/queue.hpp)
 brimvale_header_package(cli11 CLI CLI/CLI.hpp)
 # Its templates take a compiler minutes to optimise, most of all with sanitizers, and a command line is
 # parsed once. So whatever links this must hold a program's main() or options and no work.

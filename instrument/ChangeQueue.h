@@ -1,10 +1,9 @@
 #pragma once
 
-#include <atomic>
-#include <boost/lockfree/queue.hpp>
 #include <cstdint>
 
 #include "engine/ParameterMapping.h"
+#include "instrument/MessageQueue.h"
 
 namespace instrument
 {
@@ -27,33 +26,6 @@ struct Change
     engine::ParameterValues values = {}; // of a selection
 };
 
-// Carries changes to the audio thread, in the order in which they were sent, from any number of threads. A
-// fixed number of places, no lock, no allocation. What does not fit is not sent, and `takeOverflow` tells.
-class ChangeQueue
-{
-public:
-    // Any thread.
-    void send (const Change& change)
-    {
-        if (!changes.bounded_push (change))
-            overflowed.store (true, std::memory_order_release);
-    }
-
-    // Audio thread: the next change; false when there is none.
-    bool next (Change& change) { return changes.pop (change); }
-
-    // Audio thread: whether something did not fit since the last call.
-    bool takeOverflow ()
-    {
-        return overflowed.load (std::memory_order_relaxed) &&
-               overflowed.exchange (false, std::memory_order_acquire);
-    }
-
-    // More than hosts and hands send between two blocks.
-    static constexpr int capacity = 512;
-
-private:
-    boost::lockfree::queue<Change, boost::lockfree::capacity<capacity>> changes;
-    std::atomic<bool> overflowed = false;
-};
+// More than hosts and hands send between two blocks.
+using ChangeQueue = MessageQueue<Change, 512>;
 }

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <stdexcept>
+#include <utility>
 
 #include "midi/Reader.h"
 #include "player/ProgramName.h"

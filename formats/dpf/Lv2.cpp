@@ -11,6 +11,7 @@
 #include <charconv>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 #include "formats/dpf/SynthPlugin.h"
 

@@ -1,5 +1,7 @@
 #include "formats/dpf/PanelWindow.h"
 
+#include <utility>
+
 namespace dpf
 {
 namespace

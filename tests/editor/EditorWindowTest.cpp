@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "editor/MenuTable.h"
 #include "parameters/Parameters.h"

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <map>
 #include <stdexcept>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <lilv/lilv.h>

@@ -5,6 +5,7 @@
 #include <future>
 #include <thread>
 #include <tuple>
+#include <utility>
 
 #include <gtest/gtest.h>
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 #include <tuple>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <travesty/audio_processor.h>
