@@ -39,7 +39,7 @@ target_compile_definitions(
            MA_NO_NODE_GRAPH
            MA_NO_RESOURCE_MANAGER
            MA_NO_THREADING)
-# Not ours to mend, to check or to make fast: sound is written far faster than it is rendered.
+# Not ours to mend, to check or to make fast: sound is written and played far faster than it is rendered.
 set(plainly -w -O1 -g0 -fno-sanitize=all)
 target_compile_options(miniaudio PRIVATE ${plainly})
 
@@ -63,12 +63,12 @@ if(BRIMVALE_PLAYER)
                MA_NO_GENERATION
                MA_NO_NODE_GRAPH
                MA_NO_RESOURCE_MANAGER)
-    target_compile_options(miniaudio_devices PRIVATE -w)
+    target_compile_options(miniaudio_devices PRIVATE ${plainly})
     target_link_libraries(miniaudio_devices PRIVATE ${CMAKE_DL_LIBS})
 
     add_library(rtmidi STATIC EXCLUDE_FROM_ALL ${BRIMVALE_RTMIDI_DIR}/RtMidi.cpp)
     target_include_directories(rtmidi SYSTEM PUBLIC ${BRIMVALE_RTMIDI_DIR})
-    target_compile_options(rtmidi PRIVATE -w)
+    target_compile_options(rtmidi PRIVATE ${plainly})
     if(WIN32)
         target_compile_definitions(rtmidi PRIVATE __WINDOWS_MM__ RTMIDI_DO_NOT_ENSURE_UNIQUE_PORTNAMES)
         target_link_libraries(rtmidi PRIVATE winmm)

@@ -3,15 +3,11 @@
 include_guard(GLOBAL)
 include(Warnings)
 
-# On for the sanitizers' presets. Not for work on the sources, where the compiler then reads them all again
-# after each change, nor for clang-tidy, which would find none of them under its own name. Names in the unnamed
-# namespaces of a target's sources have to differ for it.
-option(BRIMVALE_UNITY "Compile the sources of each target together: from nothing several times faster" OFF)
-
-if(BRIMVALE_UNITY)
-    # Unnamed namespaces then lie in included files, which is what this warns of.
-    target_compile_options(brimvale_warnings INTERFACE -Wno-subobject-linkage)
-endif()
+# Joined sources are compiled several times faster, for most of the time goes into the headers that they share.
+# Names in the unnamed namespaces of a target's sources have to differ for it. Sources that are left apart have to
+# include what they use, a change costs one file, and clang-tidy finds each under its own name.
+option(BRIMVALE_UNITY "Join the sources of each target" OFF)
+option(BRIMVALE_UNITY_TESTS "Join the sources of each test" ON)
 
 # brimvale_library(NAME source... [PUBLIC library...] [PRIVATE library...])
 function(brimvale_library name)

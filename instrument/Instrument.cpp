@@ -398,7 +398,7 @@ void Instrument::takeChanges ()
     std::uint64_t touched = 0;
     bool lost = changes.takeOverflow ();
     Change change;
-    for (int taken = 0; taken < ChangeQueue::capacity && changes.next (change); ++taken)
+    for (std::uint32_t taken = 0; taken < ChangeQueue::capacity && changes.next (change); ++taken)
     {
         if (lost)
             continue;

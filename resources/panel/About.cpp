@@ -25,7 +25,7 @@ double saw (double cycles)
     return cycles - std::floor (cycles);
 }
 
-double pulse (double cycles, double duty)
+double pulseTrain (double cycles, double duty)
 {
     return saw (cycles) < duty ? 1 : 0;
 }
@@ -73,7 +73,7 @@ Picture drawAbout (double scale)
     drawHills (canvas, distance (0.38), [] (double x) { return 182 + 13 * sine (x / 330 + 0.55); });
     drawHills (canvas, distance (0.0),
                [] (double x)
-               { return 214 + 6 * sine (x / 612 + 0.2) - (x > 330 ? 9 * pulse (x / 24, 0.35) : 0); });
+               { return 214 + 6 * sine (x / 612 + 0.2) - (x > 330 ? 9 * pulseTrain (x / 24, 0.35) : 0); });
 
     const TextStyle name{ fontFamily, true, 34, -1, letterColour };
     const TextStyle plain{ fontFamily, false, 8, 0.4, letterColour };

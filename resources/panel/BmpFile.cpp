@@ -66,14 +66,14 @@ struct WeightedColour
 };
 
 // A group of colours that one palette entry will stand for.
-using Box = std::vector<WeightedColour>;
+using ColourBox = std::vector<WeightedColour>;
 
 struct Spread
 {
     int channelIndex, width;
 };
 
-Spread widestChannel (const Box& box)
+Spread widestChannel (const ColourBox& box)
 {
     Spread widest{ 0, -1 };
     for (int index = 0; index < 3; ++index)
@@ -87,7 +87,7 @@ Spread widestChannel (const Box& box)
     return widest;
 }
 
-Colour mean (const Box& box)
+Colour mean (const ColourBox& box)
 {
     std::array<std::size_t, 4> sums{};
     for (const auto& [colour, count] : box)
@@ -112,16 +112,16 @@ std::vector<Colour> reducedPalette (const Picture& image, Colour keptColour)
             ++histogram.try_emplace (packed (pixel), WeightedColour{ pixel, 0 }).first->second.count;
     }
 
-    Box all;
+    ColourBox all;
     for (const auto& entry : histogram)
         all.push_back (entry.second);
-    std::vector<Box> boxes;
+    std::vector<ColourBox> boxes;
     if (!all.empty ())
         boxes.push_back (std::move (all));
     while (!boxes.empty () && boxes.size () < paletteSize - 1)
     {
-        const auto widest =
-            std::ranges::max_element (boxes, {}, [] (const Box& box) { return widestChannel (box).width; });
+        const auto widest = std::ranges::max_element (
+            boxes, {}, [] (const ColourBox& box) { return widestChannel (box).width; });
         const auto [index, width] = widestChannel (*widest);
         if (width == 0)
             break;
@@ -129,7 +129,7 @@ std::vector<Colour> reducedPalette (const Picture& image, Colour keptColour)
                                   [index = index] (const WeightedColour& entry)
                                   { return channel (entry.colour, index); });
         const auto middle = widest->begin () + static_cast<std::ptrdiff_t> (widest->size () / 2);
-        Box upper (middle, widest->end ());
+        ColourBox upper (middle, widest->end ());
         widest->erase (middle, widest->end ());
         boxes.push_back (std::move (upper));
     }
