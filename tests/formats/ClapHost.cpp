@@ -30,6 +30,9 @@ void ClapEvents::add (const engine::Event& event)
 {
     if (event.kind == engine::Event::Kind::parameter)
         return addValue (event.offset, event.index, static_cast<double> (event.value));
+    if ((event.status & 0xE0) == 0x80) // notes have events of their own here
+        return addNote (event.status >= 0x90 && event.data2 > 0 ? CLAP_EVENT_NOTE_ON : CLAP_EVENT_NOTE_OFF,
+                        event.offset, event.data1, event.data2 / 127.0);
     auto& message = add<clap_event_midi_t> (CLAP_EVENT_MIDI, event.offset);
     message.data[0] = event.status;
     message.data[1] = event.data1;

@@ -35,10 +35,14 @@ namespace
 {
 constexpr std::uint32_t eventsIn = 2, eventsOut = 3, firstControl = 4, controls = formats::shownCount;
 
-LV2_URID number (const char* uri)
+// One that is known is found without an allocation.
+LV2_URID number (std::string_view uri)
 {
-    static std::map<std::string, LV2_URID> numbers;
-    return numbers.try_emplace (uri, static_cast<LV2_URID> (numbers.size () + 1)).first->second;
+    static std::map<std::string, LV2_URID, std::less<>> numbers;
+    const auto known = numbers.find (uri);
+    return known != numbers.end ()
+               ? known->second
+               : numbers.emplace (uri, static_cast<LV2_URID> (numbers.size () + 1)).first->second;
 }
 
 class Lv2Host final : public FormatHost
