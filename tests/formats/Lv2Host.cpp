@@ -300,7 +300,7 @@ TEST (Lv2, ASongThatTellsItsPlaceOnceKeepsTime)
         host.set (parameters::paramFilterFreq, 0.4);
         host.set (parameters::paramLfoRate, 0.3);
         std::vector<float>& sound = sounds[once];
-        sound.resize (160 * frames);
+        sound.resize (std::size_t{ 160 } * frames);
         std::vector<float> right (frames);
         for (std::size_t begin = 0; begin < sound.size (); begin += frames)
         {

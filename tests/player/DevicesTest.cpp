@@ -1,21 +1,206 @@
 // The choice of devices, and what comes from them.
+#include <map>
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 
-#include "player/MidiIn.h"
+#include "player/DeviceWatch.h"
 #include "player/StoredChoice.h"
 #include "tests/player/SentEvents.h"
 #include "tests/support/FakeSystem.h"
 
 using namespace player;
 
-TEST (MidiIn, TakesWholeChannelMessagesOnly)
+namespace
+{
+using Messages = std::vector<ShortMessage>;
+
+// Keyboards that come and go by hand; those that nobody may open are called "taken".
+struct Plugs
+{
+    std::vector<Device> devices;
+    std::multimap<std::string, MidiKeyboard*> open; // by name and place
+};
+
+class FakeMidi final : public MidiSystem
+{
+public:
+    explicit FakeMidi (Plugs& plugged) : plugs (plugged) {}
+    std::vector<Device> devices () override { return plugs.devices; }
+    std::unique_ptr<Line> listen (std::size_t n, MidiKeyboard& keyboard) override
+    {
+        struct FakeLine final : Line
+        {
+            FakeLine (Plugs& owner, const Device& device, MidiKeyboard& keyboard)
+                : plugs (owner),
+                  place (owner.open.emplace (device.name + device.place, &keyboard))
+            {
+            }
+            ~FakeLine () override { plugs.open.erase (place); }
+            Plugs& plugs;
+            std::multimap<std::string, MidiKeyboard*>::iterator place;
+        };
+        const Device& device = plugs.devices[n];
+        return device.name == "taken" ? nullptr : std::make_unique<FakeLine> (plugs, device, keyboard);
+    }
+
+private:
+    Plugs& plugs;
+};
+
+// Sound devices, of which at most one is there.
+struct FakeOut final : AudioOut
+{
+    FakeOut (std::string newName, std::uint32_t newRate) : title (std::move (newName)), rate (newRate) {}
+    ~FakeOut () override { playing -= isStarted ? 1 : 0; }
+    const std::string& name () const override { return title; }
+    std::uint32_t sampleRate () const override { return rate; }
+    void start (AudioSource& /*source*/) override
+    {
+        if (refuses && title != "silence")
+            throw std::runtime_error ("it does not start");
+        isStarted = true;
+        ++playing;
+    }
+    bool isRunning () const override { return plugged == title; }
+
+    static inline std::string plugged;
+    static inline bool refuses = false;
+    static inline int playing = 0; // how many ask for sound
+    std::string title;
+    std::uint32_t rate;
+    bool isStarted = false;
+};
+}
+
+TEST (MidiKeyboard, TakesWholeChannelMessagesAndEndsWhatItHolds)
 {
     LiveEvents events;
+    MidiKeyboard keyboard (events);
     for (const std::vector<unsigned char>& message : std::vector<std::vector<unsigned char>>{
-             { 0x91, 60, 1 }, { 0xC2, 5 }, {}, { 0xF8 }, { 0xF0, 1, 2, 0xF7 }, { 60, 1 }, { 0xEF, 0, 64 } })
-        MidiIn::take (message, events);
-    EXPECT_EQ (sentBy (events),
-               (std::vector<ShortMessage>{ { 0x91, 60, 1 }, { 0xC2, 5, 0 }, { 0xEF, 0, 64 } }));
+             { 0x91, 60, 1 }, { 0xC2, 5 }, {}, { 0xF8 }, { 0xF0, 1, 2, 0xF7 }, { 60, 1 }, { 0xEF, 0, 65 } })
+        keyboard.take (message);
+    EXPECT_EQ (sentBy (events), (Messages{ { 0x91, 60, 1 }, { 0xC2, 5, 0 }, { 0xEF, 0, 65 } }));
+    keyboard.letGo ();
+    EXPECT_EQ (sentBy (events), (Messages{ { 0x80, 60, 0 }, { 0xE0, 0, 64 } }));
+    for (const ShortMessage& message : Messages{ { 0x90, 1, 1 },
+                                                 { 0x90, 2, 1 },
+                                                 { 0x90, 3, 1 },
+                                                 { 0x80, 1, 0 },
+                                                 { 0x90, 2, 0 },
+                                                 { 0xB0, 64, 63 },
+                                                 { 0xB0, 1, 9 },
+                                                 { 0xE0, 0, 64 },
+                                                 { 0xB0, 7, 9 } })
+        keyboard.take (message);
+    sentBy (events);
+    keyboard.letGo ();
+    keyboard.letGo ();
+    EXPECT_EQ (sentBy (events), (Messages{ { 0x80, 3, 0 }, { 0xB0, 1, 0 } }));
+}
+
+TEST (MidiIn, FollowsKeyboardsThatComeAndGo)
+{
+    Plugs plugs;
+    LiveEvents events;
+    MidiIn all (std::make_unique<FakeMidi> (plugs), {}, events);
+    EXPECT_EQ (all.problem (), "");
+    const auto look = [&] (std::vector<Device> devices)
+    {
+        plugs.devices = std::move (devices);
+        return all.look ();
+    };
+    const Device keys = { "Keys", "MIDI", "28:0" }, twin = { "Keys", "MIDI", "32:0" },
+                 pads = { "Pads", "MIDI" };
+    EXPECT_EQ (look ({ pads, keys }),
+               "the MIDI keyboard \"Pads\" can be played now, \"Keys\" can be played now");
+    EXPECT_EQ (look ({ keys, pads }), "");
+    EXPECT_EQ (look ({ keys, twin, pads }), "the MIDI keyboard \"Keys\" can be played now");
+    for (const auto& [place, keyboard] : plugs.open)
+        keyboard->take (ShortMessage{ 0x90, static_cast<std::uint8_t> (place.back ()), 100 });
+    sentBy (events);
+    EXPECT_EQ (look ({ twin, pads }), "the MIDI keyboard \"Keys\" has gone");
+    EXPECT_EQ (plugs.open.count ("Keys32:0"), 1u);
+    EXPECT_EQ (sentBy (events).size (), 1u) << "the key that it held";
+
+    // Of two that cannot be told apart both are opened anew, and each once.
+    EXPECT_NE (look ({ pads, pads }), "");
+    EXPECT_EQ (look ({ pads }), "the MIDI keyboard \"Pads\" has gone");
+    EXPECT_EQ (plugs.open.size (), 1u);
+    EXPECT_EQ (look ({ pads, { "taken", "MIDI" } }), "");
+    EXPECT_EQ (all.problem (), "");
+    EXPECT_EQ (look ({ { "taken", "MIDI" } }), "the MIDI keyboard \"Pads\" has gone");
+    EXPECT_EQ (all.problem (), "the MIDI keyboard \"taken\" cannot be opened; does another program use it?");
+
+    plugs.devices = { pads };
+    MidiIn one (std::make_unique<FakeMidi> (plugs), { "key", 0 }, events);
+    EXPECT_TRUE (one.problem ().starts_with ("no MIDI keyboard is called \"key\"")) << one.problem ();
+    plugs.devices = { pads, twin, keys };
+    EXPECT_EQ (one.look (), "the MIDI keyboard \"Keys\" can be played now");
+    EXPECT_EQ (one.names (), std::vector<std::string> ({ "Keys" }));
+}
+
+TEST (Sound, GoesOnWhenTheDeviceIsBackOrAnotherIsThere)
+{
+    const SoundDoors doors = { [] (const AudioSettings& settings) -> std::unique_ptr<AudioOut>
+                               {
+                                   const std::string& wanted = settings.device.text;
+                                   if (FakeOut::plugged.empty () ||
+                                       (!wanted.empty () && wanted != FakeOut::plugged))
+                                       throw std::runtime_error ("no " + wanted);
+                                   return std::make_unique<FakeOut> (FakeOut::plugged, settings.sampleRate);
+                               },
+                               [] (const AudioSettings& settings)
+                               { return std::make_unique<FakeOut> ("silence", settings.sampleRate); } };
+    FakeSystem system;
+    Performer performer (system.services (), {});
+    SongPlayer& song = performer.songPlayer ();
+    song.open (readSong (DEMO_SONG, 48000.0, true));
+    SoundWish desk = { { { "desk", 0 }, 48000, 0 }, false, false };
+
+    FakeOut::plugged = "desk";
+    Sound sound (desk, doors);
+    EXPECT_EQ (sound.problem (), "");
+    sound.start (performer);
+    DeviceWatch watch (sound, nullptr, song);
+    auto now = DeviceWatch::Time () + std::chrono::hours (1);
+    const auto look = [&]
+    {
+        now += std::chrono::seconds (1);
+        const auto news = watch.look (now);
+        EXPECT_EQ (FakeOut::playing, 1) << "one at a time asks for sound";
+        return news.empty () ? "" : news.front ();
+    };
+    song.play ();
+    EXPECT_EQ (look (), "");
+    EXPECT_EQ (watch.note (), "");
+
+    for (const char* left : { "", "phones" }) // another one was not wished for
+    {
+        FakeOut::plugged = left;
+        EXPECT_EQ (look (), "the audio device \"desk\" has gone");
+        EXPECT_FALSE (song.isPlaying ());
+        for (int second = 0; second < 60; ++second)
+            EXPECT_EQ (look (), "");
+        EXPECT_EQ (watch.note (), "no sound - the audio device \"desk\" has gone");
+        FakeOut::plugged = "desk";
+        FakeOut::refuses = true; // to start
+        EXPECT_EQ (look (), "");
+        FakeOut::refuses = false;
+        EXPECT_EQ (look (), "the audio device \"desk\" plays now");
+        EXPECT_TRUE (song.isPlaying ());
+        EXPECT_EQ (watch.note (), "the audio device \"desk\" plays now");
+        for (int second = 0; second < 10; ++second)
+            EXPECT_EQ (look (), "");
+        EXPECT_EQ (watch.note (), "");
+    }
+    desk.mayBeAnother = true;
+    FakeOut::plugged = "phones";
+    Sound any (desk, doors);
+    EXPECT_EQ (any.problem () + ", " + any.deviceName (), "no desk, phones");
+    FakeOut::plugged = "desk";
+    any.start (performer);
+    EXPECT_EQ (any.look (), "the audio device \"phones\" has gone, \"desk\" plays now");
 }
 
 TEST (Choice, FindsDevicesByNamePartAndSystem)

@@ -11,7 +11,7 @@
 
 TEST (PlayerRealTime, AllocatesLocksAndCallsNothing)
 {
-    constexpr std::uint32_t frames = 480;
+    constexpr std::size_t frames = 480;
     FakeSystem system;
     player::Performer performer (system.services (), { .pedalAndWheel = true, .songLock = true });
     player::SongPlayer& song = performer.songPlayer ();
@@ -25,7 +25,7 @@ TEST (PlayerRealTime, AllocatesLocksAndCallsNothing)
         {
             for (int key = 0; key < (n % 100 == 99 ? 1000 : 2); ++key) // at times more than fit
                 performer.liveEvents ().send ({ 0x90, static_cast<std::uint8_t> ((n + key) % 128), 90 });
-            performer.render (stereo.data (), frames);
+            performer.render (stereo.data (), static_cast<std::uint32_t> (frames));
             loudest = std::max (loudest, peakOf (stereo));
         }
     };
