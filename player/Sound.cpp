@@ -1,9 +1,15 @@
 #include "player/Sound.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace player
 {
+namespace
+{
+constexpr int longestPause = 8; // looks from one attempt to the next
+}
+
 Sound::Sound (SoundWish wanted, SoundDoors ways) : wish (std::move (wanted)), doors (std::move (ways))
 {
     if (wish.isSilent || !openHeard ())
@@ -19,17 +25,20 @@ void Sound::start (AudioSource& newSource)
 
 std::string Sound::look ()
 {
-    if (wish.isSilent || (heard && out->isRunning ()))
+    if (wish.isSilent || (heard ? out->isRunning () : ++looks < pause))
         return {};
+    looks = 0;
     const std::string gone = deviceName ();
     const std::string loss = "the audio device \"" + gone + "\" has gone";
     if (heard)
         out.reset (); // else it might stand in the way of the next one
     if (openHeard ())
     {
+        pause = 1;
         const std::string news = "\"" + out->name () + "\" plays now";
         return gone.empty () ? "the audio device " + news : loss + ", " + news;
     }
+    pause = std::min (2 * pause, longestPause);
     if (out == nullptr)
     {
         out = doors.openSilent (wish.settings);

@@ -43,8 +43,9 @@ public:
     // std::runtime_error when the device refuses.
     void start (AudioSource& newSource);
 
-    // Looks whether the device is there still, or there again. The answer tells what has changed in a
-    // sentence, empty when nothing has.
+    // Looks whether the device is there still, or there again; the longer it is not, the more seldom, for
+    // looking may disturb others that use the same system. The answer tells what has changed in a sentence,
+    // empty when nothing has.
     std::string look ();
 
 private:
@@ -56,6 +57,8 @@ private:
     AudioSource* source = nullptr;
     std::unique_ptr<AudioOut> out;
     bool heard = false;
+    int looks = 0; // since the last attempt
+    int pause = 1; // looks from that to the next
     std::string reason;
 };
 }
