@@ -30,9 +30,6 @@ void ClapEvents::add (const engine::Event& event)
 {
     if (event.kind == engine::Event::Kind::parameter)
         return addValue (event.offset, event.index, static_cast<double> (event.value));
-    if ((event.status & 0xE0) == 0x80) // notes have events of their own here
-        return addNote (event.status >= 0x90 && event.data2 > 0 ? CLAP_EVENT_NOTE_ON : CLAP_EVENT_NOTE_OFF,
-                        event.offset, event.data1, event.data2 / 127.0);
     auto& message = add<clap_event_midi_t> (CLAP_EVENT_MIDI, event.offset);
     message.data[0] = event.status;
     message.data[1] = event.data1;
@@ -178,7 +175,13 @@ void ClapHost::render (std::span<const engine::Event> events, const engine::Tran
                        float* right, int frames)
 {
     for (const engine::Event& event : events)
-        in.add (event);
+    {
+        if ((event.status & 0xE0) == 0x80 && event.data1 % 2 != 0) // hosts use either kind of notes
+            in.addNote (event.status >= 0x90 ? CLAP_EVENT_NOTE_ON : CLAP_EVENT_NOTE_OFF, event.offset,
+                        event.data1, event.data2 / 127.0);
+        else
+            in.add (event);
+    }
     if (song == nullptr)
         return process (left, right, frames);
     const auto fixed = [] (double position) {

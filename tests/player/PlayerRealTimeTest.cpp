@@ -1,5 +1,4 @@
 // The player's audio thread allocates nothing, locks nothing and makes no system call.
-#include <array>
 #include <functional>
 
 #include <gtest/gtest.h>

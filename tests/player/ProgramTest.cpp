@@ -28,7 +28,7 @@ std::string firstLine (ChildProcess& program)
 {
     for (;;)
     {
-        const std::string line = program.readLine ();
+        std::string line = program.readLine ();
         if (line.empty () || line.starts_with ("brimvale: ") || line.starts_with ("Brimvale"))
             return line;
     }
@@ -130,9 +130,6 @@ TEST_F (JackTest, NotesComeOut)
     out->start (listener);
     performer.liveEvents ().send ({ 0x90, 60, 100 });
     EXPECT_TRUE (Bench::eventually ([&] { return listener.loudest > 1e-3f; }));
-    EXPECT_TRUE (out->isRunning ());
-    server.reset ();
-    EXPECT_TRUE (Bench::eventually ([&] { return !out->isRunning (); })) << "the server has gone";
 }
 
 TEST_F (JackTest, SongWaitsForTheDeviceToComeBack)
