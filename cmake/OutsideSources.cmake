@@ -53,7 +53,20 @@ target_compile_options(ebur128 PRIVATE ${plainly})
 # files; a program must not link both.
 if(BRIMVALE_PLAYER)
     brimvale_outside_source(BRIMVALE_RTMIDI_DIR rtmidi RtMidi.cpp "RtMidi 6 source folder")
-    add_library(miniaudio_devices STATIC EXCLUDE_FROM_ALL ${miniaudioSource})
+    # miniaudio keeps what a connection to PulseAudio held that failed: an open file each time, and the player tries again and
+    # again while there is no device. So a copy is compiled in which that is given back.
+    set(mended ${CMAKE_BINARY_DIR}/outside/miniaudio_devices)
+    file(READ ${BRIMVALE_MINIAUDIO_DIR}/miniaudio.h text)
+    set(giveBack "((ma_pa_context_unref_proc)pContext->pulse.pa_context_unref)((ma_pa_context*)pPulseContext);")
+    foreach(failure "[PulseAudio] Failed to connect PulseAudio context." "[PulseAudio] Waiting for connection failed.")
+        string(REPLACE "\"${failure}\");" "\"${failure}\"); ${giveBack}" text "${text}")
+    endforeach()
+    file(MAKE_DIRECTORY ${mended})
+    file(WRITE ${mended}/new.h "${text}")
+    file(COPY_FILE ${mended}/new.h ${mended}/miniaudio.h ONLY_IF_DIFFERENT)
+    file(REMOVE ${mended}/new.h)
+    file(CONFIGURE OUTPUT ${mended}/miniaudio.c CONTENT "#define MINIAUDIO_IMPLEMENTATION\n#include \"miniaudio.h\"\n")
+    add_library(miniaudio_devices STATIC EXCLUDE_FROM_ALL ${mended}/miniaudio.c)
     target_include_directories(miniaudio_devices SYSTEM PUBLIC ${BRIMVALE_MINIAUDIO_DIR})
     target_compile_definitions(
         miniaudio_devices

@@ -10,8 +10,11 @@ namespace player
 // A sound device or MIDI keyboard that the system knows.
 struct Device
 {
-    std::string name;   // UTF-8
-    std::string system; // the part of the system that it belongs to
+    std::string name;       // UTF-8
+    std::string system;     // the part of the system that it belongs to
+    std::string place = {}; // tells those of one name apart, as long as they are there; may be empty
+
+    bool operator== (const Device&) const = default;
 };
 
 // Which device somebody wants.

@@ -7,8 +7,7 @@
 #include "host/ProgramList.h"
 #include "midi/Reader.h"
 #include "platform/Console.h"
-#include "player/AudioOut.h"
-#include "player/MidiIn.h"
+#include "player/DeviceWatch.h"
 #include "player/Options.h"
 #include "player/Player.h"
 #include "player/ProgramName.h"
@@ -18,7 +17,6 @@ namespace
 {
 using namespace player;
 
-constexpr char silentNote[] = "no sound";
 constexpr int failedStatus = 1;
 constexpr int turn = 10; // milliseconds of the event loop
 
@@ -48,6 +46,13 @@ public:
     }
     void complain (const std::string& sentence) const { say ("brimvale: " + sentence + ".\n"); }
 
+    // What the window shows, too, and nobody shall have to put away.
+    void mention (const std::string& sentence) const
+    {
+        if (hasConsole)
+            complain (sentence);
+    }
+
 private:
     bool hasConsole = platform::attachConsole ();
 };
@@ -61,7 +66,7 @@ void listDevices (const Voice& voice)
         text = "no audio device was found\n";
     try
     {
-        const std::vector<Device> keyboards = MidiIn::devices ();
+        const std::vector<Device> keyboards = MidiSystem::make ()->devices ();
         for (const Device& keyboard : keyboards)
             text += "midi:  " + keyboard.name + "\n";
         if (keyboards.empty ())
@@ -84,37 +89,6 @@ void selectProgram (instrument::Instrument& instrument, const std::string& wante
     if (!found)
         throw std::runtime_error ("there is no program \"" + wanted + "\"");
     instrument.setProgram (*found);
-}
-
-struct Audio
-{
-    std::unique_ptr<AudioOut> out;
-    bool isHeard = true;
-    std::string problem = {}; // why it is not what was wanted, if it is not
-};
-
-// The device that is wanted. Of one that was chosen the last time and is not there now the system's own takes
-// the place; of any other a silent one, with which the panel works as well.
-Audio openAudio (const Options& options, AudioSettings settings)
-{
-    if (options.silent)
-        return { AudioOut::openSilent (settings), false };
-    std::string problem;
-    for (;;)
-    {
-        try
-        {
-            return { AudioOut::open (settings), true, problem };
-        }
-        catch (const std::runtime_error& error)
-        {
-            problem = error.what ();
-            if (settings.device.isAny () || options.device)
-                return { AudioOut::openSilent (settings), false,
-                         problem + "; the panel works without sound" };
-            settings.device = {};
-        }
-    }
 }
 
 std::string nameOf (const std::filesystem::path& file)
@@ -144,13 +118,16 @@ void play (const Options& options, const Voice& voice)
     if (!options.program.empty ())
         selectProgram (performer.instrument (), options.program);
 
-    const Audio audio = openAudio (options, choice.audio);
-    performer.instrument ().setSampleRate (static_cast<float> (audio.out->sampleRate ()));
+    // One that was chosen by name now is waited for.
+    Sound sound ({ .settings = choice.audio,
+                   .isSilent = options.silent,
+                   .mayBeAnother = !options.device.has_value () });
+    performer.instrument ().setSampleRate (static_cast<float> (sound.sampleRate ()));
 
-    Player window (performer, { .sampleRate = static_cast<double> (audio.out->sampleRate ()),
+    Player window (performer, { .sampleRate = static_cast<double> (sound.sampleRate ()),
                                 .followsProgramChanges = options.program.empty (),
-                                .note = audio.isHeard ? "" : silentNote });
-    audio.out->start (performer);
+                                .note = {} });
+    sound.start (performer);
     if (!options.song.empty ())
         openSong (window, options.song);
 
@@ -159,32 +136,30 @@ void play (const Options& options, const Voice& voice)
     try
     {
         if (choice.listensToMidi)
-            midi = std::make_unique<MidiIn> (choice.midi, performer.liveEvents ());
+            midi = std::make_unique<MidiIn> (MidiSystem::make (), choice.midi, performer.liveEvents ());
+        if (midi != nullptr)
+            midiProblem = midi->problem ();
     }
     catch (const std::runtime_error& error)
     {
         midiProblem = error.what ();
     }
     const bool hasOneKeyboard = midi != nullptr && midi->names ().size () == 1;
-    if (!storeChoice (options, audio.isHeard ? audio.out->name () : "",
-                      hasOneKeyboard ? midi->names ().front () : "", *store))
+    if (!storeChoice (options, sound.deviceName (), hasOneKeyboard ? midi->names ().front () : "", *store))
         voice.complain ("the choice of devices could not be stored");
-    for (const std::string& problem : { audio.problem, midiProblem })
+    for (const std::string& problem : { sound.problem (), midiProblem })
     {
         if (!problem.empty ())
             voice.complain (problem);
     }
 
-    bool isRunning = true;
+    DeviceWatch watch (sound, midi.get (), performer.songPlayer ());
     while (!window.isClosed () && interrupted == 0)
     {
         window.idle (turn);
-        if (!isRunning || audio.out->isRunning ())
-            continue;
-        isRunning = false;
-        window.setNote (silentNote);
-        voice.complain ("the audio device \"" + audio.out->name () +
-                        "\" has gone; start again to choose another");
+        for (const std::string& sentence : watch.look (std::chrono::steady_clock::now ()))
+            voice.mention (sentence);
+        window.setNote (watch.note ());
     }
 }
 }

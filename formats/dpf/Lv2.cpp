@@ -13,6 +13,7 @@
 #include <optional>
 #include <utility>
 
+#include "formats/dpf/ScaleMarks.h"
 #include "formats/dpf/SynthPlugin.h"
 
 namespace dpf
@@ -25,9 +26,50 @@ constexpr std::uint32_t firstControl = DISTRHO_PLUGIN_NUM_OUTPUTS + 2; // behind
 const LV2_ControlInputPort_Change_Request* nextRequest = nullptr; // of the instance that is being made
 constexpr double quartersPerWhole = 4.0;
 
+// Under which hosts list the parameters, each once; the framework wants groups numbered so.
+std::vector<std::string> headings ()
+{
+    std::vector<std::string> all;
+    for (std::int32_t index = 0; index < formats::shownCount; ++index)
+    {
+        const std::string name = formats::shownParameter (index).group;
+        if (std::ranges::find (all, name) == all.end ())
+            all.push_back (name);
+    }
+    return all;
+}
+
 class Lv2Plugin final : public SynthPlugin
 {
 public:
+    // Hosts know no texts of values but those in the library's description: the names of steps, and marks.
+    void initParameter (std::uint32_t index, DISTRHO::Parameter& parameter) override
+    {
+        SynthPlugin::initParameter (index, parameter);
+        const auto shown = static_cast<std::int32_t> (index);
+        parameter.description = scaleComment (shown).c_str ();
+        const std::vector<std::string> all = headings ();
+        parameter.groupId = static_cast<std::uint32_t> (
+            std::ranges::find (all, formats::shownParameter (shown).group) - all.begin ());
+        const std::vector<ScaleMark> marks = scaleMarks (shown);
+        if (marks.empty ())
+            return;
+        auto* values = new DISTRHO::ParameterEnumerationValue[marks.size ()]; // the framework deletes them
+        std::ranges::transform (
+            marks, values,
+            [] (const ScaleMark& mark)
+            { return DISTRHO::ParameterEnumerationValue (mark.shown, mark.label.c_str ()); });
+        parameter.enumValues.values = values;
+        parameter.enumValues.count = static_cast<std::uint8_t> (marks.size ());
+    }
+
+    void initPortGroup (std::uint32_t groupId, DISTRHO::PortGroup& group) override
+    {
+        const std::string name = headings ().at (groupId);
+        group.name = name.c_str ();
+        group.symbol = symbolFor (name).c_str ();
+    }
+
     // Called where a port has another value than in the block before; and after a song was loaded, where it
     // has not the default. The host then repeats what it knew when it saved, which a program chosen by MIDI
     // may have overtaken: such a first value is no news.

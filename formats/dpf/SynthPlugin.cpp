@@ -36,8 +36,8 @@ std::int32_t asIndex (std::uint32_t index)
 {
     return static_cast<std::int32_t> (index);
 }
+}
 
-// Letters, digits and underscores, no digit first.
 std::string symbolFor (std::string name)
 {
     const auto isDigit = [] (char c) { return c >= '0' && c <= '9'; };
@@ -48,7 +48,6 @@ std::string symbolFor (std::string name)
             character = '_';
     }
     return isDigit (name.front ()) ? "_" + name : name;
-}
 }
 
 SynthPlugin::SynthPlugin ()

@@ -13,6 +13,9 @@
 
 namespace dpf
 {
+// A name as LV2 wants symbols: letters, digits and underscores, no digit first.
+std::string symbolFor (std::string name);
+
 // The instrument as the framework sees it: what VST3 and LV2 have in common. The panel belongs to it and not
 // to the framework's window, for windows come and go while the instrument plays.
 //

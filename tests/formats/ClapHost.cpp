@@ -175,7 +175,13 @@ void ClapHost::render (std::span<const engine::Event> events, const engine::Tran
                        float* right, int frames)
 {
     for (const engine::Event& event : events)
-        in.add (event);
+    {
+        if ((event.status & 0xE0) == 0x80 && event.data1 % 2 != 0) // hosts use either kind of notes
+            in.addNote (event.status >= 0x90 ? CLAP_EVENT_NOTE_ON : CLAP_EVENT_NOTE_OFF, event.offset,
+                        event.data1, event.data2 / 127.0);
+        else
+            in.add (event);
+    }
     if (song == nullptr)
         return process (left, right, frames);
     const auto fixed = [] (double position) {

@@ -33,7 +33,7 @@ public:
     virtual void stop () = 0;
 
     // One block from the events of that block; a parameter's value is a shown one. Without a song the host
-    // tells none.
+    // tells none. The host itself allocates nothing here.
     virtual void render (std::span<const engine::Event> events, const engine::Transport* song, float* left,
                          float* right, int frames) = 0;
 

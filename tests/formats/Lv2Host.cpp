@@ -35,10 +35,14 @@ namespace
 {
 constexpr std::uint32_t eventsIn = 2, eventsOut = 3, firstControl = 4, controls = formats::shownCount;
 
-LV2_URID number (const char* uri)
+// One that is known is found without an allocation.
+LV2_URID number (std::string_view uri)
 {
-    static std::map<std::string, LV2_URID> numbers;
-    return numbers.try_emplace (uri, static_cast<LV2_URID> (numbers.size () + 1)).first->second;
+    static std::map<std::string, LV2_URID, std::less<>> numbers;
+    const auto known = numbers.find (uri);
+    return known != numbers.end ()
+               ? known->second
+               : numbers.emplace (uri, static_cast<LV2_URID> (numbers.size () + 1)).first->second;
 }
 
 class Lv2Host final : public FormatHost
@@ -50,7 +54,7 @@ public:
         lilv_world_load_bundle (world, bundle);
         lilv_node_free (bundle);
         const LilvPlugins* const all = lilv_world_get_all_plugins (world);
-        const LilvPlugin* const plugin = lilv_plugins_get (all, lilv_plugins_begin (all));
+        plugin = lilv_plugins_get (all, lilv_plugins_begin (all));
         std::array<float, firstControl + controls> defaults;
         lilv_plugin_get_port_ranges_float (plugin, nullptr, nullptr, defaults.data ());
         std::copy (defaults.begin () + firstControl, defaults.end (), ports.begin ());
@@ -192,6 +196,21 @@ public:
         return dpf::fromBase64 (song.substr (0, song.find ('.'))).value ();
     }
 
+    std::map<float, std::string> marks (std::uint32_t control) const
+    {
+        std::map<float, std::string> all;
+        const auto* port = lilv_plugin_get_port_by_index (plugin, firstControl + control);
+        LilvScalePoints* const points = lilv_port_get_scale_points (plugin, port);
+        LILV_FOREACH (scale_points, n, points)
+        {
+            const LilvScalePoint* const point = lilv_scale_points_get (points, n);
+            all[lilv_node_as_float (lilv_scale_point_get_value (point))] =
+                lilv_node_as_string (lilv_scale_point_get_label (point));
+        }
+        lilv_scale_points_free (points);
+        return all;
+    }
+
 private:
     const LV2_State_Interface& stateInterface () const
     {
@@ -236,6 +255,7 @@ private:
     }
 
     LilvWorld* world = lilv_world_new ();
+    const LilvPlugin* plugin = nullptr;
     platform::SharedLibrary file{ BRIMVALE_FORMAT_LIBRARY };
     LilvInstance* instance = nullptr;
     std::array<float, controls> ports;
@@ -296,7 +316,7 @@ TEST (Lv2, ASongThatTellsItsPlaceOnceKeepsTime)
         host.set (parameters::paramFilterFreq, 0.4);
         host.set (parameters::paramLfoRate, 0.3);
         std::vector<float>& sound = sounds[once];
-        sound.resize (160 * frames);
+        sound.resize (std::size_t{ 160 } * frames);
         std::vector<float> right (frames);
         for (std::size_t begin = 0; begin < sound.size (); begin += frames)
         {
@@ -310,4 +330,21 @@ TEST (Lv2, ASongThatTellsItsPlaceOnceKeepsTime)
     for (std::size_t n = 0; n < sounds[0].size (); ++n)
         ASSERT_NEAR (sounds[0][n], sounds[1][n], 1e-3f) << n;
     EXPECT_GT (peakOf (sounds[0]), 0.05f);
+}
+
+// Hosts that show the ports themselves.
+TEST (Lv2, PortsAreMarkedInUnits)
+{
+    const Lv2Host host;
+    for (std::uint32_t index = 0; index < controls; ++index)
+    {
+        const auto& row = formats::shownParameter (static_cast<std::int32_t> (index));
+        EXPECT_EQ (host.marks (index).empty (), row.positions == 0 && !row.automated) << index;
+    }
+    using Marks = std::map<float, std::string>;
+    EXPECT_EQ (
+        host.marks (parameters::paramVelocityAmp),
+        (Marks{ { 0, "off" }, { 0.25f, "25 %" }, { 0.5f, "50 %" }, { 0.75f, "75 %" }, { 1, "100 %" } }));
+    EXPECT_EQ (host.marks (parameters::paramVolume).at (0.1f), "-20.0 dB");
+    EXPECT_EQ (host.marks (parameters::paramLfoRate).at (0), "0.17 Hz or 32/4");
 }

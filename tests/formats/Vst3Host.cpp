@@ -2,6 +2,7 @@
 #include "tests/formats/FormatHost.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <tuple>
 #include <utility>
@@ -119,18 +120,20 @@ struct Queue final : Unknown // of one parameter in a block
 {
     explicit Queue (v3_param_id parameter) : id (parameter) {}
     virtual v3_param_id parameter () { return id; }
-    virtual std::int32_t count () { return static_cast<std::int32_t> (points.size ()); }
+    virtual std::int32_t count () { return static_cast<std::int32_t> (size); }
     virtual v3_result get (std::uint32_t n, std::int32_t* offset, double* value)
     {
         std::tie (*offset, *value) = points[n];
         return V3_OK;
     }
     v3_param_id id;
-    std::vector<std::pair<std::int32_t, double>> points;
+    std::size_t size = 0;
+    std::array<std::pair<std::int32_t, double>, 50> points;
 };
 
 struct Changes final : Unknown
 {
+    Changes () { queues.reserve (200); }
     virtual std::int32_t count () { return static_cast<std::int32_t> (queues.size ()); }
     virtual Queue* get (std::uint32_t n) { return &queues[n]; }
     void add (v3_param_id id, int offset, double value)
@@ -138,13 +141,14 @@ struct Changes final : Unknown
         auto queue = std::ranges::find (queues, id, &Queue::id);
         if (queue == queues.end ())
             queue = queues.emplace (queue, id);
-        queue->points.emplace_back (offset, value);
+        queue->points.at (queue->size++) = { offset, value };
     }
     std::vector<Queue> queues;
 };
 
 struct Notes final : Unknown
 {
+    Notes () { events.reserve (200); }
     virtual std::uint32_t count () { return static_cast<std::uint32_t> (events.size ()); }
     virtual v3_result get (std::uint32_t n, v3_event* event) { return give (event, events[n]); }
     std::vector<v3_event> events;

@@ -1,5 +1,6 @@
 // The program itself, on a machine without sound or with a sound server that sends everything nowhere.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "player/AudioOut.h"
 #include "tests/editor/Bench.h"
@@ -27,7 +28,7 @@ std::string firstLine (ChildProcess& program)
 {
     for (;;)
     {
-        const std::string line = program.readLine ();
+        std::string line = program.readLine ();
         if (line.empty () || line.starts_with ("brimvale: ") || line.starts_with ("Brimvale"))
             return line;
     }
@@ -89,13 +90,18 @@ protected:
     {
         if (Bench::isWine () || std::system ("command -v jackd >/dev/null") != 0)
             GTEST_SKIP () << "jackd is not installed (Debian package jackd2)";
-        setenv ("JACK_DEFAULT_SERVER", "brimvale-test", 1);
+        setenv ("JACK_DEFAULT_SERVER", name.c_str (), 1);
+        startServer ();
+    }
+    void startServer ()
+    {
         server = std::make_unique<ChildProcess> (std::vector<std::string>{
-            "sh", "-c", "exec jackd -n brimvale-test -r -d dummy -r 48000 -p 256 2>&1" });
+            "sh", "-c", "exec jackd -n " + name + " -r -d dummy -r 48000 -p 256 2>&1" });
         while (!server->readLine ().starts_with ("self-connect-mode"))
             ;
     }
 
+    const std::string name = "brimvale-test-" + std::to_string (getpid ());
     std::unique_ptr<ChildProcess> server;
 };
 
@@ -124,7 +130,20 @@ TEST_F (JackTest, NotesComeOut)
     out->start (listener);
     performer.liveEvents ().send ({ 0x90, 60, 100 });
     EXPECT_TRUE (Bench::eventually ([&] { return listener.loudest > 1e-3f; }));
-    EXPECT_TRUE (out->isRunning ());
+}
+
+TEST_F (JackTest, SongWaitsForTheDeviceToComeBack)
+{
+    VirtualDisplay display;
+    ChildProcess program = start ("--device jack --midi none " SOURCE_FOLDER "/examples/demo.mid");
+    const auto showsSoon = [] (const std::string& title)
+    {
+        const std::string search = "xdotool search --name '" + title + "' >/dev/null";
+        return Bench::eventually ([&] { return std::system (search.c_str ()) == 0; });
+    };
+    EXPECT_TRUE (showsSoon ("^demo.mid 0:0[1-9] / [^(]* - Brimvale($| - the)"));
     server.reset ();
-    EXPECT_TRUE (Bench::eventually ([&] { return !out->isRunning (); })) << "the server has gone";
+    EXPECT_TRUE (showsSoon ("[(]paused[)] - Brimvale - no sound - the audio device \".*\" has gone$"));
+    startServer ();
+    EXPECT_TRUE (showsSoon ("^demo.mid 0:[0-9]* / [^(]* - Brimvale - the audio device \".*\" plays now$"));
 }

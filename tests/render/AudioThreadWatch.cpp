@@ -49,7 +49,7 @@ extern "C"
         ++allocations, __libc_free (memory);
     }
 
-    int pthread_mutex_lock (pthread_mutex_t* mutex)
+    [[gnu::visibility ("default")]] int pthread_mutex_lock (pthread_mutex_t* mutex)
     {
         using Lock = int (*) (pthread_mutex_t*);
         static const auto real = reinterpret_cast<Lock> (dlsym (RTLD_NEXT, "pthread_mutex_lock"));
