@@ -31,7 +31,7 @@ function(brimvale_add_sanitizer_suites)
     endif()
     foreach(preset IN ITEMS asan tsan)
         add_test(NAME sanitizers.${preset} COMMAND ${CMAKE_CTEST_COMMAND} --test-dir ${CMAKE_SOURCE_DIR}/build/${preset}
-                                                   --output-on-failure --no-tests=error
+                                                   --output-on-failure --no-tests=error --parallel 2
                                                    # One counts memory, which the sanitizer itself keeps; it looks for leaks
                                                    # anyway. The sound servers' own libraries keep some of theirs.
                                                    --exclude-regex "ManyOpenings|JackTest|OpensWithoutAnAudioDevice")
