@@ -106,4 +106,4 @@ endfunction()
 brimvale_header_package(cli11 CLI CLI/CLI.hpp)
 # Its templates take a compiler minutes to optimise, most of all with sanitizers, and a command line is
 # parsed once. So whatever links this must hold a program's main() or options and no work.
-target_compile_options(cli11 INTERFACE -O0)
+target_compile_options(cli11 INTERFACE -O0 -fno-sanitize=undefined)
