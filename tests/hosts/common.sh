@@ -49,6 +49,7 @@ apart () { # first second condition
     a=$(energy "$1") && b=$(energy "$2") && [ -n "$a" ] && [ -n "$b" ] &&
         awk -v a="$a" -v b="$b" "BEGIN { d = a > b ? a - b : b - a; exit !(d $3) }"
 }
+lasts () { "$build/brimvale-measure" "$1" | awk -v least="$2" '$1 == "length" { long = $2 >= least } END { exit !long }'; }
 sounds () { [ -n "$(energy "$1")" ]; }
 closeTo () { apart "$1" "$2" "<= $3"; }
 farFrom () { apart "$1" "$2" "> $3"; }
@@ -83,12 +84,30 @@ windowOf () {
     done
     return 1
 }
-windowNamed () { xdotool search --onlyvisible --name "$1"; }
+# Sets `window`, and `place` to its left and top: the newest visible window with a text in its name.
+windowNamed () {
+    window=$(xdotool search --onlyvisible --name "$1" | sort -n | tail -n 1)
+    [ -n "$window" ] || return 1
+    # shellcheck disable=SC2046 # its words are assignments
+    local $(xdotool getwindowgeometry --shell "$window")
+    place="$X $Y"
+}
 point () { # x y in the panel
     local left top
     read -r left top <<< "$place"
     xdotool mousemove $((left + $1)) $((top + $2)) sleep 0.3
 }
+# Types into the field that has the keyboard, in place of what stands there.
+typeOver () { xdotool key ctrl+a type "$1"; }
+# Gives a file to a dialog with such a name.
+answerFile () {
+    await 5 windowNamed "$1" || return 0
+    xdotool windowfocus "$window" sleep 0.5
+    typeOver "$2"
+    await 5 confirmed "$1" || true # it may still be completing the name
+}
+confirmed () { xdotool key Return sleep 0.5 && ! windowNamed "$1"; }
+largerThan () { [ "$(stat -c %s "$1")" -gt "$2" ]; }
 picture () { import -window root "$1"; }
 changed () { picture "$work/now.png" && ! cmp -s "$work/now.png" "$work/before.png"; }
 

@@ -4,13 +4,13 @@
 
 drive_qtractor () {
     command -v qtractor > /dev/null || { say "qtractor is not installed: skipped"; return; }
-    local format file host folder
+    local format file host folder volume
     standIn
     for format in ${BRIMVALE_HOSTS_FORMATS:-VST2 CLAP LV2}; do
-        case "$format" in
-            VST2) file=$HOME/.vst/Brimvale.so ;;
-            CLAP) file=$HOME/.clap/Brimvale.clap ;;
-            LV2) file=https://corvanex.com/brimvale ;;
+        case "$format" in # the library and the number that the volume has in this host
+            VST2) file=$HOME/.vst/Brimvale.so volume=0 ;;
+            CLAP) file=$HOME/.clap/Brimvale.clap volume=0 ;;
+            LV2) file=https://corvanex.com/brimvale volume=4 ;;
         esac
         isBuilt "$format" || continue
         folder=$work/qtractor-$format
@@ -21,10 +21,13 @@ drive_qtractor () {
         playSong "$folder/one.wav" Qtractor:Master/out_1 Qtractor:Master/out_2
         # The level over the whole recording; the dummy server may lose blocks on a busy machine.
         tell qtractor "$format" played "not the renderer's level" closeTo "$folder/one.wav" "$work/reference.wav" 1.5
+        exportTracks "$folder/exported.wav"
+        tell qtractor "$format" rendered "not the renderer's level" closeTo "$folder/exported.wav" "$work/reference.wav" 0.1
+        windowNamed song.qtr || true
         point 181 179
         xdotool click --repeat 2 --delay 100 1
         usePanel qtractor "$format"
-        await 5 windowOf 1024 768 || true
+        windowNamed song.qtr || true
         point 90 37 # the toolbar's "Save"
         xdotool click 1
         tell qtractor "$format" saved "the session holds no state" await 10 grep -qE '<config key|<param ' "$folder/song.qtr"
@@ -34,8 +37,84 @@ drive_qtractor () {
         startQtractor
         playSong "$folder/two.wav" Qtractor:Master/out_1 Qtractor:Master/out_2
         tell qtractor "$format" reloaded "the turned cutoff is not heard" farFrom "$folder/two.wav" "$folder/one.wav" 0.1
+        [ "$format" != VST2 ] || exchangePresets
+        finish "$host"
+
+        writeSession "$(curve)"
+        startQtractor
+        exportTracks "$folder/automated.wav"
+        tell qtractor "$format" automated "the curve changes nothing" farFrom "$folder/automated.wav" "$folder/exported.wav" 2
         finish "$host"
     done
+}
+
+# By its menu, as 32-bit float: exportTracks WAV
+exportTracks () {
+    windowNamed song.qtr || return 0
+    xdotool windowfocus "$window" key alt+t sleep 0.5 key x sleep 0.5 key a
+    await 5 windowNamed 'Export Audio' || return 0
+    typeOver "$1"
+    point 266 147
+    xdotool click 1 # the only output
+    point 177 93
+    xdotool click 1 sleep 0.5 key Down Down Down Return sleep 0.5
+    point 298 346
+    xdotool click 1 # OK
+    await 20 lasts "$1" 2.5 || true
+}
+
+# Files of sounds: what the host writes is read by the renderer, what the renderer writes by the host, and each
+# writes the same again. The host names a preset after its file, and selects the program of before after a bank.
+exchangePresets () {
+    local end what from chunk
+    windowNamed song.qtr || true
+    point 181 179
+    xdotool click 3 sleep 0.5
+    point 240 441
+    xdotool click 1 # the menu's "Properties"
+    if ! await 5 windowNamed 'Brimvale - Song'; then
+        told qtractor VST2 presets "no: its properties do not open"
+        return
+    fi
+    point 412 213
+    xdotool click --repeat 6 --delay 60 4 # FilterFreq
+    convert --save-program "$folder/untouched.fxp"
+    convert -p 9 --save-program "$folder/ours.fxp"
+    convert -p 5 --save-program "$folder/five.fxp"
+    convert --load "$folder/five.fxp" --save-bank "$folder/ours.fxb"
+
+    for end in fxp fxb; do
+        # Where the name or the chunk begins, and the sounds in it.
+        if [ $end = fxp ]; then what=program from=28 chunk=84; else what=bank from=156 chunk=160; fi
+        savePreset "$folder/host.$end"
+        convert --load "$folder/host.$end" "--save-$what" "$folder/back.$end"
+        tell qtractor VST2 "$end out" "other sounds" same $from "$folder/host.$end" "$folder/back.$end"
+        openPreset "$folder/ours.$end"
+        savePreset "$folder/again.$end"
+        tell qtractor VST2 "$end in" "other sounds" same $chunk "$folder/ours.$end" "$folder/again.$end"
+    done
+    tell qtractor VST2 "fxp turned" "the turned cutoff is not in it" differ 84 "$folder/host.fxp" "$folder/untouched.fxp"
+}
+convert () { "$build/brimvale-host" "$build/Brimvale.so" "$@" > /dev/null || true; }
+same () { [ -s "$2" ] && cmp --ignore-initial "$1" "$2" "$3"; }
+differ () { [ -s "$2" ] && ! cmp --ignore-initial "$1" "$2" "$3"; }
+
+# By the buttons of its properties, whose window is the one that was found last; a preset to save needs a name.
+savePreset () {
+    windowNamed 'Brimvale - Song' || return 0
+    point 90 15
+    xdotool click 1
+    typeOver "${1##*/}"
+    point 207 15
+    xdotool click 1
+    answerFile 'Save Preset' "$1"
+    await 5 largerThan "$1" 0 || true
+}
+openPreset () {
+    windowNamed 'Brimvale - Song' || return 0
+    point 15 15
+    xdotool click 1
+    answerFile 'Open Preset' "$1"
 }
 
 startQtractor () {
@@ -48,7 +127,17 @@ startQtractor () {
     sleep 3 # its session is read after its window has come
 }
 
-writeSession () {
+# A curve that holds the volume low for a second and then high: a file of controller events, and what names it.
+curve () {
+    local low='\xb0\x63\0\0\x62\0\0\x06\x08\0\x26\0' high='\xb0\x63\0\0\x62\0\0\x06\x70\0\x26\0'
+    printf '%b' "MThd\0\0\0\x06\0\x01\0\x01\x03\xc0MTrk\0\0\0\x20\0$low\x8f\0$high\0\xff\x2f\0" > "$folder/curve.mid"
+    cat << CURVE
+<curve-file><filename>curve.mid</filename><curve-items><curve-item name="Volume" index="$volume" mode="Hold">
+ <type>NONREGPARAM</type><channel>0</channel><param>0</param><mode>Hold</mode><process>1</process></curve-item></curve-items></curve-file>
+CURVE
+}
+
+writeSession () { # [what the instrument has beside it]
     cat > "$folder/song.qtr" << SESSION
 <!DOCTYPE qtractorSession>
 <session name="song" version="0.9.31">
@@ -65,7 +154,7 @@ writeSession () {
    <midi-clip><filename>$folder/song.mid</filename><track-channel>0</track-channel></midi-clip>
   </clip></clips>
   <plugins><plugin type="$format"><filename>$file</filename><index>0</index><label>Brimvale</label>
-   <activated>1</activated></plugin></plugins>
+   <activated>1</activated>${1-}</plugin></plugins>
  </track></tracks>
 </session>
 SESSION
