@@ -61,8 +61,8 @@ CONFIG
     tell ardour "$format" loaded "its window does not appear" await 60 windowNamed "$name - Ardour"
     await 20 portIs 'ardour:Song/audio_out 1' || true
     xdotool windowfocus "$window" || true
-    point 60 344
-    xdotool click 1 sleep 0.5 key shift+e sleep 1 # the track, and its strip of the mixer
+    press 60 344 # the track
+    act key shift+e # its strip of the mixer
     point 50 170
     xdotool click --repeat 2 --delay 80 1
     usePanel ardour "$format"

@@ -13,11 +13,9 @@ drive_jalv () {
     tell jalv LV2 played "there is no sound" sounds "$work/jalv.wav"
     usePanel jalv LV2
     windowNamed '^Brimvale$' || true
-    point 20 12
-    xdotool click 1 sleep 0.5
-    point 47 37 # the menu's "Save"
-    xdotool click 1
     rm -rf "$work/jalv-state"
+    press 20 12 # its menu, and "Save"
+    press 47 37
     answerFile 'Save State' "$work/jalv-state"
     tell jalv LV2 saved "there is no state" await 5 largerThan "$work/jalv-state/state.ttl" 20000
     finish "$host"

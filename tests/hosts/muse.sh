@@ -29,14 +29,15 @@ drive_muse () {
         writeMed 0 > "$file"
         startMuse
         downmix "$folder/exported.wav"
-        tell muse "$format" rendered "not the renderer's level" closeTo "$folder/exported.wav" "$work/reference.wav" 0.1
+        tell muse "$format" rendered "not the renderer's samples" sameSamples "$folder/exported.wav" "$work/reference.wav"
         finish "$host"
 
-        # The volume is held low for a second.
-        writeMed 0 '<controller id="36864" cur="0.865">0 0.1, 48000 0.9, </controller>' > "$file"
+        # The volume rises from low to half in the song's time.
+        writeMed 0 '<controller id="36864" cur="0.865">0 0.1, 120000 0.5, </controller>' > "$file"
         startMuse
         downmix "$folder/automated.wav"
-        tell muse "$format" automated "the curve changes nothing" farFrom "$folder/automated.wav" "$folder/exported.wav" 1
+        tell muse "$format" automated "the curve changes nothing" farFrom "$folder/automated.wav" "$folder/exported.wav" 3
+        tellAlike muse "$format" automated.wav
         finish "$host"
     done
 }
@@ -58,18 +59,16 @@ startMuse () {
 # What lies between its markers, by its menu, as 32-bit float: downmix WAV
 downmix () {
     windowNamed 'MusE Project' || return 0
-    xdotool windowfocus "$window" sleep 0.5 # its menus are complete then
-    point 329 11
-    xdotool click 1 sleep 0.5 key Down Down Return
+    act windowfocus "$window" # its menus are complete then
+    press 329 11
+    xdotool key Down Down Return
     await 5 windowNamed 'Set Downmix' || return 0
-    point 296 57
-    xdotool click 1 sleep 0.5 key End Return # the format
-    point 355 25
-    xdotool click 1
+    press 296 57 # the format: the last
+    act key End Return
+    press 355 25
     answerFile 'Save As' "$1"
     windowNamed 'Set Downmix' || return 0
-    point 243 89
-    xdotool click 1 # OK
+    press 243 89 # OK
     await 20 lasts "$1" 2.5 || true
 }
 
@@ -86,7 +85,7 @@ writeMed () { # whether the panel is open, [controllers]
  <miditrack><name>Track 1</name><selected>1</selected><device>0</device><channel>0</channel><len>100</len><compression>100</compression>
   <part><name>Track 1</name><poslen tick="0" len="1536" />
 $(tick=0; for note in 60 67 72 76 79 72 67 60; do
-        echo "   <event tick=\"$tick\" len=\"179\" a=\"$note\" b=\"100\" />"; tick=$((tick + 192)); done)
+        echo "   <event tick=\"$tick\" len=\"176\" a=\"$note\" b=\"100\" />"; tick=$((tick + 192)); done)
   </part></miditrack>
  <Route channel="0"><source name="Out 1"/><dest type="1" name="system:playback_1"/></Route>
  <Route channel="1"><source name="Out 1"/><dest type="1" name="system:playback_2"/></Route>

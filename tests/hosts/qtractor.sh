@@ -4,13 +4,13 @@
 
 drive_qtractor () {
     command -v qtractor > /dev/null || { say "qtractor is not installed: skipped"; return; }
-    local format file host folder volume
+    local format file host folder
     standIn
     for format in ${BRIMVALE_HOSTS_FORMATS:-VST2 CLAP LV2}; do
-        case "$format" in # the library and the number that the volume has in this host
-            VST2) file=$HOME/.vst/Brimvale.so volume=0 ;;
-            CLAP) file=$HOME/.clap/Brimvale.clap volume=0 ;;
-            LV2) file=https://corvanex.com/brimvale volume=4 ;;
+        case "$format" in
+            VST2) file=$HOME/.vst/Brimvale.so ;;
+            CLAP) file=$HOME/.clap/Brimvale.clap ;;
+            LV2) file=https://corvanex.com/brimvale ;;
         esac
         isBuilt "$format" || continue
         folder=$work/qtractor-$format
@@ -23,13 +23,9 @@ drive_qtractor () {
         tell qtractor "$format" played "not the renderer's level" closeTo "$folder/one.wav" "$work/reference.wav" 1.5
         exportTracks "$folder/exported.wav"
         tell qtractor "$format" rendered "not the renderer's level" closeTo "$folder/exported.wav" "$work/reference.wav" 0.1
-        windowNamed song.qtr || true
-        point 181 179
-        xdotool click --repeat 2 --delay 100 1
+        openPanel
         usePanel qtractor "$format"
-        windowNamed song.qtr || true
-        point 90 37 # the toolbar's "Save"
-        xdotool click 1
+        saveSession
         tell qtractor "$format" saved "the session holds no state" await 10 grep -qE '<config key|<param ' "$folder/song.qtr"
         finish "$host"
         cp "$folder/song.qtr" "$folder/saved.qtr"
@@ -40,38 +36,67 @@ drive_qtractor () {
         [ "$format" != VST2 ] || exchangePresets
         finish "$host"
 
-        writeSession "$(curve)"
+        writeSession "$(curve Volume 0)"
         startQtractor
         exportTracks "$folder/automated.wav"
         tell qtractor "$format" automated "the curve changes nothing" farFrom "$folder/automated.wav" "$folder/exported.wav" 2
+        tellAlike qtractor "$format" automated.wav
+        finish "$host"
+
+        writeSession "$(curve FilterFreq 1)"
+        startQtractor
+        recordPanel
         finish "$host"
     done
 }
 
+openPanel () {
+    windowNamed song.qtr || true
+    point 181 179
+    xdotool click --repeat 2 --delay 100 1
+}
+
+saveSession () { # by the toolbar
+    windowNamed song.qtr || true
+    press 90 37
+}
+
+# What is turned on the panel while the song plays becomes a curve, at least a point for every other notch.
+recordPanel () {
+    openPanel
+    await 20 panelIsOpen || true
+    point 329 153
+    printf '%s\n' stop 'locate 0' play exit | jack_transport > /dev/null 2>&1 || true
+    xdotool click --repeat 12 --delay 60 4
+    printf '%s\n' stop exit | jack_transport > /dev/null 2>&1 || true
+    saveSession
+    tell qtractor "$format" recorded "the curve has no such points" await 10 hasCurve
+}
+hasCurve () { find "$folder" -name '*curve*.mid' -size +120c | grep -q .; }
+
 # By its menu, as 32-bit float: exportTracks WAV
 exportTracks () {
     windowNamed song.qtr || return 0
-    xdotool windowfocus "$window" key alt+t sleep 0.5 key x sleep 0.5 key a
+    xdotool windowfocus "$window"
+    act key alt+t
+    act key x
+    xdotool key a
     await 5 windowNamed 'Export Audio' || return 0
     typeOver "$1"
-    point 266 147
-    xdotool click 1 # the only output
-    point 177 93
-    xdotool click 1 sleep 0.5 key Down Down Down Return sleep 0.5
-    point 298 346
-    xdotool click 1 # OK
+    press 266 147 # the only output
+    press 177 93  # the sample format: the fourth
+    act key Down Down Down Return
+    press 298 346 # OK
     await 20 lasts "$1" 2.5 || true
 }
 
 # Files of sounds: what the host writes is read by the renderer, what the renderer writes by the host, and each
-# writes the same again. The host names a preset after its file, and selects the program of before after a bank.
+# writes the same again. The host names a preset after its file, and keeps its program's number when it reads a bank.
 exchangePresets () {
     local end what from chunk
     windowNamed song.qtr || true
-    point 181 179
-    xdotool click 3 sleep 0.5
-    point 240 441
-    xdotool click 1 # the menu's "Properties"
+    press 181 179 3 # its menu, and "Properties"
+    press 240 441
     if ! await 5 windowNamed 'Brimvale - Song'; then
         told qtractor VST2 presets "no: its properties do not open"
         return
@@ -99,21 +124,18 @@ convert () { "$build/brimvale-host" "$build/Brimvale.so" "$@" > /dev/null || tru
 same () { [ -s "$2" ] && cmp --ignore-initial "$1" "$2" "$3"; }
 differ () { [ -s "$2" ] && ! cmp --ignore-initial "$1" "$2" "$3"; }
 
-# By the buttons of its properties, whose window is the one that was found last; a preset to save needs a name.
+# By the buttons of its properties; a preset to save needs a name.
 savePreset () {
     windowNamed 'Brimvale - Song' || return 0
-    point 90 15
-    xdotool click 1
+    press 90 15
     typeOver "${1##*/}"
-    point 207 15
-    xdotool click 1
+    press 207 15
     answerFile 'Save Preset' "$1"
     await 5 largerThan "$1" 0 || true
 }
 openPreset () {
     windowNamed 'Brimvale - Song' || return 0
-    point 15 15
-    xdotool click 1
+    press 15 15
     answerFile 'Open Preset' "$1"
 }
 
@@ -127,13 +149,14 @@ startQtractor () {
     sleep 3 # its session is read after its window has come
 }
 
-# A curve that holds the volume low for a second and then high: a file of controller events, and what names it.
-curve () {
+# A parameter's curve, low for a second and then high, which the panel may add to: a file of controller events, and
+# what names it.
+curve () { # parameter whether_it_records
     local low='\xb0\x63\0\0\x62\0\0\x06\x08\0\x26\0' high='\xb0\x63\0\0\x62\0\0\x06\x70\0\x26\0'
-    printf '%b' "MThd\0\0\0\x06\0\x01\0\x01\x03\xc0MTrk\0\0\0\x20\0$low\x8f\0$high\0\xff\x2f\0" > "$folder/curve.mid"
+    printf '%b' "MThd\0\0\0\x06\0\x01\0\x01\x03\xc0MTrk\0\0\0\x1f\0$low\x8f\0$high\0\xff\x2f\0" > "$folder/curve.mid"
     cat << CURVE
-<curve-file><filename>curve.mid</filename><curve-items><curve-item name="Volume" index="$volume" mode="Hold">
- <type>NONREGPARAM</type><channel>0</channel><param>0</param><mode>Hold</mode><process>1</process></curve-item></curve-items></curve-file>
+<curve-file><filename>curve.mid</filename><curve-items><curve-item name="$1" mode="Hold"><type>NONREGPARAM</type><channel>0</channel>
+ <param>0</param><mode>Hold</mode><process>1</process><capture>$2</capture></curve-item></curve-items></curve-file>
 CURVE
 }
 
