@@ -36,14 +36,14 @@ drive_qtractor () {
         [ "$format" != VST2 ] || exchangePresets
         finish "$host"
 
-        writeSession "$(curve Volume 0)"
+        writeSession "$(curve Volume)"
         startQtractor
         exportTracks "$folder/automated.wav"
         tell qtractor "$format" automated "the curve changes nothing" farFrom "$folder/automated.wav" "$folder/exported.wav" 2
         tellAlike qtractor "$format" automated.wav
         finish "$host"
 
-        writeSession "$(curve FilterFreq 1)"
+        writeSession "$(curve FilterFreq record)"
         startQtractor
         recordPanel
         finish "$host"
@@ -61,18 +61,18 @@ saveSession () { # by the toolbar
     press 90 37
 }
 
-# What is turned on the panel while the song plays becomes a curve, at least a point for every other notch.
+# What is turned on the panel while the song plays becomes a curve.
 recordPanel () {
     openPanel
     await 20 panelIsOpen || true
     point 329 153
-    printf '%s\n' stop 'locate 0' play exit | jack_transport > /dev/null 2>&1 || true
+    { echo stop; echo locate 0; sleep 1; echo play; echo exit; } | jack_transport > /dev/null 2>&1 || true
     xdotool click --repeat 12 --delay 60 4
     printf '%s\n' stop exit | jack_transport > /dev/null 2>&1 || true
     saveSession
-    tell qtractor "$format" recorded "the curve has no such points" await 10 hasCurve
+    tell qtractor "$format" recorded "the curve has no points" await 10 hasCurve
 }
-hasCurve () { find "$folder" -name '*curve*.mid' -size +120c | grep -q .; }
+hasCurve () { find "$folder" -name '*curve*.mid' -size +26c | grep -q .; }
 
 # By its menu, as 32-bit float: exportTracks WAV
 exportTracks () {
@@ -149,14 +149,16 @@ startQtractor () {
     sleep 3 # its session is read after its window has come
 }
 
-# A parameter's curve, low for a second and then high, which the panel may add to: a file of controller events, and
-# what names it.
-curve () { # parameter whether_it_records
+# A parameter's curve: a file of controller events, and what names it. Low for a second and then high, or empty and
+# to be recorded.
+curve () { # parameter [record]
     local low='\xb0\x63\0\0\x62\0\0\x06\x08\0\x26\0' high='\xb0\x63\0\0\x62\0\0\x06\x70\0\x26\0'
-    printf '%b' "MThd\0\0\0\x06\0\x01\0\x01\x03\xc0MTrk\0\0\0\x1f\0$low\x8f\0$high\0\xff\x2f\0" > "$folder/curve.mid"
+    local size='\x1f' points="\0$low\x8f\0$high" capture=0
+    [ -z "${2-}" ] || size='\x04' points='' capture=1
+    printf '%b' "MThd\0\0\0\x06\0\x01\0\x01\x03\xc0MTrk\0\0\0$size$points\0\xff\x2f\0" > "$folder/curve.mid"
     cat << CURVE
 <curve-file><filename>curve.mid</filename><curve-items><curve-item name="$1" mode="Hold"><type>NONREGPARAM</type><channel>0</channel>
- <param>0</param><mode>Hold</mode><process>1</process><capture>$2</capture></curve-item></curve-items></curve-file>
+ <param>0</param><mode>Hold</mode><process>1</process><capture>$capture</capture></curve-item></curve-items></curve-file>
 CURVE
 }
 
