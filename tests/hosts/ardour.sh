@@ -55,6 +55,23 @@ useWindows () {
   buffer-size="1024" n-periods="0" input-latency="0" output-latency="0" lm-input="" lm-output="" active="1" use-buffered-io="0"
   midi-option=""/></EngineStates></AudioMIDISetup></Extra></Ardour>
 CONFIG
+    openWindows
+    if ! await 20 panelIsOpen; then
+        say "          (its panel did not open, or it lost the server: again)"
+        finish "$host"
+        openWindows
+    fi
+    usePanel ardour "$format"
+    windowNamed "$name - Ardour" || true
+    xdotool windowfocus "$window" key ctrl+s || true
+    await 10 windowNamed "^$name - Ardour" || true # without a star
+    finish "$host"
+    session show || true
+    tell ardour "$format" saved "the cutoff is $cutoff instead of 0.524 as turned" [ "${cutoff#0.524}" != "$cutoff" ]
+}
+
+# With the session, and in it the panel.
+openWindows () {
     sed -i '/<EngineHints /d' "$folder/$name.ardour"
     ardour --no-announcements --no-splash "$folder/$name.ardour" > "$work/ardour-window.log" 2>&1 &
     host=$!
@@ -65,13 +82,6 @@ CONFIG
     act key shift+e # its strip of the mixer
     point 50 170
     xdotool click --repeat 2 --delay 80 1
-    usePanel ardour "$format"
-    windowNamed "$name - Ardour" || true
-    xdotool windowfocus "$window" key ctrl+s || true
-    await 10 windowNamed "^$name - Ardour" || true # without a star
-    finish "$host"
-    session show || true
-    tell ardour "$format" saved "the cutoff is $cutoff instead of 0.524 as turned" [ "${cutoff#0.524}" != "$cutoff" ]
 }
 
 session () { # step [argument song]; sets cutoff

@@ -59,7 +59,8 @@ tellAlike () { # host format WAV, within the host's folder of the format
     local first=$work/$1-VST2/$3
     [ "$2" = VST2 ] || [ ! "$first" -nt "$work/song.mid" ] || tell "$1" "$2" alike "other samples than VST2" sameSamples "$first" "$work/$1-$2/$3"
 }
-sameSamples () { "$build/brimvale-measure" "$1" "$2" | grep -qx 'largest difference 0 at frame 0'; }
+# As far as the shorter one goes.
+sameSamples () { { "$build/brimvale-measure" "$1" "$2" || true; } | grep -x 'largest difference 0 at frame 0'; }
 
 # A song of eight notes, a beat of 480 ticks at 120 BPM, each as long as ON ticks of STEP: song FILE STEP ON VELOCITY
 song () {

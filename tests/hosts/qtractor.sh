@@ -68,6 +68,7 @@ recordPanel () {
     point 329 153
     { echo stop; echo locate 0; sleep 1; echo play; echo exit; } | jack_transport > /dev/null 2>&1 || true
     xdotool click --repeat 12 --delay 60 4
+    sleep 1 # the wheel's edit ends half a second after its last notch, and may be recorded only then
     printf '%s\n' stop exit | jack_transport > /dev/null 2>&1 || true
     saveSession
     tell qtractor "$format" recorded "the curve has no points" await 10 hasCurve
