@@ -130,6 +130,8 @@ private:
     void startStep (std::int32_t index);
     void noteStep (std::int32_t index);
     void finishStep (std::int32_t index);
+    void addStep (const Edit& edit);
+    void addOpenSteps ();
     void replaceBank (const std::function<void ()>& load); // as one step
     History::Bank currentBank ();
     void openField (const VSTGUI::CRect& place, const std::string& text,

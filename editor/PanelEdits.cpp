@@ -41,12 +41,28 @@ void Panel::finishStep (std::int32_t index)
     const auto edit = std::ranges::find_if (edits, [=] (const Edit& e) { return e.change.index == index; });
     if (edit == edits.end ())
         return;
+    addStep (*edit);
+    edits.erase (edit);
+}
+
+void Panel::addStep (const Edit& edit)
+{
     History::Step step;
-    step.program = edit->program;
-    step.changes = { edit->change };
+    step.program = edit.program;
+    step.changes = { edit.change };
     step.recorded = true;
     history.add (std::move (step));
-    edits.erase (edit);
+}
+
+// The wheel and the arrow keys keep an edit open for half a second, for the host's sake. What they did until
+// now can be taken back at once; what follows is another step.
+void Panel::addOpenSteps ()
+{
+    for (Edit& edit : edits)
+    {
+        addStep (edit);
+        edit.change.before = edit.change.after;
+    }
 }
 
 void Panel::replaceBank (const std::function<void ()>& load)
@@ -68,12 +84,14 @@ History::Bank Panel::currentBank ()
 
 void Panel::undo ()
 {
+    addOpenSteps ();
     if (history.canUndo ())
         apply (history.undo (), false);
 }
 
 void Panel::redo ()
 {
+    addOpenSteps ();
     if (history.canRedo ())
         apply (history.redo (), true);
 }
@@ -103,9 +121,18 @@ void Panel::apply (const History::Step& step, bool again)
             synth.setParameter (change.index, value);
             continue;
         }
-        host.beginEdit (change.index);
+        const bool isOpen =
+            std::ranges::any_of (edits, [&] (const Edit& e) { return e.change.index == change.index; });
+        if (!isOpen) // which the host was told, and will be told the end of
+            host.beginEdit (change.index);
         host.setParameterAutomated (change.index, value);
-        host.endEdit (change.index);
+        if (!isOpen)
+            host.endEdit (change.index);
+    }
+    for (Edit& edit : edits) // goes on from here
+    {
+        const float value = synth.getParameter (edit.change.index);
+        edit = { synth.getProgram (), { edit.change.index, value, value } };
     }
     applyNews ();
     if (!closed)

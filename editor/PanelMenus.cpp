@@ -146,6 +146,7 @@ void Panel::popUp (const SharedPointer<COptionMenu>& menu, const CRect& anchor, 
 
 void Panel::openMainMenu (const CRect& anchor)
 {
+    addOpenSteps (); // "Undo" is there for them
     popUp (makeMainMenu (), anchor,
            [this] (COptionMenu* menu, std::int32_t entry) { menuChosen (menu, entry); });
 }

@@ -288,6 +288,19 @@ TEST_F (PanelInProcess, DragsAreTakenBackAsOneStepInTheirProgram)
     EXPECT_EQ (open.value (paramVolume), 0.123f);
     EXPECT_EQ (open.value (paramFilterType), learned);
     EXPECT_EQ (open.value (paramFilterRez), other);
+
+    // The arrow keys and the wheel leave an edit open for a while.
+    open.move (open.middleOf (paramFilterRez), false);
+    open.key (VirtualKey::Up);
+    const float turned = open.value (paramFilterRez);
+    EXPECT_NE (turned, other);
+    open.undo ();
+    EXPECT_EQ (open.value (paramFilterRez), other);
+    open.redo ();
+    open.key (VirtualKey::Down);
+    open.key (VirtualKey::Down);
+    open.undo ();
+    EXPECT_EQ (open.value (paramFilterRez), turned) << "what went on is a step of its own";
 }
 
 TEST_F (PanelInProcess, RandomSoundsAndLoadedBanksAreTakenBack)

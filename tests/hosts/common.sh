@@ -49,9 +49,18 @@ apart () { # first second condition
     a=$(energy "$1") && b=$(energy "$2") && [ -n "$a" ] && [ -n "$b" ] &&
         awk -v a="$a" -v b="$b" "BEGIN { d = a > b ? a - b : b - a; exit !(d $3) }"
 }
+lasts () { "$build/brimvale-measure" "$1" | awk -v least="$2" '$1 == "length" { long = $2 >= least } END { exit !long }'; }
 sounds () { [ -n "$(energy "$1")" ]; }
 closeTo () { apart "$1" "$2" "<= $3"; }
 farFrom () { apart "$1" "$2" "> $3"; }
+
+# Tells whether a WAV file of a format holds the samples of VST2's, where this run made one.
+tellAlike () { # host format WAV, within the host's folder of the format
+    local first=$work/$1-VST2/$3
+    [ "$2" = VST2 ] || [ ! "$first" -nt "$work/song.mid" ] || tell "$1" "$2" alike "other samples than VST2" sameSamples "$first" "$work/$1-$2/$3"
+}
+# As far as the shorter one goes.
+sameSamples () { { "$build/brimvale-measure" "$1" "$2" || true; } | grep -x 'largest difference 0 at frame 0'; }
 
 # A song of eight notes, a beat of 480 ticks at 120 BPM, each as long as ON ticks of STEP: song FILE STEP ON VELOCITY
 song () {
@@ -83,22 +92,53 @@ windowOf () {
     done
     return 1
 }
-windowNamed () { xdotool search --onlyvisible --name "$1"; }
-point () { # x y in the panel
+# Sets `window`, and `place` to its left and top: the newest visible window with a text in its name.
+windowNamed () {
+    window=$(xdotool search --onlyvisible --name "$1" | sort -n | tail -n 1)
+    [ -n "$window" ] || return 1
+    # shellcheck disable=SC2046 # its words are assignments
+    local $(xdotool getwindowgeometry --shell "$window")
+    place="$X $Y"
+}
+point () { # x y in the panel or the window that was found last
     local left top
     read -r left top <<< "$place"
     xdotool mousemove $((left + $1)) $((top + $2)) sleep 0.3
 }
 picture () { import -window root "$1"; }
 changed () { picture "$work/now.png" && ! cmp -s "$work/now.png" "$work/before.png"; }
+# Does something with mouse or keyboard that is to be seen, such as opening a menu, and waits until it is.
+act () {
+    picture "$work/before.png"
+    xdotool "$@"
+    sleep 0.2
+    await 3 changed || true
+}
+press () { # x y [button]
+    point "$1" "$2"
+    act click "${3:-1}"
+}
+# Types into the field that has the keyboard, in place of what stands there.
+typeOver () { act key ctrl+a type "$1"; }
+# Gives a file to a dialog with such a name.
+answerFile () {
+    await 5 windowNamed "$1" || return 0
+    xdotool windowfocus "$window"
+    typeOver "$2"
+    await 5 confirmed "$1" || true # it may still be completing the name
+}
+confirmed () { xdotool key Return sleep 0.5 && ! windowNamed "$1"; }
+largerThan () { [ "$(stat -c %s "$1")" -gt "$2" ]; }
 
 # The zoom is kept for all instances; pictures begin with the panel's own size.
 forgetZoom () { rm -rf "$XDG_CONFIG_HOME/corvanex"; }
 
+# Finds the panel; qtractor gives one of LV2 a window of its own size.
+panelIsOpen () { windowOf 612 433 || windowOf 640 480; }
+
 # The panel that a host shows: opened, its cutoff turned by the wheel, zoomed to 150 % by its menu.
 usePanel () { # host format
-    # qtractor gives an LV2 panel a window of its own size.
-    if ! await 20 windowOf 612 433 && ! windowOf 640 480; then
+    if ! await 20 panelIsOpen; then
         picture "$work/$1-$2.png"
         told "$1" "$2" panel "no: no window of its size"
         return

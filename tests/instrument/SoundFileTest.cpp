@@ -135,6 +135,30 @@ TEST_F (SoundFile, OfOtherHostsIsTaken)
     EXPECT_TRUE (system.messages.empty ());
 }
 
+// qtractor 0.9.31 wrote them with this instrument: the preset after its cutoff had been turned up, the bank
+// after that preset had become its first program ("again"). Its headers hold sizes of its own, the plug-in
+// interface's version in place of the plug-in's, and the first version of the bank format.
+TEST_F (SoundFile, OfARealHostIsTakenAndWrittenAgain)
+{
+    const std::filesystem::path folderOfFiles = SOURCE_FOLDER "/tests/instrument";
+    const std::string preset = contentOf (folderOfFiles / "qtractor.fxp");
+    const std::string bank = contentOf (folderOfFiles / "qtractor.fxb");
+    const auto fromVersions = [] (const std::string& file) { return file.substr (24); };
+    EXPECT_EQ (load (bank), "");
+    EXPECT_EQ (synth.core.programName (0), "again");
+    EXPECT_EQ (synth.core.programName (127), "Retro Pad 64");
+    saveBank (synth.core, folder / "again.fxb");
+    EXPECT_EQ (fromVersions (contentOf (folder / "again.fxb")), fromVersions (bank));
+
+    synth.core.setProgram (3);
+    EXPECT_EQ (load (preset), "");
+    EXPECT_EQ (synth.core.programName (3), "host");
+    EXPECT_EQ (synth.get (paramFilterFreq), 1.0f);
+    EXPECT_EQ (synth.get (paramFilterRez), 0.82f);
+    saveProgram (synth.core, folder / "again.fxp");
+    EXPECT_EQ (fromVersions (contentOf (folder / "again.fxp")), fromVersions (preset));
+}
+
 TEST_F (SoundFile, DamagedOnesAreRefusedWithASentenceAndNothingChanges)
 {
     const std::string record = bytes (synth.bank ().programs[5]);
