@@ -3,7 +3,7 @@
 #
 # They are built in this checkout, and once more on a clean Debian 12 system that is made for it in a folder: both
 # must give the same bytes. The .deb and the tar.gz are then installed, used and removed on another clean system, by a
-# user who is nobody special there; the zip is unpacked and used under Wine. Takes the better part of an hour and some
+# user who is nobody special there; the zip is unpacked and used under Wine. Takes a quarter of an hour or more and some
 # gigabytes of disk for the while; with --built-here, which leaves the second build out, some minutes.
 #
 # Needs root, for the clean systems, and the network.
@@ -237,5 +237,10 @@ for program in brimvale-host.exe brimvale.exe; do
     [ ! -e "$program" ] || expectVersion wine "$program"
 done
 say "  renders the example"
+for file in VST2/Brimvale.dll CLAP/Brimvale.clap VST3/Brimvale.vst3/Contents/x86_64-win/Brimvale.vst3 LV2/Brimvale.lv2/Brimvale.dll; do
+    [ -e "$file" ] || continue
+    cmp "$file" "$build/windows/${file#*/}" || fail "$file is not what was built."
+    say "  $file: what ./test plays"
+done
 say "All is well:"
 sha256sum "${packages[@]}" | sed "s#$root/##"
