@@ -25,8 +25,11 @@ constexpr double ratioOfSemitones (double semitones)
         return 1.0 / ratioOfSemitones (-semitones);
     constexpr double logarithm = 0.057762265046662109; // of one semitone, natural
     double ratio = 1.0;
-    for (; semitones >= 1.0; semitones -= 1.0)
+    while (semitones >= 1.0)
+    {
         ratio *= semitoneRatio;
+        semitones -= 1.0;
+    }
     const double x = semitones * logarithm;
     return ratio * (1.0 + x * (1.0 + x / 2.0 * (1.0 + x / 3.0 * (1.0 + x / 4.0 * (1.0 + x / 5.0)))));
 }
