@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <initializer_list>
 #include <numbers>
 #include <unistd.h>
 
 #include <cairo/cairo-xcb.h>
+
+#include "platform/linux/XcbWindow.h"
 
 namespace
 {
@@ -180,58 +183,35 @@ void Dialog::createWindow (const std::string& title)
 // What window managers and task bars are told.
 void Dialog::describeWindow (const std::string& title)
 {
-    const xcb_atom_t utf8 = atom ("UTF8_STRING");
-    setText (XCB_ATOM_WM_NAME, XCB_ATOM_STRING, title);
-    setText (atom ("_NET_WM_NAME"), utf8, title);
-    setText (XCB_ATOM_WM_ICON_NAME, XCB_ATOM_STRING, text); // shown while the window is iconified
-    setText (atom ("_NET_WM_ICON_NAME"), utf8, text);
-    using namespace std::string_literals;
-    setText (XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, "brimvale\0Brimvale\0"s);
+    const XcbWindow asXcb (connection, window);
+    asXcb.setTitle (title);
+    asXcb.setText ("WM_ICON_NAME", "STRING", text); // shown while the window is iconified
+    asXcb.setText ("_NET_WM_ICON_NAME", "UTF8_STRING", text);
+    asXcb.setClass ();
 
-    deleteWindow = atom ("WM_DELETE_WINDOW");
-    setNumbers (atom ("WM_PROTOCOLS"), XCB_ATOM_ATOM, { deleteWindow });
-    setNumbers (atom ("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, { atom ("_NET_WM_WINDOW_TYPE_DIALOG") });
-    setNumbers (atom ("_NET_WM_STATE"), XCB_ATOM_ATOM,
-                { atom ("_NET_WM_STATE_MODAL"), atom ("_NET_WM_STATE_ABOVE") });
-    setNumbers (atom ("_NET_WM_PID"), XCB_ATOM_CARDINAL, { static_cast<std::uint32_t> (::getpid ()) });
+    const auto setAtoms = [&] (const char* name, std::initializer_list<xcb_atom_t> atoms) {
+        asXcb.setNumbers (name, "ATOM", { atoms.begin (), atoms.size () });
+    };
+    deleteWindow = asXcb.atom ("WM_DELETE_WINDOW");
+    setAtoms ("WM_PROTOCOLS", { deleteWindow });
+    setAtoms ("_NET_WM_WINDOW_TYPE", { asXcb.atom ("_NET_WM_WINDOW_TYPE_DIALOG") });
+    setAtoms ("_NET_WM_STATE", { asXcb.atom ("_NET_WM_STATE_MODAL"), asXcb.atom ("_NET_WM_STATE_ABOVE") });
+    const auto process = static_cast<std::uint32_t> (::getpid ());
+    asXcb.setNumbers ("_NET_WM_PID", "CARDINAL", { &process, 1 });
 
-    // One size only. The place is left to the window manager, which knows where the user's screen is.
-    constexpr std::uint32_t sizeFlags = 16 | 32; // smallest and largest size are set
-    const auto w = static_cast<std::uint32_t> (width);
-    setNumbers (XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS,
-                { sizeFlags, 0, 0, 0, 0, w, height, w, height, 0, 0, 0, 0, 0, 0, 0, 0, 0 });
+    // The place is left to the window manager, which knows where the user's screen is.
+    asXcb.fixSize (width, height);
     constexpr std::uint32_t hintFlags = 1 | 2; // input and state are set
     constexpr std::uint32_t takesInput = 1;
     constexpr std::uint32_t normalState = 1;
-    setNumbers (XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS,
-                { hintFlags, takesInput, normalState, 0, 0, 0, 0, 0, 0 });
+    const std::uint32_t hints[9] = { hintFlags, takesInput, normalState };
+    asXcb.setNumbers ("WM_HINTS", "WM_HINTS", hints);
 }
 
 void Dialog::createSurface ()
 {
     if (xcb_visualtype_t* visual = visualOf (screen); visual != nullptr)
         surface = cairo_xcb_surface_create (connection, window, visual, width, height);
-}
-
-void Dialog::setText (xcb_atom_t property, xcb_atom_t type, const std::string& value)
-{
-    xcb_change_property (connection, XCB_PROP_MODE_REPLACE, window, property, type, 8,
-                         static_cast<std::uint32_t> (value.size ()), value.data ());
-}
-
-void Dialog::setNumbers (xcb_atom_t property, xcb_atom_t type, std::initializer_list<std::uint32_t> values)
-{
-    xcb_change_property (connection, XCB_PROP_MODE_REPLACE, window, property, type, 32,
-                         static_cast<std::uint32_t> (values.size ()), values.begin ());
-}
-
-xcb_atom_t Dialog::atom (const char* name)
-{
-    const auto length = static_cast<std::uint16_t> (std::char_traits<char>::length (name));
-    const std::unique_ptr<xcb_intern_atom_reply_t, decltype (&std::free)> reply (
-        xcb_intern_atom_reply (connection, xcb_intern_atom (connection, 0, length, name), nullptr),
-        &std::free);
-    return reply != nullptr ? reply->atom : static_cast<xcb_atom_t> (XCB_ATOM_NONE);
 }
 
 int Dialog::run ()

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -41,9 +40,6 @@ private:
     void createWindow (const std::string& title);
     void describeWindow (const std::string& title);
     void createSurface ();
-    void setText (xcb_atom_t property, xcb_atom_t type, const std::string& value);
-    void setNumbers (xcb_atom_t property, xcb_atom_t type, std::initializer_list<std::uint32_t> values);
-    xcb_atom_t atom (const char* name);
 
     void draw ();
     void drawMark (cairo_t* drawing) const;

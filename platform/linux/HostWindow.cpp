@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "platform/linux/XcbWindow.h"
+
 namespace platform
 {
 namespace
@@ -17,7 +19,8 @@ class XcbHostWindow final : public HostWindow
 public:
     XcbHostWindow (xcb_connection_t* display, int width, int height)
         : connection (display),
-          window (xcb_generate_id (display))
+          window (xcb_generate_id (display)),
+          asXcb (display, window)
     {
         const xcb_screen_t* screen = xcb_setup_roots_iterator (xcb_get_setup (connection)).data;
         const std::uint32_t values[] = { screen->black_pixel, 1 }; // in the order of their bits
@@ -26,25 +29,13 @@ public:
                            XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual,
                            XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
         xcb_map_window (connection, window);
-        // Answered before anybody else opens a window inside this one.
-        std::free (xcb_get_input_focus_reply (connection, xcb_get_input_focus (connection), nullptr));
+        asXcb.synchronize ();
     }
 
     ~XcbHostWindow () override { xcb_disconnect (connection); }
 
-    void* handle () const override
-    {
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): hosts pass the number in a pointer
-        return reinterpret_cast<void*> (static_cast<std::uintptr_t> (window));
-    }
-
-    void resize (int width, int height) override
-    {
-        const std::uint32_t values[] = { static_cast<std::uint32_t> (width),
-                                         static_cast<std::uint32_t> (height) };
-        xcb_configure_window (connection, window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values);
-        xcb_flush (connection);
-    }
+    void* handle () const override { return asXcb.handle (); }
+    void resize (int width, int height) override { asXcb.resize (width, height); }
 
     // Hidden and shown again, which exposes all that is inside.
     void redraw () override
@@ -63,6 +54,7 @@ public:
 private:
     xcb_connection_t* connection;
     xcb_window_t window;
+    XcbWindow asXcb;
 };
 }
 

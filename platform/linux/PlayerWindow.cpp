@@ -13,6 +13,8 @@
 #include <set>
 #include <string_view>
 
+#include "platform/linux/XcbWindow.h"
+
 namespace platform
 {
 namespace
@@ -98,6 +100,7 @@ public:
         : connection (display),
           screen (xcb_setup_roots_iterator (xcb_get_setup (connection)).data),
           window (xcb_generate_id (connection)),
+          asXcb (connection, window),
           keyWindow (xcb_generate_id (connection)),
           listener (owner)
     {
@@ -113,40 +116,31 @@ public:
                            XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &keyMask);
         xcb_map_window (connection, keyWindow);
         describe (icon);
-        fixSize (width, height);
+        asXcb.fixSize (width, height);
         xcb_map_window (connection, window);
-        // Answered before anybody else opens a window inside this one.
-        std::free (xcb_get_input_focus_reply (connection, xcb_get_input_focus (connection), nullptr));
+        asXcb.synchronize ();
     }
 
     ~XcbPlayerWindow () override { xcb_disconnect (connection); }
 
-    void* handle () const override
-    {
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): hosts pass the number in a pointer
-        return reinterpret_cast<void*> (static_cast<std::uintptr_t> (window));
-    }
+    void* handle () const override { return asXcb.handle (); }
 
     void resize (int width, int height) override
     {
-        fixSize (width, height);
-        const std::uint32_t values[] = { static_cast<std::uint32_t> (width),
-                                         static_cast<std::uint32_t> (height) };
-        xcb_configure_window (connection, window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values);
-        xcb_flush (connection);
+        asXcb.fixSize (width, height);
+        asXcb.resize (width, height);
     }
 
     void setTitle (const std::string& title) override
     {
-        setText ("_NET_WM_NAME", "UTF8_STRING", title);
-        setText ("WM_NAME", "UTF8_STRING", title);
+        asXcb.setTitle (title);
         xcb_flush (connection);
     }
 
     void acceptFiles () override
     {
         const std::uint32_t version = dropVersion;
-        setNumbers ("XdndAware", "ATOM", { &version, 1 });
+        asXcb.setNumbers ("XdndAware", "ATOM", { &version, 1 });
         xcb_flush (connection);
     }
 
@@ -205,54 +199,20 @@ private:
 
     // --- What window managers want to know
 
-    xcb_atom_t atom (std::string_view name)
-    {
-        const Reply<xcb_intern_atom_reply_t> reply (xcb_intern_atom_reply (
-            connection,
-            xcb_intern_atom (connection, 0, static_cast<std::uint16_t> (name.size ()), name.data ()),
-            nullptr));
-        return reply != nullptr ? reply->atom : xcb_atom_t{};
-    }
-
-    void setNumbers (std::string_view name, std::string_view type, std::span<const std::uint32_t> numbers)
-    {
-        constexpr std::uint8_t bits = 32;
-        xcb_change_property (connection, XCB_PROP_MODE_REPLACE, window, atom (name), atom (type), bits,
-                             static_cast<std::uint32_t> (numbers.size ()), numbers.data ());
-    }
-
-    void setText (std::string_view name, std::string_view type, std::string_view text)
-    {
-        constexpr std::uint8_t bits = 8;
-        xcb_change_property (connection, XCB_PROP_MODE_REPLACE, window, atom (name), atom (type), bits,
-                             static_cast<std::uint32_t> (text.size ()), text.data ());
-    }
-
     void describe (std::span<const std::uint32_t> icon)
     {
-        const std::uint32_t protocols[] = { atom ("WM_DELETE_WINDOW"), atom ("_NET_WM_PING") };
-        setNumbers ("WM_PROTOCOLS", "ATOM", protocols);
-        setText ("WM_CLASS", "STRING", std::string_view ("brimvale\0Brimvale\0", 18));
+        const std::uint32_t protocols[] = { asXcb.atom ("WM_DELETE_WINDOW"), asXcb.atom ("_NET_WM_PING") };
+        asXcb.setNumbers ("WM_PROTOCOLS", "ATOM", protocols);
+        asXcb.setClass ();
         const auto process = static_cast<std::uint32_t> (getpid ());
-        setNumbers ("_NET_WM_PID", "CARDINAL", { &process, 1 });
+        asXcb.setNumbers ("_NET_WM_PID", "CARDINAL", { &process, 1 });
         const std::uint32_t hints[9] = { 1, 1 }; // first bit: it tells that it wants the keys; it does
-        setNumbers ("WM_HINTS", "WM_HINTS", hints);
+        asXcb.setNumbers ("WM_HINTS", "WM_HINTS", hints);
 
         const auto side = static_cast<std::uint32_t> (std::lround (std::sqrt (icon.size ())));
         std::vector<std::uint32_t> words = { side, side };
         words.insert (words.end (), icon.begin (), icon.end ());
-        setNumbers ("_NET_WM_ICON", "CARDINAL", words);
-    }
-
-    // The panel decides about its size, not the user.
-    void fixSize (int width, int height)
-    {
-        constexpr std::uint32_t hasLeast = 1 << 4;
-        constexpr std::uint32_t hasMost = 1 << 5;
-        const auto wide = static_cast<std::uint32_t> (width);
-        const auto high = static_cast<std::uint32_t> (height);
-        const std::uint32_t hints[18] = { hasLeast | hasMost, 0, 0, 0, 0, wide, high, wide, high };
-        setNumbers ("WM_NORMAL_HINTS", "WM_SIZE_HINTS", hints);
+        asXcb.setNumbers ("_NET_WM_ICON", "CARDINAL", words);
     }
 
     // --- Keys
@@ -339,27 +299,27 @@ private:
     void hear (xcb_client_message_event_t event)
     {
         const std::uint32_t* data = event.data.data32;
-        if (event.type == atom ("WM_PROTOCOLS") && data[0] == atom ("WM_DELETE_WINDOW"))
+        if (event.type == asXcb.atom ("WM_PROTOCOLS") && data[0] == asXcb.atom ("WM_DELETE_WINDOW"))
         {
             listener.closeRequested ();
         }
-        else if (event.type == atom ("WM_PROTOCOLS") && data[0] == atom ("_NET_WM_PING"))
+        else if (event.type == asXcb.atom ("WM_PROTOCOLS") && data[0] == asXcb.atom ("_NET_WM_PING"))
         {
             event.window = screen->root;
             xcb_send_event (connection, 0, screen->root,
                             XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                             reinterpret_cast<const char*> (&event));
         }
-        else if (event.type == atom ("XdndPosition"))
+        else if (event.type == asXcb.atom ("XdndPosition"))
         {
             // Anything is welcome until it is looked at.
-            answerDrag (data[0], "XdndStatus", 1, 0, 0, atom ("XdndActionCopy"));
+            answerDrag (data[0], "XdndStatus", 1, 0, 0, asXcb.atom ("XdndActionCopy"));
         }
-        else if (event.type == atom ("XdndDrop"))
+        else if (event.type == asXcb.atom ("XdndDrop"))
         {
             dragSource = data[0];
-            xcb_convert_selection (connection, window, atom ("XdndSelection"), atom ("text/uri-list"),
-                                   atom ("BRIMVALE_DROP"), data[2]);
+            xcb_convert_selection (connection, window, asXcb.atom ("XdndSelection"),
+                                   asXcb.atom ("text/uri-list"), asXcb.atom ("BRIMVALE_DROP"), data[2]);
         }
     }
 
@@ -370,7 +330,7 @@ private:
         answer.response_type = XCB_CLIENT_MESSAGE;
         answer.format = 32;
         answer.window = source;
-        answer.type = atom (type);
+        answer.type = asXcb.atom (type);
         const std::array<std::uint32_t, 5> words = { window, second, third, fourth, fifth };
         std::ranges::copy (words, answer.data.data32);
         xcb_send_event (connection, 0, source, XCB_EVENT_MASK_NO_EVENT,
@@ -393,7 +353,7 @@ private:
         }
         const bool isTaken = !files.empty ();
         answerDrag (dragSource, "XdndFinished", isTaken ? 1 : 0,
-                    isTaken ? atom ("XdndActionCopy") : xcb_atom_t{}, 0, 0);
+                    isTaken ? asXcb.atom ("XdndActionCopy") : xcb_atom_t{}, 0, 0);
         if (isTaken)
             listener.filesDropped (files);
     }
@@ -401,6 +361,7 @@ private:
     xcb_connection_t* connection;
     const xcb_screen_t* screen;
     xcb_window_t window;
+    XcbWindow asXcb;
     xcb_window_t keyWindow;
     xcb_window_t panelWindow = XCB_NONE;
     xcb_window_t dragSource = XCB_NONE;
