@@ -9,13 +9,12 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <stdexcept>
 #include <thread>
 
 #include "picture/Dib.h"
+#include "tests/host/TemporaryFolder.h"
 
 namespace
 {
@@ -245,9 +244,8 @@ const Picture& bitmapFile (int id)
     static std::map<int, Picture> read;
     if (!read.contains (id))
     {
-        std::ifstream file (SOURCE_FOLDER "/resources/panel/" + panel::bitmapFile (*panel::findBitmap (id)),
-                            std::ios::binary);
-        const std::vector<char> bytes{ std::istreambuf_iterator<char> (file), {} };
+        const auto bytes =
+            contentOf (SOURCE_FOLDER "/resources/panel/" + panel::bitmapFile (*panel::findBitmap (id)));
         read[id] = picture::readBmpFile (std::as_bytes (std::span (bytes))).value ();
     }
     return read[id];

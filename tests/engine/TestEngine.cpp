@@ -1,10 +1,9 @@
 #include "tests/engine/TestEngine.h"
 
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
-#include <string>
+
+#include "tests/host/TemporaryFolder.h"
 
 using namespace engine;
 using namespace parameters;
@@ -13,13 +12,11 @@ namespace
 {
 std::vector<std::byte> bytesOf (const std::string& file)
 {
-    std::ifstream stream (std::string (SOURCE_FOLDER) + "/resources/" + file, std::ios::binary);
-    const std::vector<char> read{ std::istreambuf_iterator<char> (stream),
-                                  std::istreambuf_iterator<char> () };
-    if (read.empty ())
+    const std::string content = contentOf (SOURCE_FOLDER "/resources/" + file);
+    if (content.empty ())
         throw std::runtime_error ("no resource " + file);
-    const auto* bytes = reinterpret_cast<const std::byte*> (read.data ());
-    return { bytes, bytes + read.size () };
+    const auto bytes = std::as_bytes (std::span (content));
+    return { bytes.begin (), bytes.end () };
 }
 
 std::uint64_t unclampedInTable ()

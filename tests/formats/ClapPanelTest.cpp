@@ -1,5 +1,4 @@
 // What CLAP hosts do with the panel that no others do.
-#include <cstdio>
 #include <cstdlib>
 
 #include <gtest/gtest.h>
@@ -7,30 +6,10 @@
 #include "tests/formats/ClapHost.h"
 #include "tests/formats/PanelStage.h"
 #include "tests/host/TemporaryFolder.h"
-
-#include <X11/Xlib.h> // last, for its macros
+#include "tests/stage/Neighbour.h"
 
 namespace
 {
-// As a window manager does where somebody presses the button of the title bar.
-void closeByTitleBar (const std::string& title)
-{
-    FILE* found = popen (("xdotool search --name '" + title + "'").c_str (), "r");
-    unsigned long window = 0;
-    ASSERT_EQ (std::fscanf (found, "%lu", &window), 1);
-    pclose (found);
-    Display* const display = XOpenDisplay (nullptr);
-    XEvent event = {};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = window;
-    event.xclient.message_type = XInternAtom (display, "WM_PROTOCOLS", False);
-    event.xclient.format = 32;
-    event.xclient.data.l[0] = static_cast<long> (XInternAtom (display, "WM_DELETE_WINDOW", False));
-    XSendEvent (display, window, False, NoEventMask, &event);
-    XSync (display, False);
-    XCloseDisplay (display);
-}
-
 TEST (ClapPanels, OpenWithoutTimersAndFloatingInAWindowOfTheirOwn)
 {
     PanelStage& stage = PanelStage::shared ();
@@ -41,7 +20,8 @@ TEST (ClapPanels, OpenWithoutTimersAndFloatingInAWindowOfTheirOwn)
     host.floats = true;
     stage.open (host);
     EXPECT_TRUE (stage.shows (stage.expected (100), 100));
-    closeByTitleBar (ClapHost::title);
+    Neighbour neighbour;
+    neighbour.close (neighbour.find (ClapHost::title));
     EXPECT_TRUE (stage.until ([&] { return host.windowsClosed == 1; }));
     EXPECT_TRUE (stage.until ([&] { return stage.picture (100) != stage.expected (100); }));
     EXPECT_TRUE (host.gui ().show (host.plugin)) << "the host may show it again";

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <span>
@@ -11,6 +12,7 @@
 #include "engine/Event.h"
 #include "engine/Transport.h"
 #include "formats/shared/State.h"
+#include "instrument/Bank.h"
 
 // The panel in one format, as its hosts open it.
 class FormatPanel
@@ -43,11 +45,12 @@ public:
 
     virtual std::string save () = 0; // a song's state
     virtual void load (const std::string& state) = 0;
-    std::vector<std::byte> bank () // the image within the song's state
+    instrument::BankImage bank () // within the song's state
     {
         const auto state = stateOf (save ());
-        const auto image = formats::readState (state).value ().bank;
-        return { image.begin (), image.end () };
+        instrument::BankImage image;
+        std::memcpy (&image, formats::readState (state).value ().bank.data (), sizeof image);
+        return image;
     }
 
     // What the format keeps a state in, there and back; the state itself, where nothing else is said.
@@ -68,6 +71,11 @@ protected:
     static constexpr int longestBlock = 1024;
     static constexpr int beats = 7, beatType = 8; // of a bar
 };
+
+inline bool equal (const instrument::BankImage& a, const instrument::BankImage& b)
+{
+    return std::memcmp (&a, &b, sizeof a) == 0;
+}
 
 std::unique_ptr<FormatHost> makeHost (); // each format's test program has one
 

@@ -1,13 +1,16 @@
 // The audio thread of a host allocates nothing, locks nothing and makes no system call in a format's library.
 #include <array>
+#include <mutex>
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include "formats/shared/ShownParameters.h"
 #include "tests/formats/FormatHost.h"
-#include "tests/render/AudioThreadWatch.h"
+#include "tests/support/AudioThreadWatch.h"
 #include "tests/support/Events.h"
 #include "tests/support/Signals.h"
 
@@ -58,16 +61,23 @@ TEST (FormatsRealTime, AllocatesLocksAndCallsNothing)
         host->set (paramFilterFreq, 0.5); // without frames
         host->render ({}, nullptr, left.data (), right.data (), 0);
     };
-    const std::string song = host->save ();
-    for (int turn = 0; turn < 3; ++turn) // a new one, and what a song that is loaded has left to do
+    instrument::BankImage bank = host->bank ();
+    std::uint32_t controller = 74;
+    for (const int index : { paramFilterFreq, paramOsc1Wave, paramVoices, paramGlideMono, paramHighQuality })
+        bank.slots[static_cast<std::size_t> (index)].midiController = controller++;
+    const std::string song = host->songOf (std::as_bytes (std::span (&bank, 1)));
+    for (const double rate : { 44100.0, 96000.0, 44100.0 }) // and what these and a song leave to do
     {
-        SCOPED_TRACE (turn);
-        EXPECT_EQ (callsDuring (run), (Calls{ 0, 0 }));
+        EXPECT_EQ (callsDuring (run), (Calls{ 0, 0 })) << rate;
         host->load (song);
-        EXPECT_TRUE (livesWithoutSystemCalls (run));
-        host->load (song);
+        EXPECT_TRUE (livesWithoutSystemCalls (run)) << rate;
+        host->stop ();
+        host->start (rate, frames);
     }
     EXPECT_GT (loudest, 0.01f);
     EXPECT_GT (callsDuring ([&] { host->load ("no state"); }).allocations, 0) << "seen in the library";
+    EXPECT_FALSE (livesWithoutSystemCalls ([] { syscall (SYS_getpid); }));
+    EXPECT_EQ (callsDuring ([] { std::scoped_lock lock (*std::make_unique<std::mutex> ()); }),
+               (Calls{ 2, 1 }));
     EXPECT_EQ (dlsym (RTLD_DEFAULT, "pthread_mutex_lock"), reinterpret_cast<void*> (&pthread_mutex_lock));
 }

@@ -10,8 +10,8 @@
 #include <gtest/gtest.h>
 
 #include "editor/MenuTable.h"
-#include "host/Plugin.h"
 #include "resources/panel/PanelLayout.h"
+#include "tests/formats/Vst24Host.h"
 
 namespace
 {
@@ -19,33 +19,6 @@ using namespace std::chrono_literals;
 
 constexpr int smallZoom = 0; // entries of the zoom menu
 constexpr int largeZoom = 2;
-
-class VstPanel final : public FormatPanel
-{
-public:
-    VstPanel ()
-        : plugin (BRIMVALE_LIBRARY,
-                  [this] (VstInt32 opcode, VstInt32 width, VstIntPtr height, void*, float)
-                  {
-                      if (opcode == audioMasterSizeWindow)
-                          resized (width, static_cast<int> (height));
-                      return opcode == audioMasterSizeWindow || opcode == audioMasterCanDo ? 1 : 0;
-                  })
-    {
-    }
-    std::pair<int, int> size () override
-    {
-        ERect* rect = nullptr;
-        plugin.call (effEditGetRect, 0, 0, &rect);
-        return { rect->right - rect->left, rect->bottom - rect->top };
-    }
-    bool open (void* window) override { return plugin.call (effEditOpen, 0, 0, window) != 0; }
-    void close () override { plugin.call (effEditClose); }
-    void turn () override { plugin.call (effEditIdle); }
-
-private:
-    host::Plugin plugin;
-};
 
 int places (int pixels, int percent)
 {
@@ -64,7 +37,7 @@ PanelStage::PanelStage ()
     setenv ("XDG_CONFIG_HOME", (settings / "").c_str (), 1);
     screen = std::make_unique<ScreenGrab> ();
 
-    VstPanel vst;
+    Vst24Host vst;
     open (vst);
     // The logo's corner is the first thing to come.
     const auto isThere = [] (const Picture& now) { return now.at (5, 5) != picture::Colour{}; };

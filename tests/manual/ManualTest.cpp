@@ -3,14 +3,13 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <set>
 
 #include "manual/Page.h"
 #include "manual/Pictures.h"
 #include "picture/Png.h"
+#include "tests/resources/Files.h"
 
 namespace
 {
@@ -18,14 +17,7 @@ const std::filesystem::path docs = SOURCE_FOLDER "/docs";
 
 std::string page ()
 {
-    std::ifstream file (docs / "manual.md", std::ios::binary);
-    return { std::istreambuf_iterator<char> (file), {} };
-}
-
-manual::Programs programs ()
-{
-    std::ifstream source (SOURCE_FOLDER "/resources/bank/factorybank.txt");
-    return bank::readBankSource (source);
+    return bytesOf ("docs/manual.md");
 }
 
 // What a pattern's brackets enclose, wherever it is found.
@@ -37,9 +29,9 @@ std::set<std::string> matches (const std::string& text, const char* pattern)
 
 TEST (Manual, tablesAndPicturesAreWhatTheInstrumentSays)
 {
-    EXPECT_EQ (page (), manual::withTables (page (), programs ())) << "renew it: makeManual .";
+    EXPECT_EQ (page (), manual::withTables (page (), factoryPrograms ())) << "renew it: makeManual .";
     for (const manual::Drawing& drawing : manual::drawings ())
-        EXPECT_TRUE (picture::readPng (docs / "manual" / drawing.file) == drawing.draw (programs ()))
+        EXPECT_TRUE (picture::readPng (docs / "manual" / drawing.file) == drawing.draw (factoryPrograms ()))
             << drawing.file << " differs; renew it: makeManual .";
 }
 
@@ -78,7 +70,7 @@ TEST (Manual, aBlockThatCannotBeFilledIsNamed)
     {
         try
         {
-            manual::withTables (text, programs ());
+            manual::withTables (text, factoryPrograms ());
             ADD_FAILURE () << sentence;
         }
         catch (const std::runtime_error& error)

@@ -1,10 +1,7 @@
 // The committed picture files, as the tests read them.
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
+#include "tests/host/TemporaryFolder.h"
 
 // Below the folder of the pictures; whole paths stay what they are.
 inline std::filesystem::path resourcePath (const std::filesystem::path& file)
@@ -14,6 +11,5 @@ inline std::filesystem::path resourcePath (const std::filesystem::path& file)
 
 inline std::string readResource (const std::filesystem::path& file)
 {
-    std::ifstream stream (resourcePath (file), std::ios::binary);
-    return { std::istreambuf_iterator<char> (stream), {} };
+    return contentOf (resourcePath (file));
 }

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "player/Performer.h"
-#include "tests/render/AudioThreadWatch.h"
+#include "tests/support/AudioThreadWatch.h"
 #include "tests/support/FakeSystem.h"
 #include "tests/support/Signals.h"
 

@@ -5,7 +5,7 @@
 #include "player/AudioOut.h"
 #include "tests/editor/Bench.h"
 #include "tests/host/TemporaryFolder.h"
-#include "tests/player/Neighbour.h"
+#include "tests/stage/Neighbour.h"
 #include "tests/support/FakeSystem.h"
 #include "tests/support/Signals.h"
 
@@ -74,10 +74,10 @@ TEST (PlayerProgram, OpensWithoutAnAudioDeviceAndClosesItself)
         EXPECT_TRUE (Bench::eventually ([&] { return std::system (search) == 0; }))
             << "songs play without anybody hearing them";
         Neighbour neighbour;
-        const std::string windowClass = Bench::isWine () ? std::string ("brimvale.exe\0brimvale.exe\0", 26)
-                                                         : std::string ("brimvale\0Brimvale\0", 18);
-        neighbour.tell (neighbour.find (windowClass, " - Brimvale - no sound"), "WM_PROTOCOLS",
-                        { neighbour.atom ("WM_DELETE_WINDOW") });
+        const std::string title = " - Brimvale - no sound";
+        neighbour.close (Bench::isWine ()
+                             ? neighbour.find (title, std::string ("brimvale.exe\0brimvale.exe\0", 26))
+                             : neighbour.find (title));
         EXPECT_EQ (program.wait (), 0);
     }
 }

@@ -7,7 +7,7 @@
 #include "player/Player.h"
 #include "tests/editor/Bench.h"
 #include "tests/host/TemporaryFolder.h"
-#include "tests/player/Neighbour.h"
+#include "tests/stage/Neighbour.h"
 #include "tests/support/FakeSystem.h"
 #include "tests/support/Signals.h"
 
@@ -27,7 +27,7 @@ protected:
     PlayerWindowTest () : performer (system.services (), {}), player (performer, { 44100.0, true, "" })
     {
         performer.instrument ().setParameter (param1Sustain, 1.0f);
-        window = neighbour.find (std::string ("brimvale\0Brimvale\0", 18));
+        window = neighbour.find ();
         hand ("windowfocus " + std::to_string (window));
         soon ([] { return false; }, 200); // until it is drawn and has the focus
     }
@@ -95,9 +95,10 @@ TEST_F (PlayerWindowTest, HasTitleIconAndThePanelsSize)
     ASSERT_NE (window, 0u);
     EXPECT_EQ (title (), "Brimvale");
     EXPECT_EQ (neighbour.property (window, "_NET_WM_ICON").size (), (64 * 64 + 2) * 4);
-    EXPECT_EQ (neighbour.size (window), (std::pair{ 612, 433 }));
+    EXPECT_EQ (neighbour.geometry (window).width, 612);
+    EXPECT_EQ (neighbour.geometry (window).height, 433);
     performer.instrument ().setParameter (paramShowKeys, 0.0f);
-    EXPECT_TRUE (soon ([this] { return neighbour.size (window).second < 433; }));
+    EXPECT_TRUE (soon ([this] { return neighbour.geometry (window).height < 433; }));
 }
 
 TEST_F (PlayerWindowTest, ComputerKeyboardPlaysWhileTheWindowHasTheKeys)

@@ -2,19 +2,16 @@
 #pragma once
 
 #include "resources/bank/BankSource.h"
+#include "tests/host/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
 inline std::string bytesOf (const std::string& path)
 {
-    std::ifstream file (SOURCE_FOLDER "/" + path, std::ios::binary);
-    EXPECT_TRUE (file) << "cannot read " << path;
-    return { std::istreambuf_iterator<char> (file), {} };
+    return contentOf (SOURCE_FOLDER "/" + path);
 }
 
 inline std::vector<bank::SourceProgram> factoryPrograms ()

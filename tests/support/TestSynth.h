@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "host/BlockEvents.h"
 #include "plugin/VstSynth.h"
 #include "tests/support/FakeSystem.h"
 
@@ -30,32 +31,6 @@ public:
     int countCalls (VstInt32 opcode) const { return static_cast<int> (callsOf (opcode).size ()); }
 };
 
-struct TimedMidi
-{
-    VstInt32 offset; // samples from the start
-    unsigned char status;
-    unsigned char data1;
-    unsigned char data2;
-    VstInt32 type = kVstMidiType;
-};
-
-// The events of one block in the form that a host passes.
-class HostEventList
-{
-public:
-    explicit HostEventList (const std::vector<TimedMidi>& midi);
-    VstEvents* get () { return reinterpret_cast<VstEvents*> (storage.data ()); }
-
-private:
-    std::vector<VstMidiEvent> events;
-    std::vector<VstIntPtr> storage; // a VstEvents with as many pointers as there are events
-};
-
-// Renders `frames` samples in blocks, the events at their places, each block with a list; answers the left
-// channel. `offset` counts from the start of the call.
-std::vector<float> render (VstSynth& synth, int frames, int blockSize,
-                           const std::vector<TimedMidi>& midi = {});
-
 // One instance as a host holds it: through its record alone.
 class HostedSynth
 {
@@ -79,6 +54,9 @@ public:
     }
     void set (VstInt32 index, float value) { effect->setParameter (effect, index, value); }
     float get (VstInt32 index) { return effect->getParameter (effect, index); }
+
+    // Renders a block, with a note at its beginning or without one; the left channel.
+    std::vector<float> play (int frames, bool note = true);
     VstSynth& object () { return *static_cast<VstSynth*> (static_cast<AudioEffect*> (effect->object)); }
 
     FakeHost host;

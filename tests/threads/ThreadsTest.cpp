@@ -3,7 +3,6 @@
 #include <atomic>
 #include <cmath>
 #include <cstring>
-#include <optional>
 #include <random>
 #include <set>
 #include <thread>
@@ -57,12 +56,11 @@ protected:
     // With the next block; the list lives until the next call.
     void play (std::initializer_list<std::array<int, 3>> messages)
     {
-        std::vector<TimedMidi> midi;
-        const auto byte = [] (int value) { return static_cast<unsigned char> (value); };
+        list.clear ();
+        const auto byte = [] (int value) { return static_cast<std::uint8_t> (value); };
         for (const auto& [status, data1, data2] : messages)
-            midi.push_back ({ 0, byte (status), byte (data1), byte (data2) });
-        list.emplace (midi);
-        synth.processEvents (list->get ());
+            list.add (0, { byte (status), byte (data1), byte (data2) });
+        synth.processEvents (&list.record ());
     }
 
     float render ()
@@ -101,7 +99,7 @@ protected:
         audio.join ();
     }
 
-    std::optional<HostEventList> list;
+    host::BlockEvents list;
     FakeHost host;
     VstSynth synth{ FakeHost::callback, host.services (), editorFactory () };
 };

@@ -43,7 +43,9 @@ Box shownBox ()
 {
     Screen screen;
     const xcb_window_t window = screen.box ();
-    return window != 0 ? Box{ screen.title (window), screen.text (window), window } : Box ();
+    return window != 0
+               ? Box{ screen.property (window, "WM_NAME"), screen.property (window, "WM_ICON_NAME"), window }
+               : Box ();
 }
 
 void press (const Box& box, Press button)

@@ -1,4 +1,4 @@
-#include "tests/render/AudioThreadWatch.h"
+#include "tests/support/AudioThreadWatch.h"
 
 #include <csignal>
 #include <cstdlib>

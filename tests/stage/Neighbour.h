@@ -11,31 +11,31 @@
 #include <utility>
 #include <vector>
 
-template <typename Type>
-inline std::unique_ptr<Type, decltype (&std::free)> held (Type* reply)
-{
-    return { reply, &std::free };
-}
-
-// What another program sees of the window and tells it.
+// Another program at the display that DISPLAY names: what it sees of windows and tells them. Windows come and
+// go meanwhile, and what is asked of one that has gone is empty.
 class Neighbour
 {
 public:
+    template <typename Type>
+    using Held = std::unique_ptr<Type, decltype (&std::free)>;
+
     Neighbour () : connection (xcb_connect (nullptr, nullptr)) {}
     ~Neighbour () { xcb_disconnect (connection); }
+    Neighbour (const Neighbour&) = delete;
+    Neighbour& operator= (const Neighbour&) = delete;
 
     xcb_atom_t atom (const std::string& name)
     {
         const auto length = static_cast<std::uint16_t> (name.size ());
-        return held (xcb_intern_atom_reply (connection,
-                                            xcb_intern_atom (connection, 0, length, name.c_str ()), nullptr))
-            ->atom;
+        const auto reply =
+            ask (&xcb_intern_atom_reply, xcb_intern_atom (connection, 0, length, name.c_str ()));
+        return reply != nullptr ? reply->atom : static_cast<xcb_atom_t> (XCB_ATOM_NONE);
     }
     // A window, by its program's class and the end of its title; 0: there is none.
-    xcb_window_t find (const std::string& windowClass, const std::string& title = "Brimvale")
+    xcb_window_t find (const std::string& title = "Brimvale",
+                       const std::string& windowClass = std::string ("brimvale\0Brimvale\0", 18))
     {
-        const auto tree =
-            held (xcb_query_tree_reply (connection, xcb_query_tree (connection, root ()), nullptr));
+        const auto tree = ask (&xcb_query_tree_reply, xcb_query_tree (connection, root ()));
         const std::span windows (xcb_query_tree_children (tree.get ()), tree->children_len);
         for (const xcb_window_t window : windows)
             if (property (window, "WM_CLASS") == windowClass &&
@@ -45,17 +45,23 @@ public:
     }
     std::string property (xcb_window_t window, const std::string& name)
     {
-        const auto reply = held (xcb_get_property_reply (
-            connection, xcb_get_property (connection, 0, window, atom (name), XCB_ATOM_ANY, 0, 1 << 16),
-            nullptr));
+        const auto reply = ask (&xcb_get_property_reply, xcb_get_property (connection, 0, window, atom (name),
+                                                                           XCB_ATOM_ANY, 0, 1 << 16));
+        if (reply == nullptr)
+            return {};
         return { static_cast<const char*> (xcb_get_property_value (reply.get ())),
                  static_cast<std::size_t> (xcb_get_property_value_length (reply.get ())) };
     }
-    std::pair<int, int> size (xcb_window_t window)
+    xcb_get_geometry_reply_t geometry (xcb_window_t window)
     {
-        const auto reply =
-            held (xcb_get_geometry_reply (connection, xcb_get_geometry (connection, window), nullptr));
-        return { reply->width, reply->height };
+        const auto reply = ask (&xcb_get_geometry_reply, xcb_get_geometry (connection, window));
+        return reply != nullptr ? *reply : xcb_get_geometry_reply_t ();
+    }
+    // As a window manager does where somebody presses the button of the title bar.
+    void close (xcb_window_t window)
+    {
+        tell (window, "WM_PROTOCOLS", { atom ("WM_DELETE_WINDOW") });
+        geometry (window); // answered after the message was passed on, which a disconnection might overtake
     }
     void tell (xcb_window_t window, const std::string& type, const std::array<std::uint32_t, 5>& words)
     {
@@ -85,7 +91,7 @@ public:
     // Hands over the list to who asks for it, and takes note of the rest.
     void serve ()
     {
-        while (const auto event = held (xcb_poll_for_event (connection)))
+        while (const Held<xcb_generic_event_t> event{ xcb_poll_for_event (connection), &std::free })
         {
             if ((event->response_type & 0x7F) == XCB_CLIENT_MESSAGE)
                 heard.push_back (reinterpret_cast<xcb_client_message_event_t&> (*event));
@@ -111,10 +117,19 @@ public:
                                     { return message.type == wanted && message.data.data32[1] == second; });
     }
 
+protected:
+    // Takes what the display answers to a question; null when it cannot.
+    template <typename Cookie, typename Reply>
+    Held<Reply> ask (Reply* (*reply) (xcb_connection_t*, Cookie, xcb_generic_error_t**), Cookie cookie)
+    {
+        return { reply (connection, cookie, nullptr), &std::free };
+    }
+
+    xcb_connection_t* connection;
+
 private:
     xcb_window_t root () const { return xcb_setup_roots_iterator (xcb_get_setup (connection)).data->root; }
 
-    xcb_connection_t* connection;
     std::string list;
     std::vector<xcb_client_message_event_t> heard;
 };
