@@ -109,26 +109,26 @@ TEST_F (PedalAndWheelTest, ThePedalIsLiftedByResetAllNotesOffAndTheSwitch)
     EXPECT_EQ (state (1), State::release) << "and switched off it holds nothing";
 }
 
-TEST_F (PedalAndWheelTest, TheWheelAddsUpToFiftyCentsOfVibrato)
+// The knob's depth is twice its cube, in Hz at note 12.
+TEST_F (PedalAndWheelTest, TheWheelAddsUpToFiftyCentsToTheKnobsVibrato)
 {
     synth.set (paramLfoWave, 0.6f); // square, at its upper half for long
     synth.set (paramLfoRate, 0.0f);
     press (60);
     synth.block (2000);
     const double straight = hz ();
-    const double both = 0.25 + 0.479; // Hz at note 12, of half a knob and the whole wheel
     using Row = std::tuple<float, int, double>;
     for (const auto& [knob, wheel, depth] :
-         { Row{ 0.0f, 127, 0.479 }, Row{ 0.5f, 127, both }, Row{ 0.5f, 0, 0.25 }, Row{ 0.0f, 64, 0.2414 },
-           Row{ 0.0f, 0, 0.0 } })
+         { Row{ 0.0f, 127, 0.479 }, Row{ 0.5f, 127, 0.25 + 0.479 }, Row{ 0.5f, 0, 0.25 }, Row{ 1.0f, 0, 2.0 },
+           Row{ 0.0f, 64, 0.2414 }, Row{ 0.0f, 0, 0.0 } })
     {
         if (synth.value (paramLfoPitch) != knob) // setting it would straighten the pitch by itself
             synth.set (paramLfoPitch, knob);
         control (1, wheel);
         synth.block (100);
-        EXPECT_NEAR (hz () / straight, 1.0 + depth / 16.351598, 1e-4) << knob << " " << wheel;
+        EXPECT_NEAR (hz () / straight, 1.0 + depth / c0, 1e-4) << knob << " " << wheel;
     }
-    EXPECT_NEAR (1200.0 * std::log2 (1.0 + 0.479 / 16.351598), 50.0, 0.2);
+    EXPECT_NEAR (1200.0 * std::log2 (1.0 + 0.479 / c0), 50.0, 0.2);
 }
 
 // In equal temperament, of all 14 bits, and the same interval for a second oscillator that is tuned apart.

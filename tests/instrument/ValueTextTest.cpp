@@ -115,8 +115,9 @@ TEST (ValueText, EveryTextLeadsBack)
     {
         for (const ValueContext& context : { plain, synced, tracked })
         {
-            for (const float value : { 0.0f, 0.13f, 0.5f, 0.8f, 1.0f })
+            for (int n = 0; n <= 127; ++n)
             {
+                const float value = static_cast<float> (n) / 127.0f;
                 const std::string text = valueText (parameter, value, context);
                 const auto back = valueFromText (parameter, text, context);
                 ASSERT_TRUE (back.has_value ()) << parameter << ": " << text;
