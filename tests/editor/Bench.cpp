@@ -12,7 +12,9 @@
 #include <map>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
+#include "editor/MenuTable.h"
 #include "picture/Dib.h"
 #include "tests/host/TemporaryFolder.h"
 
@@ -209,6 +211,19 @@ Picture Bench::redrawnPicture (int width, int height)
     return picture (width, height);
 }
 
+bool Bench::changesAfter (const std::string& actions, int width, int height)
+{
+    const Picture before = redrawnPicture (width, height);
+    Picture last = before;
+    mouse (actions);
+    return eventually (
+        [&]
+        {
+            const Picture now = picture (width, height);
+            return now != before && std::exchange (last, now) == now;
+        });
+}
+
 bool Bench::eventually (const std::function<bool ()>& condition)
 {
     const auto deadline = std::chrono::steady_clock::now () + patience;
@@ -237,6 +252,14 @@ std::string Bench::callsUntil (const std::string& last)
             return calls.find (last) != std::string::npos;
         });
     return calls;
+}
+
+std::string zoomKeys (std::size_t entry)
+{
+    std::string keys = "Down Down Down Down Down Down Down Down Down Down Down Right";
+    for (; entry < std::size (editor::zoomPercents); ++entry)
+        keys += " Up";
+    return keys + " Return";
 }
 
 const Picture& bitmapFile (int id)

@@ -69,6 +69,10 @@ public:
     // what changes drawn again, so there it is asked to draw everything.
     Picture redrawnPicture (int width = 612, int height = 433);
 
+    // Whether the picture rests at something new after these actions of the mouse, as where a menu or a field
+    // opens.
+    bool changesAfter (const std::string& actions, int width = 612, int height = 433);
+
     // Asks again and again until it is so; false when that takes more than ten seconds.
     static bool eventually (const std::function<bool ()>& condition);
 
@@ -87,6 +91,10 @@ private:
     std::unique_ptr<ChildProcess> host;
     std::unique_ptr<ScreenGrab> screen;
 };
+
+// The keys that choose an entry of the zoom menu in the open main menu: it is the eleventh one's, and its own
+// are told from the last one up.
+std::string zoomKeys (std::size_t entry);
 
 // A bitmap of the panel from its file.
 const Picture& bitmapFile (int id);

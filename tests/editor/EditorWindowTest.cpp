@@ -62,7 +62,7 @@ protected:
     void clickMenuButton ()
     {
         moveInto (panel::menuButtonRect);
-        EXPECT_TRUE (menuOpensAfter ("click 1"));
+        EXPECT_TRUE (bench.changesAfter ("click 1"));
     }
     // Whether the frame that marks a learning control lies around it.
     bool learnMarkIs (int tag, bool there)
@@ -95,20 +95,6 @@ protected:
     {
         openMenuAt (tag);
         bench.keys ("Right");
-    }
-    // A menu or a field covers part of the panel that was free before: waits until the picture rests at
-    // something new.
-    bool menuOpensAfter (const std::string& actions)
-    {
-        const Picture before = bench.redrawnPicture ();
-        Picture last = before;
-        bench.mouse (actions);
-        return Bench::eventually (
-            [&]
-            {
-                const Picture now = bench.picture ();
-                return now != before && std::exchange (last, now) == now;
-            });
     }
     bool pictureBecomes (const Picture& wanted)
     {
@@ -224,7 +210,8 @@ TEST_F (EditorWindow, NamesAndValuesCanBeTyped)
 
     const auto type = [this] (const std::string& text, const std::string& end)
     {
-        EXPECT_TRUE (menuOpensAfter ("keydown shift click --repeat 2 --delay 60 1 keyup shift")) << "a field";
+        EXPECT_TRUE (bench.changesAfter ("keydown shift click --repeat 2 --delay 60 1 keyup shift"))
+            << "a field";
         bench.keys ("ctrl+a");
         bench.mouse ("type --delay 30 '" + text + "'");
         bench.keys (end);
@@ -274,7 +261,7 @@ TEST_F (EditorWindow, MenusOpenSetAndTakeBack)
 {
     moveAway ();
     const Picture before = bench.redrawnPicture ();
-    EXPECT_TRUE (menuOpensAfter ("click 3"));
+    EXPECT_TRUE (bench.changesAfter ("click 3"));
     bench.keys ("Escape");
     EXPECT_TRUE (pictureBecomes (before));
 
@@ -390,7 +377,7 @@ TEST_F (EditorWindow, AboutPageComesAndGoes)
 TEST_F (EditorWindow, LearnsAndForgetsAController)
 {
     moveToControl (paramFilterFreq);
-    EXPECT_TRUE (menuOpensAfter ("click 3"));
+    EXPECT_TRUE (bench.changesAfter ("click 3"));
     bench.keys ("Down Return");
     EXPECT_TRUE (learnMarkIs (paramFilterFreq, true)) << "it says that it waits";
     bench.say ("midi 176 74 32");
@@ -398,7 +385,7 @@ TEST_F (EditorWindow, LearnsAndForgetsAController)
     EXPECT_TRUE (learnMarkIs (paramFilterFreq, false));
     EXPECT_TRUE (standsAt (paramFilterFreq, 32.0f / 127.0f));
     EXPECT_EQ (bench.say ("calls"), "") << "neither learning nor the controller is automation";
-    EXPECT_TRUE (menuOpensAfter ("click 3"));
+    EXPECT_TRUE (bench.changesAfter ("click 3"));
     bench.keys ("Down Down Return"); // the second entry is there now: Forget CC 74
     EXPECT_TRUE (Bench::eventually (
         [&]
@@ -425,7 +412,7 @@ TEST_F (EditorWindow, ProgramsCanBeStepped)
     EXPECT_TRUE (answers ("program ?", "2"));
     bench.mouse ("click 4 click 4 click 4");
     EXPECT_TRUE (answers ("program ?", "127")) << "round to the end";
-    EXPECT_TRUE (menuOpensAfter ("click 1"));
+    EXPECT_TRUE (bench.changesAfter ("click 1"));
     bench.keys ("Down Down Right Down Return"); // the second group's second
     EXPECT_TRUE (answers ("program ?", "25")) << "the second lead";
     bench.say ("program 0");
@@ -455,7 +442,7 @@ TEST_F (EditorWindow, EveryProgramCanBeReachedWithTheMouse)
     const auto leftAfter = [this] (const std::string& actions)
     {
         const Picture before = bench.picture ();
-        EXPECT_TRUE (menuOpensAfter (actions)) << actions;
+        EXPECT_TRUE (bench.changesAfter (actions)) << actions;
         return leftOfDifference (before, bench.picture ());
     };
     moveInto (panel::menuButtonRect);

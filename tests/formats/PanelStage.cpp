@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include "editor/MenuTable.h"
 #include "resources/panel/PanelLayout.h"
 #include "tests/formats/Vst24Host.h"
 
@@ -17,8 +16,8 @@ namespace
 {
 using namespace std::chrono_literals;
 
-constexpr int smallZoom = 0; // entries of the zoom menu
-constexpr int largeZoom = 2;
+constexpr std::size_t smallZoom = 0; // entries of the zoom menu
+constexpr std::size_t largeZoom = 2;
 
 int places (int pixels, int percent)
 {
@@ -118,8 +117,7 @@ bool PanelStage::shows (const Picture& expected, int percent)
     return until ([&] { return picture (percent) == expected; });
 }
 
-// The zoom menu is the eleventh entry of the main menu; its own entries are told from the last one up.
-void PanelStage::chooseZoom (int entry)
+void PanelStage::chooseZoom (std::size_t entry)
 {
     const int percent = shown->size ().first * 100 / panel::panelRect.width;
     const panel::Rect& button = panel::menuButtonRect;
@@ -128,10 +126,7 @@ void PanelStage::chooseZoom (int entry)
     const Picture before = picture (percent);
     mouse ("click 1");
     settled (percent, [&] (const Picture& now) { return now != before; });
-    std::string keys = "Down Down Down Down Down Down Down Down Down Down Down Right";
-    for (std::size_t step = static_cast<std::size_t> (entry); step < std::size (editor::zoomPercents); ++step)
-        keys += " Up";
-    mouse ("key --delay 30 " + keys + " Return");
+    mouse ("key --delay 30 " + zoomKeys (entry));
     mouse ("mousemove 1900 1300");
 }
 

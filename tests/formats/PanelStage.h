@@ -24,7 +24,7 @@ public:
     bool until (const std::function<bool ()>& condition);
 
     void mouse (const std::string& actions); // as xdotool takes them
-    void chooseZoom (int entry);             // of the panel's zoom menu, by keys
+    void chooseZoom (std::size_t entry);     // of the panel's zoom menu, by keys
     Picture picture (int percent);
     bool shows (const Picture& expected, int percent);
 

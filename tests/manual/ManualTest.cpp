@@ -67,16 +67,7 @@ TEST (Manual, aBlockThatCannotBeFilledIsNamed)
            { with (sync, "<!-- table: tides -->"), "there is no table called \"tides\"" },
            { whole + sync + "\n<!-- end -->\n", "the table \"sync\" is there twice" },
            { with ("<!-- end -->", ""), "the table \"sections\" is not closed" } })
-    {
-        try
-        {
-            manual::withTables (text, factoryPrograms ());
-            ADD_FAILURE () << sentence;
-        }
-        catch (const std::runtime_error& error)
-        {
-            EXPECT_STREQ (error.what (), sentence);
-        }
-    }
+        EXPECT_EQ (errorOf<std::runtime_error> ([&] { manual::withTables (text, factoryPrograms ()); }),
+                   sentence);
 }
 }

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <utility>
 
 #include "parameters/Parameters.h"
 #include "picture/Png.h"
@@ -87,26 +86,12 @@ protected:
     Picture look () { return bench.picture (pixels (612), pixels (433)); }
     Picture lookAnew () { return bench.redrawnPicture (pixels (612), pixels (433)); }
 
-    // By keys: the eleventh entry of the main menu is the zoom's, and its own are told from the last one up.
-    void chooseZoom (int entry)
+    void chooseZoom (std::size_t entry)
     {
-        constexpr int entries = 7;
         const Rect& button = panel::menuButtonRect;
         bench.moveTo (pixels (button.x + 10), pixels (button.y + 10));
-        const Picture before = lookAnew ();
-        bench.mouse ("click 1");
-        Picture last = before;
-        ASSERT_TRUE (Bench::eventually (
-            [&]
-            {
-                const Picture now = look ();
-                return now != before && std::exchange (last, now) == now;
-            }));
-        bench.keys ("Down Down Down Down Down Down Down Down Down Down Down Right");
-        std::string ups;
-        for (int step = entry; step < entries; ++step)
-            ups += "Up ";
-        bench.keys (ups + "Return");
+        ASSERT_TRUE (bench.changesAfter ("click 1", pixels (612), pixels (433)));
+        bench.keys (zoomKeys (entry));
     }
 
     // What every control shows at its value. Left out is where the panel writes and draws for itself, or
@@ -182,7 +167,7 @@ TEST_F (Zoom, EveryStepShowsAndFindsEverythingInItsSize)
         if (step.percent != percent)
         {
             const auto* entry = std::ranges::find (steps, step.percent, &Step::percent);
-            chooseZoom (static_cast<int> (entry - steps));
+            chooseZoom (static_cast<std::size_t> (entry - steps));
             percent = step.percent;
             const std::string size = std::to_string (pixels (612)) + " " + std::to_string (pixels (433));
             ASSERT_EQ (bench.callsUntil ("size"), "size " + size + ";");

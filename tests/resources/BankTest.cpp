@@ -116,15 +116,7 @@ TEST (BankSource, ErrorsNameTheirLine)
     for (const auto& [text, message] : faults)
     {
         std::istringstream source (text);
-        try
-        {
-            bank::readBankSource (source);
-            ADD_FAILURE () << text;
-        }
-        catch (const bank::SourceError& error)
-        {
-            EXPECT_STREQ (error.what (), message);
-        }
+        EXPECT_EQ (errorOf<bank::SourceError> ([&] { bank::readBankSource (source); }), message) << text;
     }
 }
 }

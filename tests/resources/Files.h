@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,21 @@ inline std::vector<bank::SourceProgram> factoryPrograms ()
 {
     std::ifstream source (SOURCE_FOLDER "/resources/bank/factorybank.txt");
     return bank::readBankSource (source);
+}
+
+// What the error says; empty where there is none.
+template <typename Error>
+std::string errorOf (const std::function<void ()>& act)
+{
+    try
+    {
+        act ();
+    }
+    catch (const Error& error)
+    {
+        return error.what ();
+    }
+    return {};
 }
 
 template <typename Byte>
