@@ -22,6 +22,7 @@ public:
     void set (int index, float value);
     void load (const Program& program); // every parameter in ascending order
     float value (int index) const { return engine.parameterValue (index); }
+    void programChange (int program) override; // of `programs`; the plug-in-wide values stay
 
     engine::Voice& voice (int n) { return engine::EngineProbe::voice (engine, n); }
     engine::Lfo& lfo () { return engine::EngineProbe::lfo (engine); }
@@ -41,7 +42,6 @@ public:
 private:
     std::optional<engine::Transport> transport () override;
     float sampleRate () const override { return rate; }
-    void programChange (int program) override;
     bool controllerReceived (std::uint32_t controller, float value) override;
     void parameterReceived (std::int32_t index, float value) override { set (index, value); }
     void keyStarted (int note) override { keys.emplace_back ('+', note); }

@@ -56,27 +56,18 @@ TEST_F (TimingTest, ALateEventActsAtOnce)
 // value that falls on the same sample, for the program goes first.
 TEST_F (TimingTest, AProgramChangeGoesBeforeWhatFallsOnItsSample)
 {
-    const std::vector<TestEngine::Program> programs = factoryPrograms ();
-    Event volume;
-    volume.kind = Event::Kind::parameter;
-    volume.index = paramVolume;
-    volume.value = 0.25f;
-    for (const int program : { 3, 25, 60, 85, 101 })
+    const std::vector<Event> change = { midi (0, 0xC0, 60, 0), noteOn (0) };
+    const std::vector<Event> withVolume = { parameterAt (0, paramVolume, 0.25), change[0], change[1] };
+    for (const auto& events : { change, withVolume })
     {
         TestEngine changed;
-        changed.programs = programs;
         TestEngine selected;
-        TestEngine::Program values = programs[static_cast<std::size_t> (program)];
-        for (const ParamRow& row : paramTable)
-        {
-            if (row.scope == Scope::plugin)
-                values[static_cast<std::size_t> (row.index)] = row.initial;
-        }
-        values[paramVolume] = volume.value;
-        selected.load (values);
-        EXPECT_EQ (changed.block (1500, { volume, midi (0, 0xC0, program, 0), noteOn (0) }),
-                   selected.block (1500, { noteOn (0) }))
-            << program;
+        for (TestEngine* side : { &changed, &selected })
+            side->programs = factoryPrograms ();
+        selected.programChange (60);
+        if (events.size () == 3)
+            selected.set (paramVolume, 0.25f);
+        EXPECT_EQ (changed.block (1500, events), selected.block (1500, { noteOn (0) })) << events.size ();
     }
 }
 

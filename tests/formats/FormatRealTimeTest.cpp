@@ -21,14 +21,7 @@ TEST (FormatsRealTime, AllocatesLocksAndCallsNothing)
 {
     constexpr int frames = 256;
     const auto set = [] (int offset, std::int32_t index, double part)
-    {
-        Event event;
-        event.offset = offset;
-        event.kind = Event::Kind::parameter;
-        event.index = index;
-        event.value = static_cast<float> (part * shownHighest (index));
-        return event;
-    };
+    { return parameterAt (offset, index, part * shownHighest (index)); };
     // Everything that a host may send: each parameter and controller, bends, notes and more of them than
     // there are voices, programs, the end of all notes.
     std::array<std::array<Event, 8>, 300> blocks;

@@ -66,13 +66,8 @@ Event anyParameter (Dice& dice, int offset)
                                        paramGlideMono,  paramVoices,    paramVolType,  paramSmothFilt,
                                        paramOsc1PW,     paramVolume,    paramLfoWave,  paramHighQuality };
     const std::int32_t index = moved[below (dice, static_cast<int> (std::size (moved)))];
-    Event event;
-    event.offset = offset;
-    event.kind = Event::Kind::parameter;
-    event.index = index;
-    event.value =
-        static_cast<float> (shownLimited (index, below (dice, 1001) / 1000.0 * shownHighest (index)));
-    return event;
+    return parameterAt (offset, index,
+                        shownLimited (index, below (dice, 1001) / 1000.0 * shownHighest (index)));
 }
 
 // Blocks of odd lengths with events in order. A parameter has the frames around it to itself, so that the

@@ -137,11 +137,7 @@ TEST_F (ChangesTest, OfAProgramThatIsNotPlayedIsStoredThere)
 
 TEST_F (ChangesTest, OfTheAudioThreadActAtOnceAtTheirSampleAndOutliveOlderOnes)
 {
-    Event timed;
-    timed.kind = Event::Kind::parameter;
-    timed.offset = 301;
-    timed.index = paramOsc1Wave; // from the saw to the pulse
-    timed.value = 1.0f;
+    const Event timed = parameterAt (301, paramOsc1Wave, 1.0); // from the saw to the pulse
     for (const Event& event : { timed, midi (301, 0xB0, 74, 127), midi (301, 0xC0, 60, 0) })
     {
         std::vector<std::vector<float>> sounds;
