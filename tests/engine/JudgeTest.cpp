@@ -138,7 +138,7 @@ void playAtRandom (const VoiceKernel& kernel, unsigned seed)
 {
     constexpr float rates[] = { 44100.0f, 48000.0f, 22050.0f, 96000.0f, 11025.0f, 192000.0f, 2000.0f };
     Duel duel (kernel, seed, rates[seed % std::size (rates)]);
-    duel.load (duel.fast.programs[(seed * 37u) % duel.fast.programs.size ()]);
+    duel.load (duel.fast.programs[seed]);
     for (TestEngine* side : { &duel.fast, &duel.literal })
     {
         side->engine.setAdditions ({ seed % 2 == 0, seed % 4 < 2 });
@@ -166,27 +166,10 @@ void playAtRandom (const VoiceKernel& kernel, unsigned seed)
 }
 }
 
-TEST_P (JudgeTest, RunsEqualTheLoopSampleBySample)
+TEST_P (JudgeTest, RunsEqualTheLoopFromEveryFactoryProgramOn)
 {
-    for (unsigned seed = 1; seed <= 60 && !HasFatalFailure (); ++seed)
+    for (unsigned seed = 0; seed < 128 && !HasFatalFailure (); ++seed)
         playAtRandom (kernel, seed);
-}
-
-TEST_P (JudgeTest, EveryFactoryProgramEqualsTheLoop)
-{
-    Duel duel (kernel, 1, 44100.0f);
-    for (std::size_t program = 0; program < duel.fast.programs.size (); ++program)
-    {
-        duel.load (duel.fast.programs[program]);
-        std::vector<Event> events = { midi (1, 0x90, 48, 100),  midi (30, 0x90, 55, 70),
-                                      midi (99, 0x90, 60, 120), midi (700, 0x80, 48, 0),
-                                      midi (901, 0xE0, 0, 80),  midi (1200, 0x90, 64, 90) };
-        for (int note = 65; note < 80; ++note) // until every voice sounds
-            events.push_back (midi (1200 + 3 * note, 0x90, note, 80));
-        events.push_back (midi (1800, 0xB0, 123, 0));
-        events.push_back (midi (1900, 0x90, 36, 127));
-        ASSERT_EQ (duel.differsAt (2500, events), -1) << "program " << program;
-    }
 }
 
 // A kernel renders whole groups of lanes: what high notes at a low sample rate leave in lanes that no voice
@@ -202,18 +185,4 @@ TEST_P (JudgeTest, LanesWithoutAVoiceStayInTheirTables)
     ASSERT_EQ (duel.differsAt (4000, { midi (0, 0xB0, 123, 0) }), -1);
     duel.fast.rate = duel.literal.rate = 96000.0f;
     ASSERT_EQ (duel.differsAt (20000, { noteOn (1, 40), noteOn (1, 43) }), -1);
-}
-
-// Falling asleep and waking, over more silence than it takes.
-TEST_P (JudgeTest, SleepEqualsTheLoop)
-{
-    Duel duel (kernel, 7, 8000.0f);
-    duel.load (plainProgram ());
-    ASSERT_EQ (duel.differsAt (400, { midi (5, 0x90, 60, 100), midi (60, 0x80, 60, 0) }), -1);
-    for (int block = 0; block < 40; ++block)
-        ASSERT_EQ (duel.differsAt (997, {}), -1);
-    EXPECT_TRUE (duel.fast.engine.isAsleep ());
-    EXPECT_TRUE (duel.literal.engine.isAsleep ());
-    ASSERT_EQ (duel.differsAt (400, { midi (200, 0x90, 60, 100) }), -1);
-    EXPECT_FALSE (duel.fast.engine.isAsleep ());
 }

@@ -94,30 +94,26 @@ TEST_F (Clap, ShowsTheParametersWithTexts)
     EXPECT_EQ (value, 2.0);
 }
 
-// Notes as CLAP has them, among events that the instrument does not know.
-TEST_F (Clap, NotesSoundAsInMidi)
+// What the instrument does not know, and a velocity of 0, which in MIDI would end the note.
+TEST_F (Clap, NotesSoundAsInMidiWhateverStandsBetweenThem)
 {
     ClapEvents midis;
-    for (const engine::Event& event : { noteOn (5), noteOn (9, 64, 1), noteOff (200) })
+    for (const engine::Event& event : { noteOn (5), noteOn (9, 64, 1) })
         midis.add (event);
     ClapEvents notes;
-    const auto unknown = [&notes] (int offset, std::uint16_t type)
-    { notes.add<clap_event_note_expression_t> (type, offset).value = 0.7; };
-    unknown (0, CLAP_EVENT_NOTE_EXPRESSION);
-    unknown (0, CLAP_EVENT_PARAM_MOD);
-    unknown (5, 999);
+    for (const auto type :
+         std::initializer_list<std::uint16_t>{ CLAP_EVENT_NOTE_EXPRESSION, CLAP_EVENT_PARAM_MOD, 999 })
+        notes.add<clap_event_note_expression_t> (type, 0).value = 0.7;
     notes.addNote (CLAP_EVENT_NOTE_ON, 5, 60, 100 / 127.0);
     notes.add<clap_event_note_t> (CLAP_EVENT_NOTE_ON, 6).header.space_id = 7; // somebody else's
     notes.addNote (CLAP_EVENT_NOTE_ON, 9, 64, 0.0);
     notes.addNote (CLAP_EVENT_NOTE_ON, 20, 128, 1.0);
-    notes.addNote (CLAP_EVENT_NOTE_OFF, 200, 60, 0.5);
     const auto expected = soundOf (midis);
     EXPECT_GT (peakOf (expected), 0.0f);
     ClapHost other;
     other.start (48000.0, frames);
     playIn (other, notes);
     EXPECT_EQ (left, expected);
-    EXPECT_EQ (right, expected);
 }
 
 TEST_F (Clap, EndsAllNotesAtOnceOrWithTheirRelease)

@@ -11,20 +11,13 @@ using namespace engine;
 
 namespace
 {
-using waves::Samples;
-
-// The committed file as samples.
-Samples samplesIn (const std::string& path)
+// Samples as they lie in a file.
+std::string pcm (const waves::Samples& samples)
 {
-    const std::string bytes = bytesOf (path);
-    Samples samples;
-    for (std::size_t n = 0; n + 1 < bytes.size (); n += 2)
-    {
-        const int low = static_cast<unsigned char> (bytes[n]);
-        const int high = static_cast<signed char> (bytes[n + 1]);
-        samples.push_back (static_cast<std::int16_t> (high * 256 + low));
-    }
-    return samples;
+    std::string bytes;
+    for (const std::int16_t sample : samples)
+        bytes += { static_cast<char> (sample), static_cast<char> (sample >> 8) };
+    return bytes;
 }
 
 // The committed file as the oscillators read it.
@@ -36,9 +29,9 @@ std::vector<float> tableOf (const std::string& name)
 
 TEST (WaveTables, AreWhatTheMakerMakes)
 {
-    EXPECT_EQ (samplesIn ("resources/waves/saw.pcm"), waves::makeSaw ());
-    EXPECT_EQ (samplesIn ("resources/waves/pulse.pcm"), waves::makePulse ());
-    EXPECT_EQ (samplesIn ("resources/waves/noise.pcm"), waves::makeNoise ());
+    EXPECT_TRUE (bytesOf ("resources/waves/saw.pcm") == pcm (waves::makeSaw ()));
+    EXPECT_TRUE (bytesOf ("resources/waves/pulse.pcm") == pcm (waves::makePulse ()));
+    EXPECT_TRUE (bytesOf ("resources/waves/noise.pcm") == pcm (waves::makeNoise ()));
 }
 
 TEST (WaveTables, ScaleToExactlyOne)

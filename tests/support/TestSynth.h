@@ -35,7 +35,10 @@ public:
 class HostedSynth
 {
 public:
-    HostedSynth () : effect ((new VstSynth (FakeHost::callback, host.services ()))->getAeffect ()) {}
+    explicit HostedSynth (const EditorFactory& makeEditor = {})
+        : effect ((new VstSynth (FakeHost::callback, host.services (), makeEditor))->getAeffect ())
+    {
+    }
     ~HostedSynth () { call (effClose); }
     HostedSynth (const HostedSynth&) = delete;
     HostedSynth& operator= (const HostedSynth&) = delete;

@@ -32,22 +32,16 @@ class Threads : public testing::Test
 protected:
     Threads ()
     {
-        host.recordsCalls = false; // two threads call
-        host.hasTime = true;
+        synth.host.recordsCalls = false; // two threads call
+        synth.host.hasTime = true;
     }
 
     static constexpr int blockFrames = 64;
 
-    VstIntPtr call (VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, void* ptr = nullptr,
-                    float opt = 0.0f)
-    {
-        return synth.dispatcher (opcode, index, value, ptr, opt);
-    }
-
     BankImage bank ()
     {
         void* data = nullptr;
-        call (effGetChunk, 0, 0, &data);
+        synth.call (effGetChunk, 0, 0, &data);
         BankImage image;
         std::memcpy (&image, data, sizeof image);
         return image;
@@ -60,7 +54,7 @@ protected:
         const auto byte = [] (int value) { return static_cast<std::uint8_t> (value); };
         for (const auto& [status, data1, data2] : messages)
             list.add (0, { byte (status), byte (data1), byte (data2) });
-        synth.processEvents (&list.record ());
+        synth.call (effProcessEvents, 0, 0, &list.record ());
     }
 
     float render ()
@@ -68,9 +62,9 @@ protected:
         std::array<float, blockFrames> left;
         std::array<float, blockFrames> right;
         float* outputs[] = { left.data (), right.data () };
-        synth.processReplacing (nullptr, outputs, blockFrames);
-        host.time.samplePos += blockFrames;
-        host.time.ppqPos += 0.003;
+        synth.effect->processReplacing (synth.effect, nullptr, outputs, blockFrames);
+        synth.host.time.samplePos += blockFrames;
+        synth.host.time.ppqPos += 0.003;
         float peak = 0.0f;
         for (const float sample : left)
             peak = std::max (peak, std::abs (sample));
@@ -100,8 +94,7 @@ protected:
     }
 
     host::BlockEvents list;
-    FakeHost host;
-    VstSynth synth{ FakeHost::callback, host.services (), editorFactory () };
+    HostedSynth synth{ editorFactory () };
 };
 
 bool oneIn (std::mt19937& random, unsigned n)
@@ -127,9 +120,9 @@ TEST_F (Threads, SelectingDamagesNoProgram)
         },
         [this] (std::mt19937& random)
         {
-            call (effSetProgram, 0, static_cast<VstIntPtr> (random () % 128u));
+            synth.call (effSetProgram, 0, static_cast<VstIntPtr> (random () % 128u));
             if (oneIn (random, 16))
-                call (effSetSampleRate, 0, 0, nullptr, oneIn (random, 2) ? 48000.0f : 44100.0f);
+                synth.call (effSetSampleRate, 0, 0, nullptr, oneIn (random, 2) ? 48000.0f : 44100.0f);
         });
     const BankImage after = bank ();
     for (std::size_t program = 0; program < programCount; ++program)
@@ -151,15 +144,16 @@ TEST_F (Threads, EverythingAtOnce)
     const auto window = platform::HostWindow::make (1000, 700);
     ASSERT_NE (window, nullptr) << "no display";
     const BankImage factory = bank ();
-    host.time.tempo = 120.0;
-    host.time.flags = kVstTempoValid | kVstPpqPosValid;
+    synth.host.time.tempo = 120.0;
+    synth.host.time.flags = kVstTempoValid | kVstPpqPosValid;
 
     int held = 30; // the audio thread's
     const auto onAudio = [&] (std::mt19937& random)
     {
         const int note = static_cast<int> (30 + random () % 60u);
         const int controller = static_cast<int> (random () % 119u);
-        const int program = oneIn (random, 20) ? static_cast<int> (random () % 128u) : synth.getProgram ();
+        const int program =
+            oneIn (random, 20) ? static_cast<int> (random () % 128u) : synth.object ().getProgram ();
         play ({ { 0x80, held, 0 },
                 { 0xB0, controller, static_cast<int> (random () % 128u) },
                 { 0xC0, program, 0 },
@@ -167,44 +161,44 @@ TEST_F (Threads, EverythingAtOnce)
                 { 0xE0, 0, static_cast<int> (random () % 128u) } });
         held = note;
         if (oneIn (random, 30))
-            synth.setParameter (static_cast<VstInt32> (random () % parameterCount), 0.5f);
+            synth.set (static_cast<VstInt32> (random () % parameterCount), 0.5f);
     };
     unsigned turn = 0;
     const auto onInterface = [&] (std::mt19937& random)
     {
         ++turn;
         for (int index = 0; index < parameterCount; ++index)
-            synth.setParameter (index, turned (index, turn));
-        synth.setParameter (commandKeyboard,
-                            static_cast<float> (1u + random () % 127u) / 128.0f); // note 0 is no note
+            synth.set (index, turned (index, turn));
+        synth.set (commandKeyboard,
+                   static_cast<float> (1u + random () % 127u) / 128.0f); // note 0 is no note
         if (oneIn (random, 4))
-            synth.setParameter (commandKeyboard, -1.0f);
-        synth.setParameter (commandLearn, static_cast<float> (random () % parameterCount));
+            synth.set (commandKeyboard, -1.0f);
+        synth.set (commandLearn, static_cast<float> (random () % parameterCount));
         if (oneIn (random, 8))
-            synth.setParameter (commandLearn, static_cast<float> (1000u + random () % parameterCount));
-        call (effSetProgram, 0, static_cast<VstIntPtr> (random () % 128u));
+            synth.set (commandLearn, static_cast<float> (1000u + random () % parameterCount));
+        synth.call (effSetProgram, 0, static_cast<VstIntPtr> (random () % 128u));
         if (oneIn (random, 16))
         {
             void* data = nullptr;
-            const VstIntPtr bytes = call (effGetChunk, 0, 0, &data);
-            call (effSetChunk, 0, bytes, data);
+            const VstIntPtr bytes = synth.call (effGetChunk, 0, 0, &data);
+            synth.call (effSetChunk, 0, bytes, data);
         }
         if (oneIn (random, 8))
-            synth.instrument ().setAdditions ({ oneIn (random, 2), oneIn (random, 2) });
+            synth.object ().instrument ().setAdditions ({ oneIn (random, 2), oneIn (random, 2) });
         if (oneIn (random, 16))
-            call (effCopyProgram, static_cast<VstInt32> (random () % 128u));
+            synth.call (effCopyProgram, static_cast<VstInt32> (random () % 128u));
         if (oneIn (random, 32))
-            call (effSetSampleRate, 0, 0, nullptr, oneIn (random, 2) ? 48000.0f : 44100.0f);
+            synth.call (effSetSampleRate, 0, 0, nullptr, oneIn (random, 2) ? 48000.0f : 44100.0f);
         if (turn % 128u == 1)
         {
-            ASSERT_EQ (call (effEditOpen, 0, 0, window->handle ()), 1);
+            ASSERT_EQ (synth.call (effEditOpen, 0, 0, window->handle ()), 1);
         }
-        call (effEditIdle);
+        synth.call (effEditIdle);
         if (turn % 128u == 0)
-            call (effEditClose);
+            synth.call (effEditClose);
     };
     race (std::chrono::seconds (15), onAudio, onInterface);
-    call (effEditClose);
+    synth.call (effEditClose);
 
     const BankImage now = bank ();
     for (std::size_t program = 0; program < programCount; ++program)
@@ -226,9 +220,9 @@ TEST_F (Threads, EverythingAtOnce)
     }
 
     // Whoever pressed a key has let it go, and the pedal goes up; so everything fades out.
-    synth.instrument ().setAdditions ({});
-    synth.setParameter (commandKeyboard, -1.0f);
-    synth.setParameter (paramVolume, 1.0f);
+    synth.object ().instrument ().setAdditions ({});
+    synth.set (commandKeyboard, -1.0f);
+    synth.set (paramVolume, 1.0f);
     play ({ { 0x80, held, 0 } });
     constexpr int longestFade = 20 * 48000 / blockFrames;
     for (int block = 0; block < longestFade; ++block)
