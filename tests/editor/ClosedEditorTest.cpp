@@ -9,25 +9,7 @@ using namespace parameters;
 namespace
 {
 // The editor as hosts meet it before they open it, on machines without a display too.
-class ClosedEditor : public testing::Test
-{
-protected:
-    ClosedEditor () { make (); }
-
-    void make ()
-    {
-        synth = std::make_unique<VstSynth> (&FakeHost::callback, host.services (), editorFactory ());
-    }
-    VstIntPtr call (VstInt32 opcode, void* ptr = nullptr)
-    {
-        return synth->dispatcher (opcode, 0, 0, ptr, 0.0f);
-    }
-
-    FakeHost host;
-    std::unique_ptr<VstSynth> synth;
-};
-
-TEST_F (ClosedEditor, TellsItsSize)
+TEST (ClosedEditor, TellsItsSize)
 {
     struct Row
     {
@@ -40,29 +22,30 @@ TEST_F (ClosedEditor, TellsItsSize)
            Row{ 150, 1.0f, 918, 649 }, Row{ 200, 1.0f, 1224, 866 }, Row{ 300, 1.0f, 1836, 1299 },
            Row{ 70, 1.0f, 612, 433 }, Row{ 4000000000u, 1.0f, 612, 433 } })
     {
-        (*host.stored)["Brimvale\\EditorZoom"] = row.zoom;
-        make ();
-        synth->setParameter (paramShowKeys, row.keys);
+        HostedSynth synth (editorFactory ());
+        (*synth.host.stored)["Brimvale\\EditorZoom"] = row.zoom;
+        synth.set (paramShowKeys, row.keys);
         ERect* rect = nullptr;
-        EXPECT_EQ (call (effEditGetRect, &rect), 1);
+        EXPECT_EQ (synth.call (effEditGetRect, 0, 0, &rect), 1);
         EXPECT_EQ (std::pair (rect->right - rect->left, rect->bottom - rect->top),
                    std::pair (row.width, row.height))
             << row.zoom << " % with the keys at " << row.keys;
     }
 }
 
-TEST_F (ClosedEditor, IgnoresWhatHappens)
+TEST (ClosedEditor, IgnoresWhatHappens)
 {
-    EXPECT_EQ (call (effEditOpen, nullptr), 0) << "there is no window to open in";
-    call (effEditClose);
-    host.calls.clear ();
-    synth->setParameter (paramVolume, 0.5f);
-    synth->setParameter (commandProgram, 5.0f); // a choice in a menu that is not there
-    synth->setParameter (commandRandom, 0.0f);
-    synth->setParameter (commandMainMenu, static_cast<float> (menuAbout));
-    call (effEditIdle);
-    EXPECT_EQ (synth->getProgram (), 0);
-    EXPECT_EQ (synth->getParameter (paramVolume), 0.5f);
-    EXPECT_TRUE (host.calls.empty () && host.messages.empty ());
+    HostedSynth synth (editorFactory ());
+    EXPECT_EQ (synth.call (effEditOpen), 0) << "there is no window to open in";
+    synth.call (effEditClose);
+    synth.host.calls.clear ();
+    synth.set (paramVolume, 0.5f);
+    synth.set (commandProgram, 5.0f); // a choice in a menu that is not there
+    synth.set (commandRandom, 0.0f);
+    synth.set (commandMainMenu, static_cast<float> (menuAbout));
+    synth.call (effEditIdle);
+    EXPECT_EQ (synth.call (effGetProgram), 0);
+    EXPECT_EQ (synth.get (paramVolume), 0.5f);
+    EXPECT_TRUE (synth.host.calls.empty () && synth.host.messages.empty ());
 }
 }

@@ -1,10 +1,7 @@
 // What parameters do to voices and LFO.
 #include <limits>
 
-#include <gtest/gtest.h>
-
-#include "tests/engine/Ramp.h"
-#include "tests/engine/TestEngine.h"
+#include "tests/engine/RampTest.h"
 #include "tests/support/Signals.h"
 
 using namespace engine;
@@ -12,8 +9,6 @@ using namespace parameters;
 
 namespace
 {
-using State = Envelope::State;
-
 // The envelope as it is set, in the given state of a full note.
 Envelope inState (Envelope e, State state)
 {
@@ -36,15 +31,11 @@ double secondsIn (const Envelope& set, State state, float rate = 44100.0f)
     return n / static_cast<double> (rate);
 }
 
-class MappingTest : public testing::Test
+class MappingTest : public RampTest
 {
 protected:
-    MappingTest () : synth (44100.0f, { ramp (), ramp (), ramp () }) { synth.load (plainProgram ()); }
-
     Voice& last () { return synth.voice (16); } // the spare one follows, too
     static double pitch (const Oscillator& oscillator) { return hzOf (oscillator, 44100.0f); }
-
-    TestEngine synth;
 };
 }
 
@@ -181,7 +172,6 @@ TEST_F (MappingTest, PitchKnobs)
     Oscillator fresh = synth.voice (0).osc1;
     fresh.setHighQuality (true);
     EXPECT_NEAR (fresh.tick (), keyHz (1) * saw * (4045.476 / 12.0) / 44100.0, 1e-4);
-    synth.set (paramOsc2Wave, 0.5f);
     synth.block (1, { noteOn (0) });
     // Pitch of the oscillators, times that of key 61: the tables sound a key lower.
     using Row = std::tuple<int, float, double, double>;
@@ -279,7 +269,6 @@ TEST_F (MappingTest, HighQualityIsInterpolationAndDrive)
 
 TEST_F (MappingTest, ANewSampleRateReachesEverything)
 {
-    synth.set (paramOsc2Wave, 0.5f);
     for (const int index : { param1Attack, param2Attack, paramLfoRate })
         synth.set (index, 0.5f);
     synth.block (10, { noteOn (1) });

@@ -1,9 +1,6 @@
 // What sustain pedal, modulation wheel, volume and the exact pitch wheel do once they are switched on, and
 // that they do nothing before.
-#include <gtest/gtest.h>
-
-#include "tests/engine/Ramp.h"
-#include "tests/engine/TestEngine.h"
+#include "tests/engine/RampTest.h"
 #include "tests/support/Signals.h"
 
 using namespace engine;
@@ -11,23 +8,17 @@ using namespace parameters;
 
 namespace
 {
-using State = Envelope::State;
-
-class PedalAndWheelTest : public testing::Test
+class PedalAndWheelTest : public RampTest
 {
 protected:
-    PedalAndWheelTest () : synth (44100.0f, { ramp (), ramp (), ramp () })
+    PedalAndWheelTest ()
     {
-        synth.load (plainProgram ());
-        synth.set (paramOsc2Wave, 0.5f);
         synth.set (param1Decay, 0.3f);
         synth.engine.setAdditions ({ true, false });
     }
 
     void send (int status, int data1, int data2) { synth.block (64, { midi (1, status, data1, data2) }); }
     void control (int controller, int value) { send (0xB2, controller, value); }
-    void press (int key, int velocity = 100) { send (0x90, key, velocity); }
-    void letGo (int key) { send (0x80, key, 64); }
     void bend (int position) // 0..16383
     {
         send (0xE0, position & 127, position >> 7);
@@ -37,10 +28,7 @@ protected:
         for (const auto& [controller, value] : { std::pair{ 101, 0 }, { 100, 0 }, { 6, semitones } })
             control (controller, value);
     }
-    State state (int voice) { return synth.voice (voice).ampEnv.state (); }
     double hz (int voice = 0) { return hzOf (synth.voice (voice).osc1, synth.rate); }
-
-    TestEngine synth;
 };
 }
 

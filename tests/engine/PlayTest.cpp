@@ -1,8 +1,5 @@
 // Playing: keys and voices, mono, bend, controllers, levels, the panel's keyboard, and what is told of it.
-#include <gtest/gtest.h>
-
-#include "tests/engine/Ramp.h"
-#include "tests/engine/TestEngine.h"
+#include "tests/engine/RampTest.h"
 #include "tests/support/Signals.h"
 
 using namespace engine;
@@ -10,24 +7,11 @@ using namespace parameters;
 
 namespace
 {
-using State = Envelope::State;
 using Keys = std::vector<std::pair<char, int>>;
 
-class PlayTest : public testing::Test
+class PlayTest : public RampTest
 {
 protected:
-    PlayTest () : synth (44100.0f, { ramp (), ramp (), ramp () })
-    {
-        synth.load (plainProgram ());
-        synth.set (paramOsc2Wave, 0.5f);
-    }
-
-    void press (int key, int velocity = 100, int frames = 64)
-    {
-        synth.block (frames, { noteOn (1, key, velocity) });
-    }
-    void letGo (int key, int frames = 64) { synth.block (frames, { midi (1, 0x85, key, 64) }); }
-    State state (int voice) { return synth.voice (voice).ampEnv.state (); }
     int sounding ()
     {
         int voices = 0;
@@ -40,8 +24,6 @@ protected:
         EXPECT_NEAR (hzOf (synth.voice (voice).osc1, synth.rate), hz, 0.01);
         EXPECT_NEAR (hzOf (synth.voice (voice).osc2, synth.rate), hz, 0.01);
     }
-
-    TestEngine synth;
 };
 }
 
