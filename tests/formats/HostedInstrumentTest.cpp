@@ -82,7 +82,6 @@ TEST_F (Hosted, StepsAndSwitchesGoBothWays)
         }
     }
     EXPECT_EQ (synth.text (param2Delay, *synth.valueOf (param2Delay, "250ms")), "250 ms");
-    EXPECT_EQ (synth.valueOf (paramHighQuality, "ON"), 1.0);
     EXPECT_FALSE (synth.valueOf (paramFilterFreq, "loud"));
     synth.setValue (paramLfoBmpSync, 1);
     EXPECT_EQ (synth.text (paramLfoRate, *synth.valueOf (paramLfoRate, "1/8")), "1/8");
