@@ -72,11 +72,6 @@ protected:
     static constexpr int beats = 7, beatType = 8; // of a bar
 };
 
-inline bool equal (const instrument::BankImage& a, const instrument::BankImage& b)
-{
-    return std::memcmp (&a, &b, sizeof a) == 0;
-}
-
 std::unique_ptr<FormatHost> makeHost (); // each format's test program has one
 
 // A song's stream, which gives and takes only a piece at once.

@@ -8,6 +8,7 @@
 
 #include "tests/formats/Vst24Host.h"
 #include "tests/support/Events.h"
+#include "tests/support/PresetBytes.h"
 #include "tests/support/Signals.h"
 
 using namespace formats;
@@ -154,11 +155,11 @@ TEST (Formats, SoundLikeVst24)
             reference.set (paramLfoBmpSync, isSynced ? 1.0 : 0.0);
             instrument::BankImage image = reference.bank ();
             image.slots[paramFilterFreq].midiController = 74;
-            const auto bytes = std::as_bytes (std::span (&image, 1));
-            reference.load (reference.songOf (bytes));
+            const auto content = std::as_bytes (std::span (&image, 1));
+            reference.load (reference.songOf (content));
             const auto host = makeHost ();
-            host->load (host->songOf (bytes));
-            EXPECT_TRUE (equal (host->bank (), image));
+            host->load (host->songOf (content));
+            EXPECT_EQ (bytes (host->bank ()), bytes (image));
             const auto expected = soundOf (reference, score);
             EXPECT_GT (peakOf (expected), 0.01f);
             const auto sound = soundOf (*host, score);

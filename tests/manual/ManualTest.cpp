@@ -67,7 +67,8 @@ TEST (Manual, aBlockThatCannotBeFilledIsNamed)
            { with (sync, "<!-- table: tides -->"), "there is no table called \"tides\"" },
            { whole + sync + "\n<!-- end -->\n", "the table \"sync\" is there twice" },
            { with ("<!-- end -->", ""), "the table \"sections\" is not closed" } })
-        EXPECT_EQ (errorOf<std::runtime_error> ([&] { manual::withTables (text, factoryPrograms ()); }),
-                   sentence);
+        EXPECT_EQ (
+            errorOf<std::runtime_error> ([&text = text] { manual::withTables (text, factoryPrograms ()); }),
+            sentence);
 }
 }
