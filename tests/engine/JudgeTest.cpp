@@ -172,6 +172,19 @@ TEST_P (JudgeTest, RunsEqualTheLoopFromEveryFactoryProgramOn)
         playAtRandom (kernel, seed);
 }
 
+// The LFO stands still from the sample on at which the engine falls asleep, in the middle of a run; the next
+// note's vibrato tells where it stood.
+TEST_P (JudgeTest, FallingAsleepStopsTheLfoAtItsSample)
+{
+    Duel duel (kernel, 1, 2000.0f);
+    duel.load (plainProgram ());
+    duel.set (paramLfoPitch, 1.0f);
+    ASSERT_EQ (duel.differsAt (301, { noteOn (1, 60), midi (100, 0x80, 60, 0) }), -1);
+    while (!duel.fast.engine.isAsleep ())
+        ASSERT_EQ (duel.differsAt (997, {}), -1);
+    EXPECT_EQ (duel.differsAt (997, { noteOn (1, 60) }), -1);
+}
+
 // A kernel renders whole groups of lanes: what high notes at a low sample rate leave in lanes that no voice
 // needs any more must not run out of its table.
 TEST_P (JudgeTest, LanesWithoutAVoiceStayInTheirTables)
