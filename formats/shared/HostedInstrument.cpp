@@ -115,12 +115,6 @@ std::optional<double> HostedInstrument::valueOf (std::int32_t index, const std::
         return programNamed (text);
     if (!isParameter (index))
         return std::nullopt;
-    const std::string wanted = lowered (text);
-    for (std::int32_t position = 0; position < shownParameter (index).positions; ++position)
-    {
-        if (lowered (this->text (index, position)) == wanted)
-            return position;
-    }
     const auto stored = valueFromText (index, text, contextOf (core));
     return stored ? std::optional (shownValue (index, *stored)) : std::nullopt;
 }
