@@ -1,4 +1,4 @@
-// The instrument in LV2, found and made by the library that hosts use for it.
+// The instrument in LV2.
 #include "tests/formats/FormatHost.h"
 
 #include <algorithm>
@@ -6,11 +6,9 @@
 #include <cmath>
 #include <cstring>
 #include <map>
-#include <stdexcept>
 #include <utility>
 
 #include <gtest/gtest.h>
-#include <lilv/lilv.h>
 #include <lv2/atom/forge.h>
 #include <lv2/buf-size/buf-size.h>
 #include <lv2/control-input-port-change-request.h>
@@ -28,12 +26,14 @@
 #include "formats/dpf/Base64.h"
 #include "formats/shared/ShownParameters.h"
 #include "platform/SharedLibrary.h"
+#include "tests/formats/Lv2Instance.h"
 #include "tests/support/Events.h"
 #include "tests/support/Signals.h"
 
 namespace
 {
-constexpr std::uint32_t eventsIn = 2, eventsOut = 3, firstControl = 4, controls = formats::shownCount;
+constexpr std::uint32_t eventsIn = 2, eventsOut = 3, firstControl = firstLv2Control,
+                        controls = formats::shownCount;
 
 // One that is known is found without an allocation.
 LV2_URID number (std::string_view uri)
@@ -50,34 +50,19 @@ class Lv2Host final : public FormatHost
 public:
     Lv2Host ()
     {
-        LilvNode* const bundle = lilv_new_file_uri (world, nullptr, BRIMVALE_LV2_BUNDLE);
-        lilv_world_load_bundle (world, bundle);
-        lilv_node_free (bundle);
-        const LilvPlugins* const all = lilv_world_get_all_plugins (world);
-        plugin = lilv_plugins_get (all, lilv_plugins_begin (all));
-        std::array<float, firstControl + controls> defaults;
-        lilv_plugin_get_port_ranges_float (plugin, nullptr, nullptr, defaults.data ());
-        std::copy (defaults.begin () + firstControl, defaults.end (), ports.begin ());
-        instance = lilv_plugin_instantiate (plugin, 44100.0, features.data ());
-        if (instance == nullptr)
-            throw std::runtime_error ("no instance");
-        lilv_instance_connect_port (instance, eventsIn, events.data ());
-        lilv_instance_connect_port (instance, eventsOut, answers.data ());
+        std::copy_n (made.defaults.begin () + firstControl, controls, ports.begin ());
+        connect (eventsIn, events.data ());
+        connect (eventsOut, answers.data ());
         for (std::uint32_t index = 0; index < controls; ++index)
-            lilv_instance_connect_port (instance, firstControl + index, &ports[index]);
+            connect (firstControl + index, &ports[index]);
         lv2_atom_forge_init (&forge, &map);
         startEvents ();
     }
 
-    ~Lv2Host () override
-    {
-        close ();
-        lilv_instance_free (instance);
-        lilv_world_free (world);
-    }
+    ~Lv2Host () override { close (); }
 
-    void start (double /*rate*/, int /*longest*/) override { lilv_instance_activate (instance); }
-    void stop () override { lilv_instance_deactivate (instance); }
+    void start (double /*rate*/, int /*longest*/) override { made.descriptor->activate (made.handle); }
+    void stop () override { made.descriptor->deactivate (made.handle); }
 
     void set (std::int32_t index, double shown) override { port (index) = static_cast<float> (shown); }
     double value (std::int32_t index) override { return static_cast<double> (port (index)); }
@@ -100,11 +85,11 @@ public:
                   [&] (int begin, int end)
                   {
                       lv2_atom_forge_pop (&forge, &sequence);
-                      lilv_instance_connect_port (instance, 0, left + begin);
-                      lilv_instance_connect_port (instance, 1, right + begin);
+                      connect (0, left + begin);
+                      connect (1, right + begin);
                       *reinterpret_cast<LV2_Atom*> (answers.data ()) = { sizeof answers - sizeof (LV2_Atom),
                                                                          number (LV2_ATOM__Chunk) };
-                      lilv_instance_run (instance, static_cast<std::uint32_t> (end - begin));
+                      made.descriptor->run (made.handle, static_cast<std::uint32_t> (end - begin));
                       startEvents ();
                   });
     }
@@ -113,7 +98,7 @@ public:
     {
         std::string text;
         stateInterface ().save (
-            instance->lv2_handle,
+            made.handle,
             [] (LV2_State_Handle handle, std::uint32_t, const void* value, std::size_t, std::uint32_t,
                 std::uint32_t)
             {
@@ -127,7 +112,7 @@ public:
     void load (const std::string& state) override
     {
         stateInterface ().restore (
-            instance->lv2_handle,
+            made.handle,
             [] (LV2_State_Handle handle, std::uint32_t, std::size_t* size, std::uint32_t* type,
                 std::uint32_t* flags) -> const void*
             {
@@ -142,7 +127,7 @@ public:
 
     bool open (void* window) override
     {
-        LV2_Extension_Data_Feature data = { instance->lv2_descriptor->extension_data };
+        LV2_Extension_Data_Feature data = { made.descriptor->extension_data };
         resizing = { this, [] (LV2UI_Feature_Handle handle, int width, int height)
                      {
                          auto& host = *static_cast<Lv2Host*> (handle);
@@ -153,7 +138,7 @@ public:
         touching = { this, [] (LV2UI_Feature_Handle handle, std::uint32_t port, bool grabbed)
                      { static_cast<Lv2Host*> (handle)->note (grabbed ? "begin " : "end ", port); } };
         const LV2_Feature own[] = { { LV2_UI__parent, window },
-                                    { LV2_INSTANCE_ACCESS_URI, instance->lv2_handle },
+                                    { LV2_INSTANCE_ACCESS_URI, made.handle },
                                     { LV2_DATA_ACCESS_URI, &data },
                                     { LV2_UI__resize, &resizing },
                                     { LV2_UI__touch, &touching } };
@@ -163,7 +148,7 @@ public:
         panel = reinterpret_cast<Entry> (file.symbol ("lv2ui_descriptor")) (0);
         LV2UI_Widget widget = nullptr;
         ui = panel->instantiate (
-            panel, lilv_instance_get_uri (instance), BRIMVALE_LV2_BUNDLE,
+            panel, made.descriptor->URI, BRIMVALE_LV2_BUNDLE,
             [] (LV2UI_Controller handle, std::uint32_t port, std::uint32_t size, std::uint32_t format,
                 const void* value)
             {
@@ -196,26 +181,16 @@ public:
         return dpf::fromBase64 (song.substr (0, song.find ('.'))).value ();
     }
 
-    std::map<float, std::string> marks (std::uint32_t control) const
-    {
-        std::map<float, std::string> all;
-        const auto* port = lilv_plugin_get_port_by_index (plugin, firstControl + control);
-        LilvScalePoints* const points = lilv_port_get_scale_points (plugin, port);
-        LILV_FOREACH (scale_points, n, points)
-        {
-            const LilvScalePoint* const point = lilv_scale_points_get (points, n);
-            all[lilv_node_as_float (lilv_scale_point_get_value (point))] =
-                lilv_node_as_string (lilv_scale_point_get_label (point));
-        }
-        lilv_scale_points_free (points);
-        return all;
-    }
-
 private:
     const LV2_State_Interface& stateInterface () const
     {
         return *static_cast<const LV2_State_Interface*> (
-            lilv_instance_get_extension_data (instance, LV2_STATE__interface));
+            made.descriptor->extension_data (LV2_STATE__interface));
+    }
+
+    void connect (std::uint32_t index, void* data)
+    {
+        made.descriptor->connect_port (made.handle, index, data);
     }
 
     float& port (std::int32_t index) { return ports[static_cast<std::size_t> (index)]; }
@@ -254,10 +229,7 @@ private:
         edits += what + std::to_string (port - firstControl) + ";";
     }
 
-    LilvWorld* world = lilv_world_new ();
-    const LilvPlugin* plugin = nullptr;
     platform::SharedLibrary file{ BRIMVALE_FORMAT_LIBRARY };
-    LilvInstance* instance = nullptr;
     std::array<float, controls> ports;
     alignas (8) std::array<std::uint8_t, 65536> events;
     alignas (8) std::array<std::uint8_t, 65536> answers;
@@ -286,6 +258,7 @@ private:
     LV2_Feature requestFeature = { LV2_CONTROL_INPUT_PORT_CHANGE_REQUEST_URI, &requests };
     std::array<const LV2_Feature*, 5> features = { &mapFeature, &workerFeature, &optionsFeature,
                                                    &requestFeature, nullptr };
+    Lv2Instance made = makeLv2Instance (features.data ());
     LV2UI_Resize resizing;
     LV2UI_Touch touching;
 
@@ -330,21 +303,4 @@ TEST (Lv2, ASongThatTellsItsPlaceOnceKeepsTime)
     for (std::size_t n = 0; n < sounds[0].size (); ++n)
         ASSERT_NEAR (sounds[0][n], sounds[1][n], 1e-3f) << n;
     EXPECT_GT (peakOf (sounds[0]), 0.05f);
-}
-
-// Hosts that show the ports themselves.
-TEST (Lv2, PortsAreMarkedInUnits)
-{
-    const Lv2Host host;
-    for (std::uint32_t index = 0; index < controls; ++index)
-    {
-        const auto& row = formats::shownParameter (static_cast<std::int32_t> (index));
-        EXPECT_EQ (host.marks (index).empty (), row.positions == 0 && !row.automated) << index;
-    }
-    using Marks = std::map<float, std::string>;
-    EXPECT_EQ (
-        host.marks (parameters::paramVelocityAmp),
-        (Marks{ { 0, "off" }, { 0.25f, "25 %" }, { 0.5f, "50 %" }, { 0.75f, "75 %" }, { 1, "100 %" } }));
-    EXPECT_EQ (host.marks (parameters::paramVolume).at (0.1f), "-20.0 dB");
-    EXPECT_EQ (host.marks (parameters::paramLfoRate).at (0), "0.17 Hz or 32/4");
 }
