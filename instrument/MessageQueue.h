@@ -3,7 +3,6 @@
 #include <array>
 #include <atomic>
 #include <bit>
-#include <cstddef>
 #include <cstdint>
 
 namespace instrument
@@ -13,9 +12,9 @@ namespace instrument
 // not sent, and `takeOverflow` tells. A sender that is interrupted in the middle holds back what came after
 // it until it goes on; the audio thread then takes that at a later block.
 //
-// The scheme: D. Vyukov, "Bounded MPMC queue", 2010, with one receiver. Libraries that were looked at either
-// read a place while another thread writes it (and throw the reading away), or let the receiver wait for an
-// interrupted sender, or allocate.
+// The scheme: D. Vyukov, "Bounded MPMC queue", 2010, with one receiver. Boost's queue would do the same, but
+// one of its threads reads a place while another writes it (and throws the reading away): a race, which the
+// thread sanitizer reports.
 template <typename Message, std::uint32_t capacityInMessages>
 class MessageQueue
 {

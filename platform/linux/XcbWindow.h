@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <span>
-#include <string>
 #include <string_view>
 
 namespace platform
